@@ -1,0 +1,204 @@
+#include "shell/failure.h"
+
+#include "shell/settings.h"
+#include "store/database.h"
+#include "store/error_log.h"
+#include "ui/message.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QRegularExpression>
+#include <QSysInfo>
+
+#include <cstdlib>
+
+namespace shell {
+
+namespace {
+
+QString &titleText()
+{
+    static QString s_title = QStringLiteral("Zerna Vortel Programı");
+    return s_title;
+}
+
+std::function<void(int)> &endProgram()
+{
+    // Ends at once: whatever was not committed is rolled back by the store at the next start.
+    static std::function<void(int)> s_end = [](int code) { std::_Exit(code); };
+    return s_end;
+}
+
+QString lines(const QStringList &l)
+{
+    return l.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+void setProgramAdi(const QString &ad)
+{
+    titleText() = ad;
+}
+
+QString programAdi()
+{
+    return titleText();
+}
+
+void setProgramBitir(std::function<void(int)> bitir)
+{
+    endProgram() = std::move(bitir);
+}
+
+void GenelHata(int hataNo, const QString &hataAciklama, const QString &rutinAdi,
+               std::optional<bool> devamEdilebilir)
+{
+    QCoreApplication::processEvents();
+    const QString text = lines({QStringLiteral(" HATA OLUSAN "),
+                                QString(),
+                                QStringLiteral(" Program Adi    : ") + programAdi(),
+                                QStringLiteral(" Rutin Adi      : ") + rutinAdi,
+                                QStringLiteral(" Hata Kodu      : ") + QString::number(hataNo),
+                                QStringLiteral(" Hata Aciklamasi: ") + hataAciklama});
+    const int colon = rutinAdi.indexOf(QLatin1Char(':'));
+    HataKaydet(hataNo,
+               0,
+               hataAciklama,
+               colon >= 0 ? rutinAdi.left(colon) : rutinAdi,
+               colon >= 0 ? rutinAdi.mid(colon + 1) : QString());
+    const ui::Answer answer = ui::show(
+        ui::Message{QStringLiteral("Genel HATA"), text, ui::Icon::Critical, ui::Buttons::OkCancel});
+    if (answer == ui::Answer::Cancel || !devamEdilebilir.has_value())
+        endProgram()(1);
+}
+
+HataMetni HataMetniGetir(int hataNo, int hataSatiri, const QString &hataAciklama)
+{
+    const QString zerna = QStringLiteral("Zerna");
+    switch (hataNo) {
+    case 52:
+        return {zerna,
+                lines({QStringLiteral("Dataların Yükleneceği Dizin Bulunamadı"),
+                       QStringLiteral("Lütfen Dizinin Doğruluğunu Kontrol Ediniz.")})};
+    case 3260: {
+        // The holder of the record stands between quotes in the engine's text.
+        static const QRegularExpression quoted(QStringLiteral("'([^']*)'"));
+        const QRegularExpressionMatch m = quoted.match(hataAciklama);
+        const QString user = m.hasMatch() ? m.captured(1) : QString();
+        return {zerna,
+                lines({QStringLiteral("Genel Sistem Hatası"),
+                       QStringLiteral("Şu Anda Bu Kaydı  ") + user
+                           + QStringLiteral("   isimli Kullanıcı Kullanıyor"),
+                       QStringLiteral("Lütfen Bu Bölümden Çıkmasını Sağlayınız")})};
+    }
+    case 91:
+        return {zerna,
+                lines({QStringLiteral("Programda İçsel Bir Hata Oluştu"),
+                       QStringLiteral("Lütfen Bu Hatanın Oluştuğu Modulu ve Şekli Not Edip "
+                                      "Bildiriniz. Lütfen Bulunduğunuz Modülden Çıkıp Tekrar "
+                                      "Girmeyi Deneyiniz.")})};
+    case 67:
+        return {zerna,
+                lines({QStringLiteral("Windows'un Arka Planında Çok Fazla Dosya Var"),
+                       QStringLiteral("Lütfen Arka Plandaki Dosyaları Kapatınız")})};
+    case 61:
+        return {zerna,
+                lines({QStringLiteral("Dataların Saklanacağı Disk Dolmuş Olabilir."),
+                       QStringLiteral("Lütfen Dataların Saklandığı Diski Boşaltınız.")})};
+    case 70:
+    case 76:
+        return {zerna,
+                lines({QStringLiteral("Tanımlanmış Bulunan Data Yolu Hatalı"),
+                       QStringLiteral("Lütfen Dataların Saklanacağı Dizini Yeniden Belirtiniz.")})};
+    case 6:
+        return {zerna,
+                lines({QStringLiteral("Bir Bilgiyi Değerinden Çok Fazla Girdiniz."),
+                       QStringLiteral("Lütfen Veri Girişlerinizi Kontrol Ediniz.")})};
+    case 7:
+        return {zerna,
+                lines({QStringLiteral("Bilgisayarınızın  Belleği Doldu"),
+                       QStringLiteral("Lütfen Windows'un Arka Planda Çalışan Dosyalarını Kapatın "
+                                      "Ve Yeniden Deneyin")})};
+    case 53:
+        return {zerna,
+                lines({QStringLiteral("Belirtilen Dizinde Dosya Bulunamadı"),
+                       QStringLiteral("Lütfen Dizinin Doğruluğunu Kontrol Ediniz.")})};
+    case 48:
+    case 49:
+        return {zerna,
+                lines({QStringLiteral("Kullanmakta Olduğunuz DLL Dosyaları Bozulmuş"),
+                       QStringLiteral("Lütfen Yeni Dosyaları Kopyalayınız.")})};
+    case 3075:
+        return {zerna,
+                lines({QStringLiteral("Sorgulama Biçiniz Yanlış."),
+                       QStringLiteral("Lütfen Sorgulamanızı Düzeltiniz.")})};
+    case 3061:
+        return {zerna,
+                lines({QStringLiteral("Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış"),
+                       QStringLiteral("Lütfen Data Yolunuzu Değiştiriniz.")})};
+    case 340:
+        return {QStringLiteral("Zerna Ostel"), QStringLiteral("Programda İçsel Bir Hata Oluştu")};
+    case 3044: {
+        const QString folder = store::hasDefaultDatabase()
+                                   ? store::defaultDatabase().settings().describe()
+                                   : QDir::toNativeSeparators(durum().UygulamaYolu);
+        return {zerna,
+                lines({QStringLiteral("Çalışma Dizininiz Hatalıdır."),
+                       QStringLiteral("Çalışma Dizini :") + folder + QLatin1Char('\\'),
+                       QStringLiteral("Bu Dizinde Size Dosya Açma Yetkisi Verilmemiş. Hard Diskiniz "
+                                      "Dolmuş Olabilir. Lütfen Sistem Yetkilisine Danışın."),
+                       QStringLiteral("Hata Kodu      : ") + QString::number(hataNo),
+                       QStringLiteral("Hata Açıklaması: ") + hataAciklama,
+                       QStringLiteral("Lütfen Dizin Düzeltme Programını Çalıştırınız.")})};
+    }
+    case 3024:
+        return {zerna,
+                QStringLiteral("Bu Modul ile İlgili Dosya Bulunamadı Lütfen Sistem Yetkilisine "
+                               "Danışınız.")};
+    default:
+        return {zerna,
+                lines({QStringLiteral("Programda Hata Oluştu"),
+                       QStringLiteral("Hata Kodu: ") + QString::number(hataNo),
+                       QStringLiteral("Hata Satırı ") + QString::number(hataSatiri),
+                       QStringLiteral("Hata Açıklaması: ") + hataAciklama})};
+    }
+}
+
+void HataGoster(int hataNo, int hataSatiri, const QString &hataAciklama, const QString &modul,
+                const QString &obje)
+{
+    HataKaydet(hataNo, hataSatiri, hataAciklama, modul, obje);
+    const HataMetni m = HataMetniGetir(hataNo, hataSatiri, hataAciklama);
+    ui::notify(m.baslik, m.metin, ui::Icon::Critical);
+}
+
+void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const QString &modul,
+                const QString &obje)
+{
+    if (!store::hasDefaultDatabase())
+        return;
+    QString machine = QSysInfo::machineHostName();
+    if (machine.isEmpty())
+        machine = QStringLiteral("bilinmiyor");
+    const store::ErrorRow row{machine,
+                              durum().AktifKullanici,
+                              modul,
+                              obje,
+                              hataNo,
+                              hataSatiri,
+                              hataAciklama,
+                              QDateTime::currentDateTime()};
+    (void) store::writeErrorRow(store::defaultDatabase().settings(), row);
+}
+
+void HataBildir(const Error &hata)
+{
+    const int colon = hata.label.indexOf(QLatin1Char(':'));
+    const QString modul = colon >= 0 ? hata.label.left(colon) : hata.label;
+    const QString obje = colon >= 0 ? hata.label.mid(colon + 1) : QString();
+    HataGoster(hata.number, hata.line, hata.text, modul, obje);
+}
+
+} // namespace shell

@@ -1,0 +1,327 @@
+#include "shell/para.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace shell {
+
+namespace {
+
+// Products of two amounts reach 2^126 at most: an __int128 holds every intermediate exactly.
+using Wide = __int128;
+
+constexpr qint64 MaxRaw = std::numeric_limits<qint64>::max();
+constexpr qint64 MinRaw = std::numeric_limits<qint64>::min();
+
+// Integer parts above this cannot fit any more; the reader stops multiplying there.
+constexpr Wide IntegerCap = Wide(1000000000000000000LL);
+
+// The number of ten-thousandths in one step of `places` decimals: 1 for 4 places, 10000 for 0.
+qint64 stepOf(int places)
+{
+    qint64 step = 1;
+    for (int i = std::clamp(places, 0, 4); i < 4; ++i) {
+        step *= 10;
+    }
+    return step;
+}
+
+// num / den, rounded once from its exact value. den is never zero.
+Wide roundedQuotient(Wide num, Wide den, RoundingMode mode)
+{
+    if (den < 0) {
+        num = -num;
+        den = -den;
+    }
+    const Wide quotient = num / den;  // truncated towards zero
+    const Wide remainder = num % den; // carries the sign of num
+    if (remainder == 0) {
+        return quotient;
+    }
+    switch (mode) {
+    case RoundingMode::TowardZero:
+        return quotient;
+    case RoundingMode::Floor:
+        return num < 0 ? quotient - 1 : quotient;
+    case RoundingMode::Ceiling:
+        return num > 0 ? quotient + 1 : quotient;
+    case RoundingMode::HalfAwayFromZero: {
+        const Wide twice = 2 * (remainder < 0 ? -remainder : remainder);
+        if (twice < den) {
+            return quotient;
+        }
+        return num < 0 ? quotient - 1 : quotient + 1;
+    }
+    }
+    return quotient;
+}
+
+// A wide value brought back into 64 bits, saturated at the range's ends.
+struct Narrowed
+{
+    qint64 raw = 0;
+    bool overflow = false;
+};
+
+Narrowed narrow(Wide value)
+{
+    if (value > MaxRaw) {
+        return {MaxRaw, true};
+    }
+    if (value < MinRaw) {
+        return {MinRaw, true};
+    }
+    return {static_cast<qint64>(value), false};
+}
+
+struct ParsedDecimal
+{
+    bool valid = false;
+    Narrowed value;
+};
+
+// "-1250.50", "+0.00005", ".5": an optional sign, digits and at most one point, nothing else.
+// Digits past the fourth decimal round half away from zero: the fifth decides, since the
+// exact rest is at least one half precisely when it is 5 or more.
+ParsedDecimal parseDecimal(QStringView text)
+{
+    qsizetype i = 0;
+    bool negative = false;
+    if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) {
+        negative = text[i] == u'-';
+        ++i;
+    }
+    Wide integer = 0;
+    bool tooBig = false;
+    qint64 fraction = 0;
+    int decimals = -1; // -1 until the point is met
+    bool roundUp = false;
+    bool anyDigit = false;
+    for (; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c == u'.') {
+            if (decimals >= 0) {
+                return {};
+            }
+            decimals = 0;
+            continue;
+        }
+        if (c < u'0' || c > u'9') {
+            return {};
+        }
+        anyDigit = true;
+        const int digit = c - u'0';
+        if (decimals < 0) {
+            if (integer > IntegerCap) {
+                tooBig = true;
+            } else {
+                integer = integer * 10 + digit;
+            }
+        } else if (decimals < 4) {
+            fraction = fraction * 10 + digit;
+            ++decimals;
+        } else {
+            if (decimals == 4) {
+                roundUp = digit >= 5;
+            }
+            ++decimals;
+        }
+    }
+    if (!anyDigit) {
+        return {};
+    }
+    const int kept = std::clamp(decimals, 0, 4);
+    const Wide magnitude
+        = integer * Para::Scale + Wide(fraction) * stepOf(kept) + (roundUp ? 1 : 0);
+    if (tooBig) {
+        return {true, {negative ? MinRaw : MaxRaw, true}};
+    }
+    return {true, narrow(negative ? -magnitude : magnitude)};
+}
+
+} // namespace
+
+Para Para::fromUnits(qint64 units)
+{
+    qint64 raw = 0;
+    if (__builtin_mul_overflow(units, Scale, &raw)) {
+        return Para(units < 0 ? MinRaw : MaxRaw, true);
+    }
+    return Para(raw);
+}
+
+std::optional<Para> Para::fromDecimalString(const QString &text)
+{
+    const ParsedDecimal parsed = parseDecimal(text);
+    if (!parsed.valid || parsed.value.overflow) {
+        return std::nullopt;
+    }
+    return Para(parsed.value.raw);
+}
+
+Para Para::fromDouble(double value)
+{
+    if (std::isnan(value)) {
+        return Para(0, true);
+    }
+    // Far beyond the range: no need to write out three hundred digits to learn that.
+    if (std::fabs(value) >= 1e16) {
+        return Para(value < 0 ? MinRaw : MaxRaw, true);
+    }
+    // The shortest decimal text that reads back as the same double: 2.675 stays 2.675 and is
+    // not taken as 2.67499999999999982236431605997495353221893310546875.
+    char buffer[512];
+    const auto [end, error]
+        = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    if (error != std::errc()) {
+        return Para(0, true);
+    }
+    const QString text = QString::fromLatin1(buffer, end - buffer);
+    const ParsedDecimal parsed = parseDecimal(text);
+    return Para(parsed.value.raw, parsed.value.overflow);
+}
+
+double Para::toDouble() const
+{
+    // Both operands are exact doubles below 2^53, and one division rounds correctly.
+    constexpr qint64 exactLimit = qint64(1) << 53;
+    if (m_raw > -exactLimit && m_raw < exactLimit) {
+        return static_cast<double>(m_raw) / Scale;
+    }
+    const QByteArray text = toDecimalString().toLatin1();
+    double value = 0;
+    std::from_chars(text.constData(), text.constData() + text.size(), value);
+    return value;
+}
+
+QString Para::toDecimalString() const
+{
+    const quint64 magnitude
+        = m_raw < 0 ? 0 - static_cast<quint64>(m_raw) : static_cast<quint64>(m_raw);
+    QString text = QString::number(magnitude / Scale);
+    const quint64 fraction = magnitude % Scale;
+    if (fraction != 0) {
+        QString decimals = QStringLiteral("%1").arg(fraction, 4, 10, QLatin1Char('0'));
+        while (decimals.endsWith(u'0')) {
+            decimals.chop(1);
+        }
+        text += u'.' + decimals;
+    }
+    if (m_raw < 0) {
+        text.prepend(u'-');
+    }
+    return text;
+}
+
+Para Para::operator+(Para other) const
+{
+    qint64 sum = 0;
+    if (__builtin_add_overflow(m_raw, other.m_raw, &sum)) {
+        return Para(other.m_raw < 0 ? MinRaw : MaxRaw, true);
+    }
+    return Para(sum, m_overflow || other.m_overflow);
+}
+
+Para Para::operator-(Para other) const
+{
+    qint64 difference = 0;
+    if (__builtin_sub_overflow(m_raw, other.m_raw, &difference)) {
+        return Para(other.m_raw < 0 ? MaxRaw : MinRaw, true);
+    }
+    return Para(difference, m_overflow || other.m_overflow);
+}
+
+Para Para::operator-() const
+{
+    if (m_raw == MinRaw) {
+        return Para(MaxRaw, true);
+    }
+    return Para(-m_raw, m_overflow);
+}
+
+Para Para::operator*(qint64 factor) const
+{
+    qint64 product = 0;
+    if (__builtin_mul_overflow(m_raw, factor, &product)) {
+        return Para((m_raw < 0) != (factor < 0) ? MinRaw : MaxRaw, true);
+    }
+    return Para(product, m_overflow);
+}
+
+Para &Para::operator+=(Para other)
+{
+    *this = *this + other;
+    return *this;
+}
+
+Para &Para::operator-=(Para other)
+{
+    *this = *this - other;
+    return *this;
+}
+
+Para Para::rounded(int places, RoundingMode mode) const
+{
+    const qint64 step = stepOf(places);
+    const Narrowed result = narrow(roundedQuotient(m_raw, step, mode) * step);
+    return Para(result.raw, result.overflow || m_overflow);
+}
+
+Para Para::divided(qint64 divisor, int places, RoundingMode mode) const
+{
+    if (divisor == 0) {
+        return Para(0, m_overflow);
+    }
+    const qint64 step = stepOf(places);
+    const Wide quotient = roundedQuotient(m_raw, Wide(divisor) * step, mode);
+    const Narrowed result = narrow(quotient * step);
+    return Para(result.raw, result.overflow || m_overflow);
+}
+
+Para Para::mulDiv(Para numerator, Para denominator, int places, RoundingMode mode) const
+{
+    const bool inherited = m_overflow || numerator.m_overflow || denominator.m_overflow;
+    if (denominator.m_raw == 0) {
+        return Para(0, inherited);
+    }
+    // a * n / d in ten-thousandths: the scales of n and d cancel.
+    const qint64 step = stepOf(places);
+    const Wide quotient
+        = roundedQuotient(Wide(m_raw) * numerator.m_raw, Wide(denominator.m_raw) * step, mode);
+    const Narrowed result = narrow(quotient * step);
+    return Para(result.raw, result.overflow || inherited);
+}
+
+Para Para::percent(Para rate, int places, RoundingMode mode) const
+{
+    // a * r / (Scale * 100) in ten-thousandths, the rate carrying four decimals of its own.
+    const qint64 step = stepOf(places);
+    const Wide denominator = Wide(Scale) * 100 * step;
+    const Wide quotient = roundedQuotient(Wide(m_raw) * rate.m_raw, denominator, mode);
+    const Narrowed result = narrow(quotient * step);
+    return Para(result.raw, result.overflow || m_overflow || rate.m_overflow);
+}
+
+Para Para::floorToMultiple(Para step) const
+{
+    if (step.m_raw <= 0) {
+        return *this;
+    }
+    const Wide steps = roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor);
+    const Narrowed result = narrow(steps * step.m_raw);
+    return Para(result.raw, result.overflow || m_overflow || step.m_overflow);
+}
+
+qint64 Para::floorDiv(Para step) const
+{
+    if (step.m_raw == 0) {
+        return 0;
+    }
+    return narrow(roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor)).raw;
+}
+
+} // namespace shell

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "shell/para.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+
+namespace store {
+class Database;
+}
+
+namespace shell {
+
+// A way of payment: its one-letter code and its name.
+struct OdemeSekli
+{
+    QString kod;
+    QString ad;
+};
+
+// The working state that every screen reads: the school's settings of the open year, who is
+// logged in, and the rights of the command in use.
+struct CalismaDurumu
+{
+    QString UygulamaYolu;
+    int AktifCalismaID = 0;
+    QString AktifCalismaAdi;
+    QString AktifKullanici;
+    QString OgretimYili;
+    QString OkulAdi;
+    QString OkulIlAdi;
+    QString OkulIlceAdi;
+    QString ResmiListeBaslik;
+    QString Banka;
+    qint64 SonFaturaNo = 0;
+    qint64 SonSenetNo = 0;
+    qint64 SonFisNo = 0;
+    QString CariAy;     // yyyyMM
+    QString BaslangicAy;
+    Para TaksitYuvarlama = Para::fromUnits(1000000);
+    QDateTime DonemBasTarihi;
+    QDateTime DonemBitTarihi;
+    int ParaTuru = 1;
+    QString ParaBirimi = QStringLiteral("YTL");
+    QString ParaFormati = QStringLiteral("#,##0.00");
+    QString OgrAOtoDeg = QStringLiteral("0");
+    QString TaksitFatura = QStringLiteral("0");
+    bool TaksitKilitle = false;
+    bool FisNoKilitle = false;
+    bool HakOkuma = true;
+    bool HakYazma = true;
+    QList<OdemeSekli> OdemeSekilleri;
+};
+
+CalismaDurumu &durum();
+
+// The ways of payment in index order; the first is the empty entry.
+const QList<OdemeSekli> &OdemeSekilleriTablosu();
+// The name of a way of payment; "" when the code is unknown.
+QString OdemeSekliAdi(const QString &kod);
+
+// The settings that lived in INI files beside the program, kept in the global store so that
+// every workstation sees the same. mod "GET" gives the value ("" when the key is missing) and
+// "WRITE" stores it. A null QString stands for Null: a Null or empty mode, section or key gives
+// "Mode Hatası", "Secname Hatası" or "Keyname Hatası"; "WRITE" with a Null value gives
+// "ERROR KeyValue". File, section and key are matched without regard to case, as INI files are.
+QString INIAyar(const QString &mod, const QString &dosya, const QString &bolum,
+                const QString &anahtar, const QString &deger = QString());
+QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
+                const QString &bolum, const QString &anahtar, const QString &deger = QString());
+
+} // namespace shell

@@ -1,0 +1,726 @@
+#include "store/migration.h"
+
+#include "store/dialect.h"
+
+#include <QLoggingCategory>
+
+#include <functional>
+
+namespace store {
+
+using schema::Field;
+using schema::FieldType;
+
+namespace {
+
+const QString s_label = QStringLiteral("DatabaseGuncelle");
+
+int s_failingStep = 0;
+
+bool isTextual(const QString &typeName)
+{
+    return typeName.contains(QLatin1String("char"), Qt::CaseInsensitive)
+           || typeName.compare(QLatin1String("text"), Qt::CaseInsensitive) == 0;
+}
+
+bool sameType(const ColumnInfo &current, const Field &wanted)
+{
+    if (wanted.type == FieldType::Text)
+        return isTextual(current.typeName) && current.size == wanted.size;
+    if (wanted.type == FieldType::Memo)
+        return isTextual(current.typeName) && current.size == 0;
+    return !isTextual(current.typeName);
+}
+
+const Field &declared(Store store, const QString &table, const QString &field)
+{
+    const Field *f = schema::field(store, table, field);
+    Q_ASSERT_X(f, "migration", qPrintable(table + QLatin1Char('.') + field));
+    return *f;
+}
+
+// The running state of one migration: the catalogue as it stands, and the first failure.
+class Migrator
+{
+public:
+    Migrator(Database &db, Store store)
+        : m_db(db)
+        , m_store(store)
+    {}
+
+    shell::Status load()
+    {
+        shell::Result<Catalog> c = m_db.dialect().readCatalog(m_db, m_store);
+        if (!c)
+            return c.error();
+        m_catalog = std::move(*c);
+        return {};
+    }
+
+    bool ok() const { return m_ok; }
+    const shell::Error &error() const { return m_error; }
+    const Catalog &catalog() const { return m_catalog; }
+
+    QString qualified(const QString &table) const { return m_db.table(m_store, table); }
+
+    bool hasField(const QString &table, const QString &field) const
+    {
+        return m_catalog.hasColumn(table, field);
+    }
+
+    // Adds a declared field when missing; true when it was added now.
+    bool add(const QString &table, const QString &fieldName)
+    {
+        if (!m_ok || hasField(table, fieldName))
+            return false;
+        const Field &field = declared(m_store, table, fieldName);
+        if (field.autoNumber) {
+            if (!check(addAutoNumberColumn(m_db, m_store, table, field)))
+                return false;
+        } else if (!check(m_db.exec(m_db.dialect().addColumn(qualified(table), field), label(table)))) {
+            return false;
+        }
+        m_catalog.addColumn(table, ColumnInfo{field.name, QString(), field.size, field.autoNumber});
+        return true;
+    }
+
+    // Runs a statement on a table of the store: "%1" stands for the table's qualified name.
+    void run(const QString &statement, const QString &table)
+    {
+        if (!m_ok)
+            return;
+        check(m_db.exec(statement.arg(qualified(table)), label(table)));
+    }
+
+    // Creates a declared table when missing; true when it was created now.
+    bool createIfMissing(const QString &table)
+    {
+        if (!m_ok || m_catalog.hasTable(table))
+            return false;
+        const schema::Table *t = schema::table(m_store, table);
+        Q_ASSERT(t);
+        if (!check(createDeclaredTable(m_db, *t)))
+            return false;
+        return check(load());
+    }
+
+    void index(const QString &table, const QString &indexName)
+    {
+        if (!m_ok || m_catalog.hasIndex(indexName))
+            return;
+        const schema::Table *t = schema::table(m_store, table);
+        const schema::Index *ix = t ? t->index(indexName) : nullptr;
+        Q_ASSERT(ix);
+        if (m_db.tryExec(m_db.dialect().createIndex(m_db.schema(m_store), table, *ix)))
+            m_catalog.addIndex(indexName);
+    }
+
+    void rename(const QString &table, const QString &from, const QString &to)
+    {
+        if (!m_ok || !hasField(table, from) || hasField(table, to))
+            return;
+        if (m_db.tryExec(m_db.dialect().renameColumn(qualified(table), from, to)))
+            (void) check(load());
+    }
+
+    void changeType(const QString &table, const QString &fieldName)
+    {
+        if (!m_ok)
+            return;
+        const ColumnInfo *current = m_catalog.column(table, fieldName);
+        const Field &field = declared(m_store, table, fieldName);
+        if (!current || sameType(*current, field))
+            return;
+        if (check(changeColumnType(m_db, m_store, table, field)))
+            (void) check(load());
+    }
+
+    bool check(const shell::Status &status)
+    {
+        if (!status && m_ok) {
+            m_ok = false;
+            m_error = status.error();
+        }
+        return status.ok();
+    }
+
+private:
+    static QString label(const QString &table) { return s_label + QLatin1Char(':') + table; }
+
+    Database &m_db;
+    Store m_store;
+    Catalog m_catalog;
+    bool m_ok = true;
+    shell::Error m_error;
+};
+
+// Adds each field, and after each one runs its back-fill "UPDATE t SET f=v WHERE f IS NULL",
+// whether the field is new or not.
+void addFilled(Migrator &m, const QString &table, const QString &field, const QString &value)
+{
+    m.add(table, field);
+    m.run(QStringLiteral("UPDATE %1 SET ") + field + QLatin1Char('=') + value + QStringLiteral(" WHERE ")
+              + field + QStringLiteral(" IS NULL"),
+          table);
+}
+
+// Adds a field and, only when it is new, sets every row to the value.
+void addNew(Migrator &m, const QString &table, const QString &field, const QString &value)
+{
+    if (m.add(table, field))
+        m.run(QStringLiteral("UPDATE %1 SET ") + field + QLatin1Char('=') + value, table);
+}
+
+void addAll(Migrator &m, const QString &table, const QStringList &fields)
+{
+    for (const QString &field : fields)
+        m.add(table, field);
+}
+
+void haklar(Migrator &m)
+{
+    m.createIfMissing(QStringLiteral("Haklar"));
+    addAll(m,
+           QStringLiteral("Haklar"),
+           {QStringLiteral("Kullanici_Adi"),
+            QStringLiteral("Haklar_Okuma"),
+            QStringLiteral("Haklar_Yazma"),
+            QStringLiteral("Haklar_Program_Adi"),
+            QStringLiteral("Kullanici_Program")});
+}
+
+void kasaPersonel(Migrator &m)
+{
+    m.createIfMissing(QStringLiteral("KASA"));
+    if (m.createIfMissing(QStringLiteral("KASAKOD")))
+        m.index(QStringLiteral("KASAKOD"), QStringLiteral("idx_kasakod"));
+    if (m.createIfMissing(QStringLiteral("PERSONEL")))
+        m.index(QStringLiteral("PERSONEL"), QStringLiteral("idx_personel"));
+}
+
+void bankalar(Migrator &m)
+{
+    m.createIfMissing(QStringLiteral("Bankalar"));
+}
+
+using Step = std::function<void(Migrator &, Database &)>;
+
+const std::vector<Step> &steps()
+{
+    static const std::vector<Step> s_steps = {
+        // 1. school settings
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("Sabit");
+            addFilled(m, t, QStringLiteral("ParaTuru"), QStringLiteral("0"));
+            addFilled(m, t, QStringLiteral("OgrAOtoDeg"), QStringLiteral("'0'"));
+            addFilled(m, t, QStringLiteral("ParaBirimi"), QStringLiteral("'TL'"));
+            addFilled(m, t, QStringLiteral("TaksitFatura"), QStringLiteral("'0'"));
+            addFilled(m, t, QStringLiteral("TaksitKilitle"), QStringLiteral("0"));
+            addFilled(m, t, QStringLiteral("FisNoKilitle"), QStringLiteral("'0'"));
+        },
+        // 2. account headers
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("OgrenciAidatTanim");
+            addFilled(m, t, QStringLiteral("YTLCevrim"), QStringLiteral("0"));
+            addFilled(m, t, QStringLiteral("IskontoTutari"), QStringLiteral("0"));
+            m.index(t, QStringLiteral("OgrenciAidatTanim_index2"));
+            m.add(t, QStringLiteral("Aidatiptal"));
+        },
+        // 3. payments
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("OgrenciAidatOdeme");
+            m.add(t, QStringLiteral("Fatura_ID"));
+            m.add(t, QStringLiteral("ID"));
+            m.add(t, QStringLiteral("BankaAdi"));
+            addFilled(m, t, QStringLiteral("YTLCevrim"), QStringLiteral("0"));
+        },
+        // 4. installments
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("OgrenciAidatDetay");
+            m.add(t, QStringLiteral("YTLCevrim"));
+            m.add(t, QStringLiteral("OdemeSekli"));
+            m.run(QStringLiteral("UPDATE %1 SET YTLCevrim=0 WHERE YTLCevrim IS NULL"), t);
+            addFilled(m, t, QStringLiteral("Fatura_ID"), QStringLiteral("0"));
+            m.add(t, QStringLiteral("ID"));
+        },
+        // 5. invoices
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("Fatura");
+            addFilled(m, t, QStringLiteral("YTLCevrim"), QStringLiteral("0"));
+            addFilled(m, t, QStringLiteral("KDVOrani"), QStringLiteral("0"));
+            addFilled(m, t, QStringLiteral("KDVTutari"), QStringLiteral("0"));
+            addFilled(m, t, QStringLiteral("KDVsizTutar"), QStringLiteral("0"));
+            m.add(t, QStringLiteral("FaturaAdiSoyadi"));
+            m.add(t, QStringLiteral("FaturaAdres"));
+        },
+        // 6. fee definitions
+        [](Migrator &m, Database &) {
+            addFilled(m, QStringLiteral("AidatTanim"), QStringLiteral("YTLCevrim"), QStringLiteral("0"));
+            addFilled(m, QStringLiteral("AidatTanim"), QStringLiteral("KDVOrani"), QStringLiteral("0"));
+        },
+        // 7. installments of the definitions
+        [](Migrator &m, Database &) {
+            addFilled(m, QStringLiteral("AidatDetay"), QStringLiteral("YTLCevrim"), QStringLiteral("0"));
+        },
+        // 8. rights
+        [](Migrator &m, Database &) { haklar(m); },
+        // 9. students
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("Ogrenci");
+            addAll(m,
+                   t,
+                   {QStringLiteral("Ogr_Kayit_Tarihi"),
+                    QStringLiteral("Ogr_Kayit_Silme_Tarihi"),
+                    QStringLiteral("Ogr_Kayit_Turu"),
+                    QStringLiteral("Donem"),
+                    QStringLiteral("Ogr_Diger_vergiNo"),
+                    QStringLiteral("Ogr_Diger_VergiAdi"),
+                    QStringLiteral("Ogr_Veli_CepTelefon"),
+                    QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say"),
+                    QStringLiteral("Ogr_Ayrildi"),
+                    QStringLiteral("Ogr_Muaf"),
+                    QStringLiteral("Ogr_Veli_KrediKarti"),
+                    QStringLiteral("Ogr_Veli_KK_SonGec"),
+                    QStringLiteral("Ogr_TaahutNo"),
+                    QStringLiteral("Ogr_FaturaAdiSoyadi"),
+                    QStringLiteral("Ogr_FaturaAdres"),
+                    QStringLiteral("Ogr_Veli_Maas"),
+                    QStringLiteral("Ogr_Cari_Durum_Aciklama")});
+            // Older files have a shorter note field; it grows, keeping its notes and place.
+            m.changeType(t, QStringLiteral("Ogr_Cari_Durum_Aciklama"));
+            m.rename(QStringLiteral("OgrenciAidatOdeme"),
+                     QStringLiteral("Aciklama"),
+                     QStringLiteral("Ogr_Cari_Durum_Aciklamasi"));
+            for (const QString &who : {QStringLiteral("Ana"), QStringLiteral("Baba")}) {
+                for (const QString &field : {QStringLiteral("TcNo"),
+                                             QStringLiteral("Adi"),
+                                             QStringLiteral("Soyadi"),
+                                             QStringLiteral("Meslegi"),
+                                             QStringLiteral("Gorevi"),
+                                             QStringLiteral("isYeri"),
+                                             QStringLiteral("isyeriSahibiMi"),
+                                             QStringLiteral("isTel"),
+                                             QStringLiteral("EvTel"),
+                                             QStringLiteral("Fax"),
+                                             QStringLiteral("Email"),
+                                             QStringLiteral("CepTel")}) {
+                    m.add(t, QStringLiteral("Ogr_") + who + QLatin1Char('_') + field);
+                }
+            }
+            m.add(t, QStringLiteral("Ogr_CariHesap_Kodu"));
+            m.add(t, QStringLiteral("Ogr_Ucret_Odeme_Turu"));
+        },
+        // 10. invoices get their row identity
+        [](Migrator &m, Database &) { m.add(QStringLiteral("Fatura"), QStringLiteral("ID")); },
+        // 11. discount definitions
+        [](Migrator &m, Database &) { m.createIfMissing(QStringLiteral("IskontoTanim")); },
+        // 12. discounts of the students
+        [](Migrator &m, Database &) { m.createIfMissing(QStringLiteral("OgrenciIskonto")); },
+        // 13. banks
+        [](Migrator &m, Database &) { bankalar(m); },
+        // 14. collection details of the payments
+        [](Migrator &m, Database &) {
+            addAll(m,
+                   QStringLiteral("OgrenciAidatOdeme"),
+                   {QStringLiteral("Tahsilat_Vade_Tarihi"),
+                    QStringLiteral("Pesinat_Tarihi"),
+                    QStringLiteral("Sube"),
+                    QStringLiteral("Ciro")});
+        },
+        // 15. cash box and personnel
+        [](Migrator &m, Database &) { kasaPersonel(m); },
+        // 16. education support and the school's registry numbers
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("Sabit");
+            m.add(t, QStringLiteral("EgitimDestekTutari"));
+            const int months[] = {12, 2, 6, 0};
+            for (int i = 1; i <= 4; ++i) {
+                addNew(m, t, QStringLiteral("EgitimDestekAy%1").arg(i), QString::number(months[i - 1]));
+            }
+            for (int i = 1; i <= 4; ++i)
+                m.add(t, QStringLiteral("EgitimDestekTaksit%1").arg(i));
+            addAll(m,
+                   t,
+                   {QStringLiteral("MersisNo"),
+                    QStringLiteral("TicaretSicilNo"),
+                    QStringLiteral("VergiSicilNo"),
+                    QStringLiteral("VergiDairesiAdi"),
+                    QStringLiteral("Adres")});
+        },
+        // 17. education support of a student
+        [](Migrator &m, Database &) {
+            addNew(m, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_EgitimDestekDurumu"), QStringLiteral("0"));
+        },
+        // 18. how each discount of a student is computed
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("OgrenciIskonto");
+            addNew(m, t, QStringLiteral("IskontoMatrahi"), QStringLiteral("0"));
+            addNew(m, t, QStringLiteral("IskontoTipi"), QStringLiteral("0"));
+            addNew(m, t, QStringLiteral("IskontoKalanTutardan"), QStringLiteral("0"));
+            m.add(t, QStringLiteral("IskontoSirasi"));
+        },
+        // 19. the order of the discount definitions
+        [](Migrator &m, Database &db) {
+            const QString t = QStringLiteral("IskontoTanim");
+            addNew(m, t, QStringLiteral("IskontoTipi"), QStringLiteral("0"));
+            addNew(m, t, QStringLiteral("IskontoKalanTutardan"), QStringLiteral("0"));
+            if (m.add(t, QStringLiteral("IskontoSirasi")))
+                m.check(IskontoSirasiDoldur(db));
+        },
+        // 20. scholarships
+        [](Migrator &m, Database &) {
+            if (m.createIfMissing(QStringLiteral("OgrenciBurs")))
+                m.index(QStringLiteral("OgrenciBurs"), QStringLiteral("OgrenciBurs_INX"));
+        },
+        // 21. the scholarship amount, kept as text
+        [](Migrator &m, Database &) { m.add(QStringLiteral("OgrenciBurs"), QStringLiteral("BursMiktari")); },
+        // 22. the record lock and the parents' work addresses
+        [](Migrator &m, Database &) {
+            const QString t = QStringLiteral("Ogrenci");
+            addNew(m, t, QStringLiteral("Ogr_Islem_Yapan_Kullanici"), QStringLiteral("''"));
+            addNew(m, t, QStringLiteral("Ogr_Islem_Yapan_Kullanici_Ilk"), QStringLiteral("''"));
+            addNew(m, t, QStringLiteral("Ogr_Anne_Is_Adresi"), QStringLiteral("''"));
+            addNew(m, t, QStringLiteral("Ogr_Baba_Is_Adresi"), QStringLiteral("''"));
+        },
+        // 23. banks once more: a file that went through step 13 is left as it is
+        [](Migrator &m, Database &) { bankalar(m); },
+        // 24. refunds
+        [](Migrator &m, Database &) {
+            if (m.createIfMissing(QStringLiteral("AidatIade")))
+                m.index(QStringLiteral("AidatIade"), QStringLiteral("AidatIade_INX"));
+        },
+        // 25. the kind of a fee
+        [](Migrator &m, Database &) {
+            addNew(m, QStringLiteral("AidatTanim"), QStringLiteral("AidatTuru"), QStringLiteral("0"));
+        },
+        // 26. what the screens look rows up by: the siblings table and fields that the student
+        // screen used to add for itself, and an index for every key a ledger or student screen
+        // reads by (without the payments' one, the balance of one student scans every payment
+        // of the school).
+        [](Migrator &m, Database &) {
+            m.createIfMissing(QStringLiteral("OgrenciKardesler"));
+            addAll(m,
+                   QStringLiteral("Ogrenci"),
+                   {QStringLiteral("KardesAd"), QStringLiteral("KardesSoyad"), QStringLiteral("KardesOkul")});
+            for (const schema::Table &t : schema::tables()) {
+                if (t.store != Store::Year || !m.catalog().hasTable(t.name))
+                    continue;
+                for (const schema::Index &ix : t.indexes)
+                    m.index(t.name, ix.name);
+            }
+        },
+    };
+    return s_steps;
+}
+
+shell::Status createIndexes(Database &db, const schema::Table &table, bool modelOnly)
+{
+    for (const schema::Index &ix : table.indexes) {
+        if (modelOnly && ix.added)
+            continue;
+        schema::Index named = ix;
+        if (modelOnly) {
+            // The model knows some fields under their older names.
+            for (QString &fieldName : named.fields) {
+                const Field *f = table.field(fieldName);
+                if (f && !f->modelName.isEmpty())
+                    fieldName = f->modelName;
+            }
+        }
+        if (shell::Status s = db.exec(db.dialect().createIndex(db.schema(table.store), table.name, named),
+                                      QStringLiteral("DatabaseAc:") + table.name);
+            !s) {
+            return s;
+        }
+    }
+    return {};
+}
+
+shell::Status createTable(Database &db, const schema::Table &table, bool bornFieldsOnly)
+{
+    QList<Field> fields;
+    for (const Field &f : table.fields) {
+        if (bornFieldsOnly && f.added)
+            continue;
+        Field born = f;
+        if (bornFieldsOnly && !f.modelName.isEmpty())
+            born.name = f.modelName;
+        fields.append(born);
+    }
+    return db.exec(db.dialect().createTable(db.table(table.store, table.name), fields),
+                   QStringLiteral("DatabaseAc:") + table.name);
+}
+
+} // namespace
+
+// ---- catalogue helpers ---------------------------------------------------------------------
+
+bool Field_Exist(Database &db, Store store, const QString &table, const QString &field)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    return c && c->hasColumn(table, field);
+}
+
+bool AddField_ToTable(Database &db,
+                      Store store,
+                      const QString &table,
+                      const Field &field,
+                      const QString &defaultValue)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    if (!c || !c->hasTable(table) || c->hasColumn(table, field.name))
+        return false;
+    const bool added = field.autoNumber ? addAutoNumberColumn(db, store, table, field).ok()
+                                        : db.tryExec(db.dialect().addColumn(db.table(store, table), field));
+    if (added && !defaultValue.isEmpty()) {
+        (void) db.tryExec(QStringLiteral("UPDATE %1 SET %2=%3")
+                              .arg(db.table(store, table), field.name, defaultValue));
+    }
+    return added;
+}
+
+bool AlanYoksaEkle(Database &db, Store store, const QString &table, const Field &field)
+{
+    if (Field_Exist(db, store, table, field.name))
+        return true;
+    AddField_ToTable(db, store, table, field);
+    return Field_Exist(db, store, table, field.name);
+}
+
+bool TabloYoksaEkle(Database &db, Store store, const QString &table)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    return c && !c->hasTable(table);
+}
+
+void IndeksEkle(Database &db, Store store, const QString &table, const schema::Index &index)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    if (!c || c->hasIndex(index.name))
+        return;
+    (void) db.tryExec(db.dialect().createIndex(db.schema(store), table, index));
+}
+
+void AlanAdiDegistir(Database &db, Store store, const QString &table, const QString &from,
+                     const QString &to)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    if (!c || !c->hasColumn(table, from) || c->hasColumn(table, to))
+        return;
+    (void) db.tryExec(db.dialect().renameColumn(db.table(store, table), from, to));
+}
+
+shell::Status AlanDegistir(Database &db, Store store, const QString &table, const Field &field)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    if (!c)
+        return c.error();
+    const ColumnInfo *current = c->column(table, field.name);
+    if (!current || sameType(*current, field))
+        return {};
+    Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    if (shell::Status s = changeColumnType(db, store, table, field); !s)
+        return s;
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+// ---- creation ------------------------------------------------------------------------------
+
+shell::Status createDeclaredTable(Database &db, const schema::Table &table)
+{
+    if (shell::Status s = createTable(db, table, true); !s)
+        return s;
+    // Indexes of a table that a step makes come with that step; the model's come with it.
+    if (!table.added)
+        return createIndexes(db, table, true);
+    return {};
+}
+
+shell::Status createGlobalTables(Database &db)
+{
+    shell::Result<Catalog> c = db.dialect().readCatalog(db, Store::Global);
+    if (!c)
+        return c.error();
+    bool missing = false;
+    for (const schema::Table &t : schema::tables())
+        missing = missing || (t.store == Store::Global && !t.added && !c->hasTable(t.name));
+    if (!missing)
+        return {};
+    Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    for (const schema::Table &t : schema::tables()) {
+        if (t.store != Store::Global || t.added || c->hasTable(t.name))
+            continue;
+        if (shell::Status s = createTable(db, t, false); !s)
+            return s;
+        if (shell::Status s = createIndexes(db, t, false); !s)
+            return s;
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+shell::Status createModel(Database &db)
+{
+    Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    for (const schema::Table &t : schema::tables()) {
+        if (t.store != Store::Year || t.added)
+            continue;
+        if (shell::Status s = createDeclaredTable(db, t); !s)
+            return s;
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+shell::Status HaklarTabloEkle(Database &db, Store store)
+{
+    Migrator m(db, store);
+    if (shell::Status s = m.load(); !s)
+        return s;
+    if (m.catalog().hasTable(QStringLiteral("Haklar"))
+        && m.catalog().columns(QStringLiteral("Haklar")).size() >= 5) {
+        return {};
+    }
+    Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    haklar(m);
+    if (!m.ok())
+        return m.error();
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+shell::Status KasaPersonelTabloEkle(Database &db)
+{
+    Migrator m(db, Store::Year);
+    if (shell::Status s = m.load(); !s)
+        return s;
+    Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    kasaPersonel(m);
+    if (!m.ok())
+        return m.error();
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+shell::Status IskontoSirasiDoldur(Database &db)
+{
+    const QString label = QStringLiteral("DatabaseGuncelle:IskontoSirasiDoldur");
+    QList<qint64> ids;
+    {
+        Query q(db, QStringLiteral("SELECT ID FROM %1 ORDER BY ID").arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
+        if (!q.exec())
+            return q.error(label);
+        while (q.next())
+            ids.append(q.integer(0));
+    }
+    int sira = 0;
+    for (qint64 id : std::as_const(ids)) {
+        ++sira;
+        Query own(db,
+                  QStringLiteral("UPDATE %1 SET IskontoSirasi=? WHERE ID=?")
+                      .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
+        own.bind(sira).bind(id);
+        if (!own.exec())
+            return own.error(label);
+        Query students(db,
+                       QStringLiteral("UPDATE %1 SET IskontoSirasi=? WHERE IskontoID=?")
+                           .arg(db.table(Store::Year, QStringLiteral("OgrenciIskonto"))));
+        students.bind(sira).bind(id);
+        if (!students.exec())
+            return students.error(label);
+    }
+    Query serbest(db,
+                  QStringLiteral("INSERT INTO %1 (IskontoAciklama, IskontoOrani, IskontoTipi, "
+                                 "IskontoKalanTutardan, IskontoSirasi) VALUES (?, 0, 1, 1, ?)")
+                      .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
+    serbest.bind(QStringLiteral("Serbest İndirim")).bind(sira + 1);
+    if (!serbest.exec())
+        return serbest.error(label);
+    return {};
+}
+
+// ---- migration -----------------------------------------------------------------------------
+
+int migrationStepCount()
+{
+    return int(steps().size());
+}
+
+void failMigrationStepForTest(int step)
+{
+    s_failingStep = step;
+}
+
+shell::Status DatabaseGuncelle(Database &db)
+{
+    Migrator m(db, Store::Year);
+    shell::Status result = m.load();
+    int number = 0;
+    for (const Step &step : steps()) {
+        if (!result)
+            break;
+        ++number;
+        Transaction tx(db);
+        if (!tx) {
+            result = tx.error();
+            break;
+        }
+        step(m, db);
+        if (number == s_failingStep) {
+            s_failingStep = 0;
+            m.check(shell::Error{3061,
+                                 QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
+                                 s_label});
+        }
+        if (!m.ok()) {
+            result = m.error();
+            break;
+        }
+        if (!tx.commit()) {
+            result = tx.error();
+            break;
+        }
+    }
+    if (!result) {
+        // The steps done so far stay; the next opening goes on from here.
+        (void) m.load();
+        showMessage(MessageKind::Critical,
+                    QStringLiteral("HATA"),
+                    QStringLiteral("Database güncellemede hata!\n") + result.error().text);
+        return result.error().withLabel(s_label);
+    }
+    return {};
+}
+
+void SonAlanlariEkle(Database &db)
+{
+    const QString aidatTanim = QStringLiteral("AidatTanim");
+    if (!Field_Exist(db, Store::Year, aidatTanim, QStringLiteral("AidatBirimFiyati"))) {
+        AddField_ToTable(db, Store::Year, aidatTanim, declared(Store::Year, aidatTanim, QStringLiteral("AidatBirimFiyati")));
+    }
+    if (!Field_Exist(db, Store::Year, aidatTanim, QStringLiteral("AidatBirimAdet"))) {
+        AddField_ToTable(db, Store::Year, aidatTanim, declared(Store::Year, aidatTanim, QStringLiteral("AidatBirimAdeti")));
+    }
+    const QString sabit = QStringLiteral("Sabit");
+    if (!Field_Exist(db, Store::Year, sabit, QStringLiteral("OgrKayitSilinenRapordaGoster"))) {
+        AddField_ToTable(db, Store::Year, sabit, declared(Store::Year, sabit, QStringLiteral("OgrKayitSilinenRapordaGoster")));
+    }
+}
+
+} // namespace store

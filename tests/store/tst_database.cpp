@@ -1,0 +1,303 @@
+#include "test_support.h"
+
+#include "store/database.h"
+#include "store/migration.h"
+#include "store/schema.h"
+#include "shell/turkish_text.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace store;
+using shell::Para;
+
+class tst_Database : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void openingNeedsAChosenYear_data() { testing::addEngineRows(); }
+    void openingNeedsAChosenYear();
+    void changingYearClosesTheOldOne_data() { testing::addEngineRows(); }
+    void changingYearClosesTheOldOne();
+    void valuesComeBackAsTheyWent_data() { testing::addEngineRows(); }
+    void valuesComeBackAsTheyWent();
+    void turkishOrderAndDateFunctions_data() { testing::addEngineRows(); }
+    void turkishOrderAndDateFunctions();
+    void saveAndLogCommitTogether_data() { testing::addEngineRows(); }
+    void saveAndLogCommitTogether();
+    void failedInnerStepUndoesTheWhole_data() { testing::addEngineRows(); }
+    void failedInnerStepUndoesTheWhole();
+    void failuresGetReporterNumbers_data() { testing::addEngineRows(); }
+    void failuresGetReporterNumbers();
+    void busyFileIsWaitedFor();
+    void compactingSurvivesLeftovers();
+};
+
+void tst_Database::openingNeedsAChosenYear()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    testing::MessageRecorder messages;
+    QVERIFY(DatabaseAc(s.db(), Store::Global, false, false));
+    QVERIFY(DatabaseAcikMi(s.db(), Store::Global));
+
+    QVERIFY(!DatabaseAc(s.db(), Store::Year, true, false));
+    QVERIFY(messages.texts().isEmpty());
+    QVERIFY(!DatabaseAc(s.db(), Store::Year, false, false));
+    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Programın Veri Dosyası Bulunamadı. ()")});
+    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Dikkat!")});
+
+    s.db().selectYear(7);
+    QVERIFY(!s.db().exists(Store::Year, 7));
+    QVERIFY(DatabaseAc(s.db(), Store::Year, false, true));
+    QVERIFY(s.db().exists(Store::Year, 7));
+    QVERIFY(s.db().exists(Store::Log, 7));
+    QVERIFY(DatabaseAcikMi(s.db(), Store::Year));
+    QCOMPARE(messages.texts().size(), 1);
+}
+
+void tst_Database::changingYearClosesTheOldOne()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear(1));
+    {
+        Query a(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (?, ?)"));
+        a.bind(101).bind("Ali");
+        QVERIFY(a.exec());
+    }
+
+    db.selectYear(2);
+    QVERIFY(DatabaseAc(db, Store::Year, false, true));
+    QCOMPARE(db.openYear(), 2);
+    {
+        Query count(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
+        QVERIFY(count.exec() && count.next());
+        QCOMPARE(count.integer(0), 0);
+    }
+
+    db.selectYear(1);
+    QVERIFY(DatabaseAc(db, Store::Year, false, false));
+    {
+        Query back(db, QStringLiteral("SELECT Ogr_Adi FROM Ogrenci"));
+        QVERIFY(back.exec() && back.next());
+        QCOMPARE(back.text(0), QStringLiteral("Ali"));
+    }
+
+    QVERIFY(db.drop(2).ok());
+    QVERIFY(!db.exists(Store::Year, 2));
+    QVERIFY(db.exists(Store::Year, 1));
+}
+
+void tst_Database::valuesComeBackAsTheyWent()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    const QDateTime moment(QDate(2024, 2, 29), QTime(23, 59, 58));
+    Query insert(db,
+                 QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
+                                "Ogr_Cari_Durum_Aciklamasi, Tahsilat_Vade_Tarihi, Pesinat_Tarihi) "
+                                "VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING ID"));
+    insert.bind(1)
+        .bind(1)
+        .bind(moment)
+        .bind(Para::fromRaw(-12345678901234))
+        .bind("Ahmet'in ödemesi; DROP TABLE x")
+        .bind(shell::SifirTarih)
+        .bindNull();
+    QVERIFY2(insert.exec(), qPrintable(insert.error(QStringLiteral("t")).text));
+    QVERIFY(insert.next());
+    QVERIFY(insert.integer(0) > 0);
+
+    Query read(db, QStringLiteral("SELECT * FROM OgrenciAidatOdeme"));
+    QVERIFY(read.exec() && read.next());
+    QCOMPARE(read.dateTime(QStringLiteral("OdemeTarihi")), moment);
+    QCOMPARE(read.para(QStringLiteral("Odenen")), Para::fromRaw(-12345678901234));
+    QCOMPARE(read.text(QStringLiteral("Ogr_Cari_Durum_Aciklamasi")),
+             QStringLiteral("Ahmet'in ödemesi; DROP TABLE x"));
+    QCOMPARE(read.dateTime(QStringLiteral("Tahsilat_Vade_Tarihi")), shell::SifirTarih);
+    QVERIFY(read.isNull(QStringLiteral("Pesinat_Tarihi")));
+    QVERIFY(!read.dateTime(QStringLiteral("Pesinat_Tarihi")).isValid());
+
+    // A day bound as a date finds the row stored with a time of midnight.
+    Query byDay(db, QStringLiteral("SELECT count(*) FROM OgrenciAidatOdeme WHERE Tahsilat_Vade_Tarihi = ?"));
+    byDay.bind(QDate(1899, 12, 30));
+    QVERIFY(byDay.exec() && byDay.next());
+    QCOMPARE(byDay.integer(0), 1);
+}
+
+void tst_Database::turkishOrderAndDateFunctions()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    const QStringList names = {QStringLiteral("İpek"), QStringLiteral("Ilgın"), QStringLiteral("Çiğdem"),
+                               QStringLiteral("Can"),  QStringLiteral("ırmak"), QStringLiteral("ipek"),
+                               QStringLiteral("Derya"), QStringLiteral("Şule"), QStringLiteral("Selin")};
+    int day = 1;
+    for (const QString &n : names) {
+        Query q(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi, Ogr_Kayit_Tarihi) VALUES (?, ?)"));
+        q.bind(n).bind(QDate(2025, day % 12 + 1, day));
+        QVERIFY(q.exec());
+        ++day;
+    }
+    Query ordered(db, QStringLiteral("SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"));
+    QVERIFY(ordered.exec());
+    QStringList got;
+    while (ordered.next())
+        got << ordered.text(0);
+    QCOMPARE(got,
+             (QStringList{QStringLiteral("Can"), QStringLiteral("Çiğdem"), QStringLiteral("Derya"),
+                          QStringLiteral("Ilgın"), QStringLiteral("ırmak"), QStringLiteral("ipek"),
+                          QStringLiteral("İpek"), QStringLiteral("Selin"), QStringLiteral("Şule")}));
+
+    Query exact(db, QStringLiteral("SELECT count(*) FROM Ogrenci WHERE Ogr_Adi = ?"));
+    exact.bind(QStringLiteral("ipek"));
+    QVERIFY(exact.exec() && exact.next());
+    QCOMPARE(exact.integer(0), 1);
+
+    Query parts(db,
+                QStringLiteral("SELECT year(Ogr_Kayit_Tarihi), month(Ogr_Kayit_Tarihi), "
+                               "day(Ogr_Kayit_Tarihi) FROM Ogrenci WHERE Ogr_Adi = ?"));
+    parts.bind(QStringLiteral("Derya"));
+    QVERIFY(parts.exec() && parts.next());
+    QCOMPARE(parts.integer(0), 2025);
+    QCOMPARE(parts.integer(1), 8);
+    QCOMPARE(parts.integer(2), 7);
+}
+
+void tst_Database::saveAndLogCommitTogether()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    auto write = [&db](int number) {
+        Query a(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"));
+        a.bind(number);
+        Query b(db, QStringLiteral("INSERT INTO %1 (Kayit_Id, Islem_Turu) VALUES (?, 'AddNew')")
+                        .arg(db.table(Store::Log, QStringLiteral("Ogrenci"))));
+        b.bind(number);
+        return a.exec() && b.exec();
+    };
+    auto counts = [&db]() {
+        Query a(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
+        Query b(db, QStringLiteral("SELECT count(*) FROM %1").arg(db.table(Store::Log, QStringLiteral("Ogrenci"))));
+        return (a.exec() && a.next() && b.exec() && b.next()) ? qMakePair(a.integer(0), b.integer(0))
+                                                              : qMakePair(qint64(-1), qint64(-1));
+    };
+    {
+        Transaction tx(db);
+        QVERIFY(tx);
+        QVERIFY(write(1));
+        QVERIFY(tx.commit());
+    }
+    {
+        Transaction tx(db);
+        QVERIFY(tx);
+        QVERIFY(write(2));
+        // leaves scope without commit
+    }
+    QCOMPARE(counts(), qMakePair(qint64(1), qint64(1)));
+}
+
+void tst_Database::failedInnerStepUndoesTheWhole()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    Transaction outer(db);
+    QVERIFY(outer);
+    Query a(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (1)"));
+    QVERIFY(a.exec());
+    {
+        Transaction inner(db);
+        QVERIFY(inner);
+        Query b(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (2)"));
+        QVERIFY(b.exec());
+    }
+    QVERIFY(!outer.commit());
+    QVERIFY(outer.error().text.contains(QStringLiteral("hiçbir değişiklik kaydedilmedi")));
+    Query count(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
+    QVERIFY(count.exec() && count.next());
+    QCOMPARE(count.integer(0), 0);
+}
+
+void tst_Database::failuresGetReporterNumbers()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    Query syntax(db, QStringLiteral("SELEC Ogr_Adi FRO Ogrenci"));
+    QVERIFY(!syntax.exec());
+    QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).number, 3075);
+    QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).label, QStringLiteral("FrmDeneme:Yukle"));
+    Query missing(db, QStringLiteral("SELECT Yok FROM Ogrenci"));
+    QVERIFY(!missing.exec());
+    QCOMPARE(missing.error(QString()).number, 3061);
+}
+
+void tst_Database::busyFileIsWaitedFor()
+{
+    testing::TestStore s(Engine::SQLite);
+    QVERIFY(s.openYear());
+    std::atomic<bool> started{false};
+    std::atomic<bool> written{false};
+    QString failure;
+    Transaction tx(s.db());
+    QVERIFY(tx);
+    Query mine(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (1)"));
+    QVERIFY(mine.exec());
+    const ConnectionSettings settings = s.settings();
+    std::thread other([&]() {
+        Database second(settings);
+        second.selectYear(1);
+        started = true;
+        if (!DatabaseAc(second, Store::Year, true, false)) {
+            failure = QStringLiteral("açılamadı");
+            return;
+        }
+        Query q(second, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (2)"));
+        if (!q.exec())
+            failure = q.error(QString()).text;
+        else
+            written = true;
+    });
+    while (!started)
+        QTest::qWait(10);
+    QTest::qWait(300); // the other workstation is now waiting for the file
+    QVERIFY(!written);
+    QVERIFY(tx.commit());
+    other.join();
+    QVERIFY2(written, qPrintable(failure));
+}
+
+void tst_Database::compactingSurvivesLeftovers()
+{
+    testing::TestStore s(Engine::SQLite);
+    QVERIFY(s.openYear());
+    Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"));
+    QVERIFY(q.exec());
+    const QString path = s.db().location(Store::Year, 1);
+    DatabaseKapat(s.db());
+    for (const char *suffix : {"_tmp", "_old"}) {
+        QFile leftover(path + QLatin1String(suffix));
+        QVERIFY(leftover.open(QIODevice::WriteOnly));
+        leftover.write("yarım kalmış sıkıştırma");
+    }
+    s.db().setMaintenance(true);
+    s.db().selectYear(1);
+    QVERIFY(DatabaseAc(s.db(), Store::Year, false, false));
+    QVERIFY(QFile::exists(path + QStringLiteral("_old")));
+    QVERIFY(!QFile::exists(path + QStringLiteral("_tmp")));
+    Query back(s.db(), QStringLiteral("SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"));
+    QVERIFY(back.exec() && back.next());
+    QCOMPARE(back.text(0), QStringLiteral("Ömer"));
+}
+
+QTEST_GUILESS_MAIN(tst_Database)
+#include "tst_database.moc"

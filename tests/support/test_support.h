@@ -1,0 +1,81 @@
+#pragma once
+
+#include "store/database.h"
+#include "ui/message.h"
+
+#include <QList>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+namespace testing {
+
+// The PostgreSQL server the tests may use: VORTEL_TEST_PG (a libpq keyword text), or the
+// throwaway cluster that CTest's fixture started (VORTEL_TEST_PG_FILE names its conninfo).
+std::optional<QString> postgresConnInfo();
+
+// A store for one test: a temporary data folder on SQLite, or a fresh database of its own on
+// PostgreSQL that is dropped again at the end.
+class TestStore
+{
+public:
+    explicit TestStore(store::Engine engine);
+    ~TestStore();
+    TestStore(const TestStore &) = delete;
+    TestStore &operator=(const TestStore &) = delete;
+
+    bool isValid() const { return m_valid; }
+    QString skipReason() const { return m_skipReason; }
+    const store::ConnectionSettings &settings() const { return m_settings; }
+    // The test's connection; further connections to the same store can be made from settings().
+    store::Database &db() { return *m_db; }
+    std::unique_ptr<store::Database> newConnection() const;
+    // Opens the global store and a new working year (number 1), migrated.
+    bool openYear(int calismaId = 1);
+
+private:
+    store::Engine m_engine;
+    bool m_valid = false;
+    QString m_skipReason;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_pgDatabase;
+    QString m_adminConnInfo;
+    store::ConnectionSettings m_settings;
+    std::unique_ptr<store::Database> m_db;
+};
+
+// The engines a store test runs on: SQLite always, PostgreSQL when a server is at hand.
+QList<store::Engine> engines();
+const char *engineName(store::Engine engine);
+// Adds one QTest data row per engine, tagged "sqlite" / "postgres", in a column "engine".
+void addEngineRows();
+// Opens a TestStore for the current data row's engine; skips the test when PostgreSQL is
+// missing. Use as: TestStore *s = storeForRow(); if (!s) return;
+#define VORTEL_STORE_FOR_ROW(var)                                                                \
+    QFETCH(int, engine);                                                                         \
+    testing::TestStore var(static_cast<store::Engine>(engine));                                  \
+    if (!var.isValid())                                                                          \
+        QSKIP(qPrintable(var.skipReason()));
+
+// Records the message boxes and store messages shown during its life, answering questions
+// from a queue (Yes when the queue is empty).
+class MessageRecorder
+{
+public:
+    MessageRecorder();
+    ~MessageRecorder();
+
+    void answer(ui::Answer a) { m_answers.append(a); }
+    QList<ui::Message> messages() const { return m_messages; }
+    QStringList texts() const;
+    QStringList titles() const;
+    void clear() { m_messages.clear(); }
+
+private:
+    QList<ui::Message> m_messages;
+    QList<ui::Answer> m_answers;
+};
+
+} // namespace testing
