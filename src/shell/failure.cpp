@@ -83,8 +83,10 @@ HataMetni HataMetniGetir(int hataNo, int hataSatiri, const QString &hataAciklama
                 lines({QStringLiteral("Dataların Yükleneceği Dizin Bulunamadı"),
                        QStringLiteral("Lütfen Dizinin Doğruluğunu Kontrol Ediniz.")})};
     case 3260: {
-        // The holder of the record stands between quotes in the engine's text.
-        static const QRegularExpression quoted(QStringLiteral("'([^']*)'"));
+        // The holder of the record stands between quotes in the engine's text, after "user"
+        // in the old engine's words, after "Kayıt kilitli:" in the store's.
+        static const QRegularExpression quoted(
+            QStringLiteral("(?:user|Kayıt kilitli:)\\s*'([^']*)'"));
         const QRegularExpressionMatch m = quoted.match(hataAciklama);
         const QString user = m.hasMatch() ? m.captured(1) : QString();
         return {zerna,

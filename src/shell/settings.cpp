@@ -1,5 +1,6 @@
 #include "shell/settings.h"
 
+#include "shell/turkish_text.h"
 #include "store/database.h"
 
 namespace shell {
@@ -53,10 +54,12 @@ QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
     if (anahtar.isEmpty())
         return QStringLiteral("Keyname Hatası");
     const QString upperMode = mod.toUpper();
-    // INI names are matched without regard to case; they are kept folded.
-    const QString file = dosya.trimmed().toLower();
-    const QString section = bolum.trimmed().toLower();
-    const QString key = anahtar.trimmed().toLower();
+    // INI names are matched without regard to case and kept folded to upper case: file names
+    // as the file system folds them, sections and keys by the Turkish rules of the office's
+    // machines ("açıklamalar" is "AÇIKLAMALAR").
+    const QString file = dosya.trimmed().toUpper();
+    const QString section = BuyukHarf(bolum.trimmed());
+    const QString key = BuyukHarf(anahtar.trimmed());
     if (upperMode == QLatin1String("GET")) {
         if (!store::DatabaseAc(db, store::Store::Global, true, false))
             return QString();

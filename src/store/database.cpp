@@ -137,7 +137,10 @@ shell::Error toError(const QSqlError &error, const QString &label, Engine engine
             number = 3061;
             break;
         case 1:  // SQLITE_ERROR: a statement the store cannot run
-            number = text.contains(QLatin1String("no such")) ? 3061 : 3075;
+            number = text.contains(QLatin1String("no such"))
+                             || text.contains(QLatin1String("has no column"))
+                         ? 3061
+                         : 3075;
             break;
         default:
             number = 3000 + sqliteCode;
@@ -674,12 +677,13 @@ shell::Error Query::error(const QString &label) const
 
 // ---- Transaction ---------------------------------------------------------------------------
 
-Transaction::Transaction(Database &db)
+Transaction::Transaction(Database &db, Mode mode)
     : m_db(db)
 {
     if (m_db.m_depth == 0) {
-        const QString begin = m_db.engine() == Engine::SQLite ? QStringLiteral("BEGIN IMMEDIATE")
-                                                              : QStringLiteral("BEGIN");
+        const QString begin = m_db.engine() == Engine::SQLite && mode == Mode::Immediate
+                                  ? QStringLiteral("BEGIN IMMEDIATE")
+                                  : QStringLiteral("BEGIN");
         if (shell::Status s = m_db.exec(begin, QStringLiteral("Transaction")); !s) {
             m_error = s.error();
             return;

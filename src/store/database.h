@@ -185,7 +185,13 @@ private:
 class Transaction
 {
 public:
-    explicit Transaction(Database &db);
+    // Immediate: on SQLite the write lock is taken at the start, so two workstations never
+    // deadlock on upgrading a read to a write; the price is a synced commit even when nothing
+    // changed. Deferred: locks only what is written; for runs of steps that mostly change
+    // nothing, such as the migration of an up-to-date year.
+    enum class Mode { Immediate, Deferred };
+
+    explicit Transaction(Database &db, Mode mode = Mode::Immediate);
     ~Transaction();
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;

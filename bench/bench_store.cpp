@@ -1,0 +1,181 @@
+// Times the store's opening work on generated data:
+//  - creating a working year at the model shape and migrating it to the full schema;
+//  - opening an up-to-date year (the migration finds nothing to do), empty and with
+//    10,000 students and their ledgers;
+//  - the balance of one student among 10,000.
+// Usage: bench_store [students]   (PostgreSQL too when VORTEL_TEST_PG names a server)
+#include "store/database.h"
+#include "store/migration.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+using namespace store;
+
+namespace {
+
+QTextStream out(stdout);
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+bool openYear(Database &db, int year)
+{
+    db.selectYear(year);
+    if (!DatabaseAc(db, Store::Global, true, false) || !DatabaseAc(db, Store::Year, true, true))
+        return false;
+    SonAlanlariEkle(db);
+    return true;
+}
+
+// 10,000 students, each with two fees of ten installments and five payments.
+bool generate(Database &db, int students)
+{
+    Transaction tx(db);
+    QSqlQuery ogr(db.sql()), tanim(db.sql()), detay(db.sql()), odeme(db.sql());
+    ogr.prepare(QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi, Ogr_Soyadi, Ogr_Sinif) "
+                               "VALUES (?, ?, ?, ?) RETURNING KayitID"));
+    tanim.prepare(QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, AidatID, "
+                                 "AidatTanim) VALUES (?, ?, ?, ?, ?, ?) RETURNING KayitID"));
+    detay.prepare(QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, Odenecek, "
+                                 "PesinatTaksitID) VALUES (?, ?, ?, ?, 1)"));
+    odeme.prepare(QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
+                                 "OdemeSekli, PesinatTaksitID) VALUES (?, ?, ?, ?, 'N', 1)"));
+    const QStringList names = {QStringLiteral("Ayşe"), QStringLiteral("Mehmet"), QStringLiteral("Çağla"),
+                               QStringLiteral("İbrahim"), QStringLiteral("Ömer"), QStringLiteral("Zeynep")};
+    for (int i = 0; i < students; ++i) {
+        ogr.bindValue(0, 1000 + i);
+        ogr.bindValue(1, names[i % names.size()]);
+        ogr.bindValue(2, names[(i / 7) % names.size()] + QStringLiteral("oğlu"));
+        ogr.bindValue(3, QStringLiteral("%1-%2").arg(i % 12 + 1).arg(QChar(u'A' + i % 4)));
+        if (!ogr.exec() || !ogr.next())
+            return false;
+        const qint64 student = ogr.value(0).toLongLong();
+        ogr.finish();
+        for (int fee = 1; fee <= 2; ++fee) {
+            tanim.bindValue(0, student);
+            tanim.bindValue(1, fee);
+            tanim.bindValue(2, qint64(100000000));
+            tanim.bindValue(3, qint64(50000000));
+            tanim.bindValue(4, fee);
+            tanim.bindValue(5, fee == 1 ? QStringLiteral("Öğrenim Ücreti") : QStringLiteral("Yemek"));
+            if (!tanim.exec() || !tanim.next())
+                return false;
+            const qint64 account = tanim.value(0).toLongLong();
+            tanim.finish();
+            for (int k = 1; k <= 10; ++k) {
+                const QVariant due = toStoredDate(db.engine(), QDateTime(QDate(2025, 9, 1).addMonths(k - 1), QTime(0, 0)));
+                detay.bindValue(0, account);
+                detay.bindValue(1, k);
+                detay.bindValue(2, due);
+                detay.bindValue(3, qint64(10000000));
+                if (!detay.exec())
+                    return false;
+                if (k <= 5) {
+                    odeme.bindValue(0, account);
+                    odeme.bindValue(1, k);
+                    odeme.bindValue(2, due);
+                    odeme.bindValue(3, qint64(10000000));
+                    if (!odeme.exec())
+                        return false;
+                }
+            }
+        }
+    }
+    return tx.commit();
+}
+
+void run(const ConnectionSettings &settings, const QString &engineName, int students)
+{
+    out << "== " << engineName << " ==\n";
+    std::vector<double> create;
+    std::vector<double> noop;
+    Database db(settings);
+    for (int year = 1; year <= 5; ++year) {
+        QElapsedTimer t;
+        t.start();
+        if (!openYear(db, year)) {
+            out << "opening failed\n";
+            return;
+        }
+        create.push_back(t.nsecsElapsed() / 1e6);
+    }
+    for (int i = 0; i < 20; ++i) {
+        DatabaseKapat(db);
+        QElapsedTimer t;
+        t.start();
+        if (!openYear(db, 1 + i % 5))
+            return;
+        noop.push_back(t.nsecsElapsed() / 1e6);
+    }
+    out << QStringLiteral("create + migrate a year        : %1 ms (median of 5)\n").arg(median(create), 0, 'f', 1);
+    out << QStringLiteral("open an up-to-date year (empty): %1 ms (median of 20)\n").arg(median(noop), 0, 'f', 1);
+
+    db.selectYear(9);
+    if (!openYear(db, 9))
+        return;
+    QElapsedTimer g;
+    g.start();
+    if (!generate(db, students)) {
+        out << "generating failed\n";
+        return;
+    }
+    out << QStringLiteral("generated %1 students, %2 installments, %3 payments in %4 s\n")
+               .arg(students).arg(students * 20).arg(students * 10).arg(g.elapsed() / 1000.0, 0, 'f', 1);
+    std::vector<double> full;
+    for (int i = 0; i < 10; ++i) {
+        DatabaseKapat(db);
+        QElapsedTimer t;
+        t.start();
+        if (!openYear(db, 9))
+            return;
+        full.push_back(t.nsecsElapsed() / 1e6);
+    }
+    out << QStringLiteral("open an up-to-date year (%1 students): %2 ms (median of 10)\n")
+               .arg(students).arg(median(full), 0, 'f', 1);
+
+    std::vector<double> balance;
+    for (int i = 0; i < 200; ++i) {
+        QElapsedTimer t;
+        t.start();
+        Query q(db, QStringLiteral("SELECT (SELECT sum(Odenecek) FROM OgrenciAidatDetay D WHERE D.KayitID "
+                                   "= T.KayitID), (SELECT sum(Odenen) FROM OgrenciAidatOdeme O WHERE "
+                                   "O.KayitID = T.KayitID) FROM OgrenciAidatTanim T WHERE T.OgrKayitID = ?"));
+        q.bind((i * 37) % students + 1);
+        if (!q.exec())
+            return;
+        while (q.next()) {
+        }
+        balance.push_back(t.nsecsElapsed() / 1e6);
+    }
+    out << QStringLiteral("balance of one student among %1: %2 ms (median of 200)\n")
+               .arg(students).arg(median(balance), 0, 'f', 3);
+    out.flush();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    const int students = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 10000;
+    QTemporaryDir folder;
+    run(ConnectionSettings::sqlite(folder.path()), QStringLiteral("SQLite"), students);
+    const QString pg = qEnvironmentVariable("VORTEL_TEST_PG");
+    if (!pg.isEmpty()) {
+        if (const std::optional<ConnectionSettings> s = ConnectionSettings::fromConnInfo(pg))
+            run(*s, QStringLiteral("PostgreSQL"), students);
+    }
+    return 0;
+}

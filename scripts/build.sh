@@ -1,0 +1,6 @@
+#!/usr/bin/env bash
+# Configures and builds into ./build (Ninja, ccache when present).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+cmake -G Ninja -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build -j "$(nproc)"

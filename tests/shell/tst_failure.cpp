@@ -1,0 +1,117 @@
+#include "test_support.h"
+
+#include "shell/failure.h"
+#include "shell/settings.h"
+#include "store/database.h"
+#include "store/error_log.h"
+
+#include <QTest>
+
+using namespace shell;
+
+class tst_Failure : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void friendlyTexts_data();
+    void friendlyTexts();
+    void generalReporterEndsTheProgramWhenAsked_data();
+    void generalReporterEndsTheProgramWhenAsked();
+    void storeFailureReachesReporterAndLeavesARow_data() { testing::addEngineRows(); }
+    void storeFailureReachesReporterAndLeavesARow();
+};
+
+void tst_Failure::friendlyTexts_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("expected");
+    QTest::addRow("3260-kullaniciyi-adlandirir")
+        << 3260 << "Couldn't update; currently locked by user 'ayse' on machine 'MUHASEBE2'."
+        << "Zerna" << "Şu Anda Bu Kaydı  ayse   isimli Kullanıcı Kullanıyor";
+    QTest::addRow("52-dizin") << 52 << "" << "Zerna" << "Dataların Yükleneceği Dizin Bulunamadı";
+    QTest::addRow("61-disk") << 61 << "" << "Zerna" << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
+    QTest::addRow("76-data-yolu") << 76 << "" << "Zerna" << "Tanımlanmış Bulunan Data Yolu Hatalı";
+    QTest::addRow("340-baslik") << 340 << "" << "Zerna Ostel" << "Programda İçsel Bir Hata Oluştu";
+    QTest::addRow("3044-dizin") << 3044 << "izin yok" << "Zerna" << "Hata Açıklaması: izin yok";
+    QTest::addRow("bilinmeyen") << 9999 << "ne oldu" << "Zerna" << "Hata Kodu: 9999\nHata Satırı 12\nHata Açıklaması: ne oldu";
+}
+
+void tst_Failure::friendlyTexts()
+{
+    QFETCH(int, number);
+    QFETCH(QString, text);
+    QFETCH(QString, title);
+    QFETCH(QString, expected);
+    const HataMetni m = HataMetniGetir(number, 12, text);
+    QCOMPARE(m.baslik, title);
+    QVERIFY2(m.metin.contains(expected), qPrintable(m.metin));
+}
+
+void tst_Failure::generalReporterEndsTheProgramWhenAsked_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<int>("devam"); // -1 left out, 0 false, 1 true
+    QTest::addColumn<bool>("ends");
+    QTest::addRow("tamam-devam-edilebilir") << int(ui::Answer::Ok) << 1 << false;
+    QTest::addRow("tamam-devam-yok") << int(ui::Answer::Ok) << 0 << false;
+    QTest::addRow("iptal-devam-edilebilir") << int(ui::Answer::Cancel) << 1 << true;
+    QTest::addRow("tamam-belirtilmemis") << int(ui::Answer::Ok) << -1 << true;
+}
+
+void tst_Failure::generalReporterEndsTheProgramWhenAsked()
+{
+    QFETCH(int, answer);
+    QFETCH(int, devam);
+    QFETCH(bool, ends);
+    testing::MessageRecorder messages;
+    messages.answer(ui::Answer(answer));
+    bool ended = false;
+    setProgramBitir([&ended](int) { ended = true; });
+    setProgramAdi(QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0)"));
+    const std::optional<bool> arg = devam < 0 ? std::nullopt : std::optional<bool>(devam == 1);
+    GenelHata(3075, QStringLiteral("Sözdizimi hatası"), QStringLiteral("FrmOtomatikOdeme:OgrenciYukle"), arg);
+    QCOMPARE(ended, ends);
+    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Genel HATA")});
+    QCOMPARE(messages.texts().value(0),
+             QStringLiteral(" HATA OLUSAN \n\n Program Adi    : Zerna Vortel Programı (Ver.: 1.0.0)\n"
+                            " Rutin Adi      : FrmOtomatikOdeme:OgrenciYukle\n Hata Kodu      : 3075\n"
+                            " Hata Aciklamasi: Sözdizimi hatası"));
+    QCOMPARE(messages.messages().value(0).buttons, ui::Buttons::OkCancel);
+}
+
+void tst_Failure::storeFailureReachesReporterAndLeavesARow()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    QVERIFY(s.openYear());
+    store::setDefaultDatabase(&s.db());
+    durum().AktifKullanici = QStringLiteral("muhasebe");
+    testing::MessageRecorder messages;
+    {
+        // The failing screen's transaction is still open when it reports.
+        store::Transaction tx(s.db());
+        QVERIFY(tx);
+        store::Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Yok) VALUES (1)"));
+        QVERIFY(!q.exec());
+        HataBildir(q.error(QStringLiteral("FRMOGRENCI:OgrenciKaydet")));
+    }
+    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Zerna")});
+    QVERIFY(messages.texts().value(0).contains(QStringLiteral("Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış")));
+
+    shell::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
+    QVERIFY2(rows, qPrintable(rows.error().text));
+    QCOMPARE(rows->size(), 1);
+    const store::ErrorRow row = rows->first();
+    QCOMPARE(row.module, QStringLiteral("FRMOGRENCI"));
+    QCOMPARE(row.object, QStringLiteral("OgrenciKaydet"));
+    QCOMPARE(row.code, 3061);
+    QCOMPARE(row.user, QStringLiteral("muhasebe"));
+    QVERIFY(!row.machine.isEmpty());
+    QVERIFY(row.time.isValid());
+    store::setDefaultDatabase(nullptr);
+}
+
+QTEST_GUILESS_MAIN(tst_Failure)
+#include "tst_failure.moc"
