@@ -45,6 +45,7 @@ public:
     T &operator*() { return *m_value; }
     const T *operator->() const { return &*m_value; }
     const Error &error() const { return m_error; }
+    T value_or(T fallback) const { return m_value ? *m_value : std::move(fallback); }
 
 private:
     std::optional<T> m_value;

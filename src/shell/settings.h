@@ -27,6 +27,8 @@ struct CalismaDurumu
     int AktifCalismaID = 0;
     QString AktifCalismaAdi;
     QString AktifKullanici;
+    // The logged-in user's name as table Sifre keeps it (scrambled); rights are looked up by it.
+    QString AktifKullaniciKodu;
     QString OgretimYili;
     QString OkulAdi;
     QString OkulIlAdi;

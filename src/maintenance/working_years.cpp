@@ -1,0 +1,108 @@
+#include "maintenance/working_years.h"
+
+#include "shell/settings.h"
+#include "store/database.h"
+
+#include <QFileInfo>
+
+namespace maintenance {
+
+shell::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
+{
+    const QString label = QStringLiteral("FrmCalismaAc:CalismaDoldur");
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    store::Query q(db, QStringLiteral("SELECT CalismaID, CalismaAdi FROM Calisma ORDER BY CalismaID DESC"));
+    if (!q.exec())
+        return q.error(label);
+    QList<Calisma> list;
+    while (q.next()) {
+        const int id = int(q.integer(0));
+        // A year whose store is gone is not listed.
+        if (db.exists(store::Store::Year, id))
+            list.append(Calisma{id, q.text(1)});
+    }
+    return list;
+}
+
+shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId)
+{
+    const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    store::Query q(db, QStringLiteral("SELECT count(*) FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
+    q.bind(ad.trimmed()).bind(haricId);
+    if (!q.exec() || !q.next())
+        return q.error(label);
+    return q.integer(0) > 0;
+}
+
+shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
+{
+    const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    store::Query insert(db, QStringLiteral("INSERT INTO Calisma (CalismaAdi) VALUES (?) RETURNING CalismaID"));
+    insert.bind(ad.trimmed().left(50));
+    if (!insert.exec() || !insert.next())
+        return insert.error(label);
+    const int id = int(insert.integer(0));
+    insert.finish();
+    store::Query file(db, QStringLiteral("UPDATE Calisma SET DataFile = ? WHERE CalismaID = ?"));
+    file.bind(QFileInfo(db.location(store::Store::Year, id)).fileName()).bind(id);
+    if (!file.exec())
+        return file.error(label);
+    if (!tx.commit())
+        return tx.error();
+    return id;
+}
+
+shell::Status CalismaSil(store::Database &db, int id)
+{
+    const QString label = QStringLiteral("FrmCalismaAc:cmdSil_Click");
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status s = db.drop(id); !s)
+        return s;
+    store::Query q(db, QStringLiteral("DELETE FROM Calisma WHERE CalismaID = ?"));
+    q.bind(id);
+    if (!q.exec())
+        return q.error(label);
+    return {};
+}
+
+shell::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)
+{
+    const QString label = QStringLiteral("FrmCalismaAc:MnuDegistir_Click");
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    store::Query q(db, QStringLiteral("UPDATE Calisma SET CalismaAdi = ? WHERE CalismaID = ?"));
+    q.bind(ad.trimmed().left(50)).bind(id);
+    if (!q.exec())
+        return q.error(label);
+    return {};
+}
+
+void CalismaSecimiYap(store::Database &db, const Calisma &calisma, int listeSirasi)
+{
+    shell::CalismaDurumu &d = shell::durum();
+    d.AktifCalismaID = calisma.id;
+    d.AktifCalismaAdi = calisma.adi;
+    db.selectYear(calisma.id);
+    shell::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Aidat.ini"), QStringLiteral("AktifCalisma"),
+                   QStringLiteral("ID"), QString::number(listeSirasi));
+}
+
+int KayitliCalismaSirasi(store::Database &db, int listeBoyu)
+{
+    bool ok = false;
+    const int index = shell::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Aidat.ini"),
+                                     QStringLiteral("AktifCalisma"), QStringLiteral("ID"))
+                          .toInt(&ok);
+    return ok && index >= 0 && index < listeBoyu ? index : 0;
+}
+
+} // namespace maintenance

@@ -1,0 +1,495 @@
+#include "shell/main_window.h"
+
+#include "maintenance/frm_calisma_ac.h"
+#include "shell/command_table.h"
+#include "shell/failure.h"
+#include "shell/frm_background.h"
+#include "shell/notifications.h"
+#include "shell/school.h"
+#include "shell/screens.h"
+#include "shell/settings.h"
+#include "shell/turkish_text.h"
+#include "shell/working_month.h"
+#include "store/database.h"
+#include "store/migration.h"
+#include "ui/message.h"
+#include "users/frm_sifre.h"
+#include "users/login.h"
+#include "users/rights.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPainterPath>
+#include <QResizeEvent>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QStyle>
+#include <QToolBar>
+#include <QToolButton>
+
+namespace shell {
+
+namespace {
+
+// The child-window area, with the background screen lying under every child window.
+class MdiArea : public QMdiArea
+{
+public:
+    explicit MdiArea(QWidget *parent)
+        : QMdiArea(parent)
+    {}
+
+    void setBackgroundScreen(QWidget *w)
+    {
+        m_background = w;
+        w->setParent(viewport());
+        w->lower();
+        w->show();
+        place();
+    }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QMdiArea::resizeEvent(event);
+        place();
+    }
+
+private:
+    void place()
+    {
+        if (m_background) {
+            m_background->setGeometry(viewport()->rect());
+            m_background->lower();
+        }
+    }
+
+    QWidget *m_background = nullptr;
+};
+
+// A person for the student button, drawn rather than taken from a theme that may lack it.
+QIcon personIcon()
+{
+    QPixmap pm(32, 32);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0x2e, 0x55, 0x86));
+    p.drawEllipse(QRectF(10, 3, 12, 12));
+    QPainterPath body;
+    body.moveTo(4, 30);
+    body.cubicTo(4, 18, 28, 18, 28, 30);
+    body.closeSubpath();
+    p.drawPath(body);
+    return QIcon(pm);
+}
+
+QIcon moneyIcon()
+{
+    QPixmap pm(32, 32);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(QColor(0x1d, 0x6b, 0x3a), 2));
+    p.setBrush(QColor(0xd9, 0xf2, 0xdf));
+    p.drawRoundedRect(QRectF(3, 8, 26, 16), 3, 3);
+    QFont f = p.font();
+    f.setBold(true);
+    f.setPixelSize(13);
+    p.setFont(f);
+    p.drawText(QRectF(3, 8, 26, 16), Qt::AlignCenter, QStringLiteral("₺"));
+    return QIcon(pm);
+}
+
+} // namespace
+
+MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
+    : QMainWindow(parent)
+    , m_db(db)
+{
+    setObjectName(QStringLiteral("MDIAidat"));
+    setWindowTitle(programBasligi());
+    auto *area = new MdiArea(this);
+    area->setObjectName(QStringLiteral("mdiArea"));
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdi = area;
+    setCentralWidget(m_mdi);
+    m_background = new FrmBackGround(m_db);
+    area->setBackgroundScreen(m_background);
+    buildBands();
+    MenuDurumAyarla(false);
+    resize(1180, 760);
+
+    // Each screen keeps the rights it was opened with: whichever child window is in front, its
+    // own rights stand.
+    connect(m_mdi, &QMdiArea::subWindowActivated, this, [](QMdiSubWindow *w) {
+        if (!w)
+            return;
+        const QVariant read = w->property("hakOkuma");
+        const QVariant write = w->property("hakYazma");
+        if (read.isValid())
+            durum().HakOkuma = read.toBool();
+        if (write.isValid())
+            durum().HakYazma = write.toBool();
+    });
+    connect(&Bildirimler::instance(), &Bildirimler::sabitBilgileriDegisti, this, [this] {
+        BaslikGuncelle();
+        CariAyDoldur();
+        m_background->BilgiGuncelle();
+    });
+}
+
+MDIAidat::~MDIAidat() = default;
+
+QString MDIAidat::programBasligi()
+{
+    return QStringLiteral("Zerna Vortel Programı (Ver.: %1.%2.%3)")
+        .arg(VORTEL_VERSION_MAJOR)
+        .arg(VORTEL_VERSION_MINOR)
+        .arg(VORTEL_VERSION_PATCH);
+}
+
+void MDIAidat::buildBands()
+{
+    // ---- menu band
+    QMenuBar *bar = menuBar();
+    bar->setObjectName(QStringLiteral("BndMenu"));
+    for (const AnaMenu &m : AnaMenuler()) {
+        const Komut *direct = KomutBul(m.tool);
+        if (direct) {
+            QAction *a = bar->addAction(m.caption);
+            a->setObjectName(m.tool);
+            connect(a, &QAction::triggered, this, [this, tool = m.tool] { ActBar_Click(tool); });
+            m_actions.insert(m.tool, a);
+            continue;
+        }
+        QMenu *menu = bar->addMenu(m.caption);
+        menu->setObjectName(m.tool);
+        m_menus.insert(m.tool, menu);
+    }
+    for (const Komut &k : KomutTablosu()) {
+        if (k.menu.isEmpty())
+            continue;
+        QMenu *menu = m_menus.value(k.menu);
+        if (!menu)
+            continue;
+        QAction *a = menu->addAction(k.caption);
+        a->setObjectName(k.tool);
+        connect(a, &QAction::triggered, this, [this, tool = k.tool] { ActBar_Click(tool); });
+        if (!m_actions.contains(k.tool))
+            m_actions.insert(k.tool, a);
+    }
+    QMenu *pencere = bar->addMenu(QStringLiteral("&Pencere"));
+    pencere->addAction(QStringLiteral("&Yan Yana Diz"), m_mdi, &QMdiArea::tileSubWindows);
+    pencere->addAction(QStringLiteral("&Basamakla"), m_mdi, &QMdiArea::cascadeSubWindows);
+    pencere->addAction(QStringLiteral("&Tümünü Kapat"), m_mdi, &QMdiArea::closeAllSubWindows);
+    QAction *cikis = bar->addAction(QStringLiteral("Çı&kış"));
+    cikis->setObjectName(QStringLiteral("popCikis"));
+    connect(cikis, &QAction::triggered, this, [this] { ActBar_Click(QStringLiteral("popCikis")); });
+    m_actions.insert(QStringLiteral("popCikis"), cikis);
+
+    // ---- tool band
+    QToolBar *band = addToolBar(QStringLiteral("Araç Çubuğu"));
+    band->setObjectName(QStringLiteral("BndButton"));
+    band->setMovable(false);
+    band->setIconSize(QSize(28, 28));
+    band->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    const struct
+    {
+        const char *tool;
+        QIcon icon;
+    } buttons[] = {
+        {"btnOgrenciBilgileri", personIcon()},
+        {"btnCariDurum", moneyIcon()},
+        {"btnOkulBilgileri", style()->standardIcon(QStyle::SP_FileDialogInfoView)},
+        {"btnCalismaAc", style()->standardIcon(QStyle::SP_DirOpenIcon)},
+        {"btnYedekAl", style()->standardIcon(QStyle::SP_DialogSaveButton)},
+        {"btnYedekAc", style()->standardIcon(QStyle::SP_DialogOpenButton)},
+    };
+    for (const auto &b : buttons) {
+        const QString tool = QString::fromLatin1(b.tool);
+        const Komut *k = KomutBul(tool);
+        QAction *a = band->addAction(b.icon, k->caption.isEmpty() ? QStringLiteral("Öğrenci") : k->caption);
+        a->setObjectName(tool);
+        a->setToolTip(k->caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri") : k->caption);
+        connect(a, &QAction::triggered, this, [this, tool] { ActBar_Click(tool); });
+        m_actions.insert(tool, a);
+    }
+    band->addSeparator();
+    auto *label = new QLabel(QStringLiteral("  Cari Ay : "), band);
+    band->addWidget(label);
+    m_cmbCariAy = new QComboBox(band);
+    m_cmbCariAy->setObjectName(QStringLiteral("Cmb_CariAy"));
+    m_cmbCariAy->setMinimumContentsLength(16);
+    m_cmbCariAy->setMaxVisibleItems(16);
+    band->addWidget(m_cmbCariAy);
+    connect(m_cmbCariAy, &QComboBox::currentIndexChanged, this, [this] {
+        if (!m_filling)
+            ActBar_ComboChange(QStringLiteral("Cmb_CariAy"));
+    });
+    auto *spacer = new QWidget(band);
+    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    band->addWidget(spacer);
+    QAction *exit = band->addAction(style()->standardIcon(QStyle::SP_DialogCloseButton), QStringLiteral("Çıkış"));
+    exit->setObjectName(QStringLiteral("btnCikis"));
+    connect(exit, &QAction::triggered, this, [this] { ActBar_Click(QStringLiteral("btnCikis")); });
+    m_actions.insert(QStringLiteral("btnCikis"), exit);
+
+    // ---- status band
+    statusBar()->setObjectName(QStringLiteral("BndStatus"));
+}
+
+bool MDIAidat::MDIForm_Load()
+{
+    m_background->show();
+    MenuAciklamaOku();
+    QCoreApplication::processEvents();
+    show();
+
+    // With no user defined nobody could log in: the first one is made here.
+    shell::Result<bool> users = users::KullaniciVarMi(m_db);
+    if (!users) {
+        HataBildir(users.error());
+        return false;
+    }
+    if (!*users) {
+        users::FrmIlkKullanici first(m_db, this);
+        if (first.exec() != QDialog::Accepted)
+            return false;
+    }
+    users::FrmSifre login(m_db, this);
+    if (login.exec() != QDialog::Accepted)
+        return false;
+    statusBar()->showMessage(QStringLiteral("Kullanıcı: %1     Veriler: %2")
+                                 .arg(durum().AktifKullanici, m_db.settings().describe()));
+
+    m_calismaCaller.clear(); // the start-up, not the command, opens the working-year screen
+    CalismaSec();
+    yedekHatirlat();
+    return true;
+}
+
+void MDIAidat::MenuAciklamaOku()
+{
+    const QString value = INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("mnuShow.ini"),
+                                  QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"));
+    m_background->aciklamalariGoster(value.toUpper() != QLatin1String("FALSE"));
+}
+
+void MDIAidat::yedekHatirlat()
+{
+    // The automatic backup reminder: due when the days since the last backup reach the count.
+    const auto get = [this](const QString &key) {
+        return INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("ZERYEDEK.INI"),
+                       QStringLiteral("YEDEK"), key);
+    };
+    const int days = int(SayiDegeri(get(QStringLiteral("YEDEK GUN SAYISI"))));
+    if (days == 0)
+        return;
+    const std::optional<QDate> last = TarihOku(get(QStringLiteral("SON TARIH")));
+    if (last && last->daysTo(QDate::currentDate()) < days)
+        return;
+    ui::notify(QStringLiteral("UYARI"),
+               QStringLiteral("Otomatik yedek alma zamanı geldi. Yedekleme bölümü bu sürümde henüz "
+                              "bulunmadığından yedek alınamadı; lütfen verilerinizi elle "
+                              "yedekleyiniz."),
+               ui::Icon::Warning, this);
+}
+
+int MDIAidat::childScreenCount() const
+{
+    return int(m_mdi->subWindowList().size());
+}
+
+QMdiSubWindow *MDIAidat::screenWindow(const QString &formName) const
+{
+    for (QMdiSubWindow *w : m_mdi->subWindowList()) {
+        if (w->widget() && w->widget()->objectName() == formName)
+            return w;
+    }
+    return nullptr;
+}
+
+void MDIAidat::CalismaSec()
+{
+    if (childScreenCount() > 0) {
+        if (!ui::askYesNo(QStringLiteral("UYARI"),
+                          QStringLiteral("Yeni Çalışma Açabilmek için şu anda çalışmakta olduğunuz "
+                                         "uygulamalar kapatılacak.\nDevam etmek istiyor musunuz?"),
+                          this)) {
+            return;
+        }
+        m_mdi->closeAllSubWindows();
+        if (childScreenCount() > 0)
+            return; // a screen kept its unsaved changes
+    }
+    const int before = m_db.selectedYear();
+    maintenance::FrmCalismaAc screen(m_db, m_calismaCaller, this);
+    const bool chosen = screen.exec() == QDialog::Accepted;
+    if (!chosen && before == 0) {
+        MenuDurumAyarla(false);
+        m_background->BilgiGuncelle();
+        return;
+    }
+    if (!store::DatabaseAc(m_db, store::Store::Year, false, true)) {
+        MenuDurumAyarla(false);
+        m_background->BilgiGuncelle();
+        return;
+    }
+    store::SonAlanlariEkle(m_db);
+    MenuDurumAyarla(true);
+    SabitBilgileriOku(m_db);
+    BaslikGuncelle();
+    CariAyDoldur();
+    m_background->BilgiGuncelle();
+}
+
+void MDIAidat::MenuDurumAyarla(bool acik)
+{
+    for (const QString &name : CalismaGerektirenler()) {
+        if (QAction *a = m_actions.value(name))
+            a->setEnabled(acik);
+        if (QMenu *m = m_menus.value(name))
+            m->menuAction()->setEnabled(acik);
+    }
+    m_cmbCariAy->setEnabled(acik);
+}
+
+void MDIAidat::CariAyDoldur()
+{
+    CalismaDurumu &d = durum();
+    // Without a school year the selector shows this year and the next; the state keeps it empty,
+    // so that commands still ask for the school's settings.
+    const QString year = d.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate())
+                                                 : d.OgretimYili;
+    const QList<AyGirdisi> months = CariAyListesi(year);
+    m_filling = true;
+    m_cmbCariAy->clear();
+    for (const AyGirdisi &m : months)
+        m_cmbCariAy->addItem(m.metin, m.veri);
+    const int index = CariAySirasi(months, d.CariAy, year, QDate::currentDate());
+    m_cmbCariAy->setCurrentIndex(index);
+    m_filling = false;
+    const QString shown = QString::number(months.value(index).veri);
+    if (d.CariAy != shown) {
+        d.CariAy = shown;
+        m_background->BilgiGuncelle();
+    }
+}
+
+void MDIAidat::CariAySec(int yyyymm)
+{
+    const int index = m_cmbCariAy->findData(yyyymm);
+    m_cmbCariAy->setCurrentIndex(index < 0 ? 0 : index);
+}
+
+void MDIAidat::ActBar_ComboChange(const QString &tool)
+{
+    if (tool != QLatin1String("Cmb_CariAy") || m_cmbCariAy->currentIndex() < 0)
+        return;
+    const QString value = QString::number(m_cmbCariAy->currentData().toInt());
+    CalismaDurumu &d = durum();
+    if (value == d.CariAy)
+        return;
+    d.CariAy = value;
+    m_background->BilgiGuncelle();
+    if (Status s = CariAyKaydet(m_db, value); !s)
+        HataBildir(s.error());
+}
+
+bool MDIAidat::SabitBilgiKontrol()
+{
+    if (!durum().OgretimYili.isEmpty())
+        return true;
+    ui::notify(QStringLiteral("Okul Bilgi Girişi"),
+               QStringLiteral("Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."),
+               ui::Icon::Information, this);
+    if (!SabitBilgileriOku(m_db))
+        openScreen(QStringLiteral("popOkulBilgileri"), QStringLiteral("FrmOkulBilgileri"));
+    return false;
+}
+
+void MDIAidat::BaslikGuncelle()
+{
+    QString title = programBasligi();
+    const CalismaDurumu &d = durum();
+    if (!d.AktifCalismaAdi.isEmpty())
+        title += QStringLiteral(" [ ") + d.AktifCalismaAdi + QStringLiteral(" ]");
+    if (!d.OgretimYili.isEmpty())
+        title += QStringLiteral(" [ ") + d.OgretimYili + QStringLiteral(" ÖĞRETİM YILI ]");
+    setWindowTitle(title);
+}
+
+void MDIAidat::ActBar_Click(const QString &tool)
+{
+    if (tool == QLatin1String("popCikis") || tool == QLatin1String("btnCikis")) {
+        close();
+        return;
+    }
+    if (!HakTestsiz(tool) && !users::HakKontrol(m_db, tool)) {
+        ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
+        return;
+    }
+    const Komut *komut = KomutBul(tool);
+    if (!komut)
+        return;
+    if (komut->okulTesti && !SabitBilgiKontrol())
+        return;
+    if (tool == QLatin1String("btnCalismaAc")) {
+        m_calismaCaller = QStringLiteral("xXx");
+        CalismaSec();
+        return;
+    }
+    openScreen(tool, komut->screen);
+}
+
+void MDIAidat::openScreen(const QString &tool, const QString &screen)
+{
+    const bool read = durum().HakOkuma;
+    const bool write = durum().HakYazma;
+    if (QMdiSubWindow *open = screenWindow(screen)) {
+        open->setProperty("hakOkuma", read);
+        open->setProperty("hakYazma", write);
+        m_mdi->setActiveSubWindow(open);
+        open->showNormal();
+        return;
+    }
+    QWidget *widget = EkranYarat(screen, EkranBaglami{m_db, this, tool});
+    if (!widget) {
+        const Komut *k = KomutBul(tool);
+        const QString caption = k && !k->caption.isEmpty() ? k->caption : screen;
+        ui::notify(QStringLiteral("Dikkat"),
+                   QStringLiteral("\"%1\" bölümü bu sürümde henüz hazır değil.").arg(caption),
+                   ui::Icon::Information, this);
+        return;
+    }
+    QMdiSubWindow *sub = m_mdi->addSubWindow(widget);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->setProperty("hakOkuma", read);
+    sub->setProperty("hakYazma", write);
+    sub->setWindowTitle(widget->windowTitle());
+    sub->resize(widget->size().expandedTo(widget->sizeHint()) + QSize(16, 40));
+    sub->show();
+    widget->setFocus();
+}
+
+void MDIAidat::closeEvent(QCloseEvent *event)
+{
+    m_mdi->closeAllSubWindows();
+    if (childScreenCount() > 0) {
+        event->ignore();
+        return;
+    }
+    store::DatabaseKapat(m_db);
+    event->accept();
+}
+
+} // namespace shell

@@ -1,0 +1,287 @@
+#include "shell/school.h"
+
+#include "shell/settings.h"
+#include "shell/turkish_text.h"
+#include "store/database.h"
+
+namespace shell {
+
+namespace {
+
+const QString s_label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiGetir");
+
+QString fieldList()
+{
+    QStringList fields = {QStringLiteral("OkulAdi"),          QStringLiteral("OkulIlAdi"),
+                          QStringLiteral("OkulIlceAdi"),      QStringLiteral("SonSenetNo"),
+                          QStringLiteral("SonFaturaNo"),      QStringLiteral("SonFisNo"),
+                          QStringLiteral("Banka"),            QStringLiteral("ParaTuru"),
+                          QStringLiteral("TaksitYuvarlama"),  QStringLiteral("ParaBirimi"),
+                          QStringLiteral("OgretimYili"),      QStringLiteral("Telefon"),
+                          QStringLiteral("DonemBasTarihi"),   QStringLiteral("DonemBitTarihi"),
+                          QStringLiteral("CariAy"),           QStringLiteral("BaslangicAy"),
+                          QStringLiteral("OgrAOtoDeg"),       QStringLiteral("TaksitKilitle"),
+                          QStringLiteral("FisNoKilitle"),     QStringLiteral("TaksitFatura"),
+                          QStringLiteral("OgrKayitSilinenRapordaGoster"),
+                          QStringLiteral("ResmiListeBaslik"), QStringLiteral("EgitimDestekTutari")};
+    for (int i = 1; i <= 4; ++i)
+        fields << QStringLiteral("EgitimDestekAy%1").arg(i);
+    for (int i = 1; i <= 4; ++i)
+        fields << QStringLiteral("EgitimDestekTaksit%1").arg(i);
+    fields << QStringLiteral("MersisNo") << QStringLiteral("TicaretSicilNo") << QStringLiteral("VergiSicilNo")
+           << QStringLiteral("VergiDairesiAdi") << QStringLiteral("Adres");
+    return fields.join(QStringLiteral(", "));
+}
+
+QDateTime dateOrZero(const store::Query &q, const QString &field)
+{
+    const QDateTime d = q.dateTime(field);
+    return d.isValid() ? d : SifirTarih;
+}
+
+} // namespace
+
+OkulBilgisi YeniOkulBilgisi(const QDate &bugun)
+{
+    OkulBilgisi o;
+    const int first = bugun.month() >= 7 ? bugun.year() : bugun.year() - 1;
+    o.OgretimYili = QStringLiteral("%1-%2").arg(first).arg(first + 1);
+    o.BaslangicAy = QStringLiteral("%1%2").arg(first).arg(9, 2, 10, QLatin1Char('0'));
+    o.CariAy = QStringLiteral("%1%2").arg(bugun.year()).arg(bugun.month(), 2, 10, QLatin1Char('0'));
+    o.DonemBasTarihi = QDateTime(QDate(first, 9, 1), QTime(0, 0));
+    o.DonemBitTarihi = QDateTime(QDate(first + 1, 6, 30), QTime(0, 0));
+    return o;
+}
+
+Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
+{
+    if (!store::DatabaseAc(db, store::Store::Year, false, false))
+        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), s_label};
+    store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ORDER BY OgretimYili DESC").arg(fieldList()));
+    if (!q.exec())
+        return q.error(s_label);
+    OkulBilgisi o;
+    if (!q.next())
+        return o;
+    o.kayitVar = true;
+    o.yuklenenOgretimYili = q.text(QStringLiteral("OgretimYili"));
+    o.OkulAdi = q.text(QStringLiteral("OkulAdi"));
+    o.OkulIlAdi = q.text(QStringLiteral("OkulIlAdi"));
+    o.OkulIlceAdi = q.text(QStringLiteral("OkulIlceAdi"));
+    o.Telefon = q.text(QStringLiteral("Telefon"));
+    o.Banka = q.text(QStringLiteral("Banka"));
+    o.SonSenetNo = q.integer(QStringLiteral("SonSenetNo"));
+    o.SonFaturaNo = q.integer(QStringLiteral("SonFaturaNo"));
+    o.SonFisNo = q.integer(QStringLiteral("SonFisNo"));
+    o.OgretimYili = o.yuklenenOgretimYili;
+    o.BaslangicAy = q.text(QStringLiteral("BaslangicAy"));
+    o.CariAy = q.text(QStringLiteral("CariAy"));
+    o.TaksitYuvarlama = q.isNull(QStringLiteral("TaksitYuvarlama")) ? Para::fromUnits(1000000)
+                                                                     : q.para(QStringLiteral("TaksitYuvarlama"));
+    o.DonemBasTarihi = dateOrZero(q, QStringLiteral("DonemBasTarihi"));
+    o.DonemBitTarihi = dateOrZero(q, QStringLiteral("DonemBitTarihi"));
+    o.ParaTuru = int(q.integer(QStringLiteral("ParaTuru")));
+    o.ParaBirimi = q.text(QStringLiteral("ParaBirimi"));
+    o.OgrAOtoDeg = q.isNull(QStringLiteral("OgrAOtoDeg")) ? QStringLiteral("0") : q.text(QStringLiteral("OgrAOtoDeg"));
+    o.TaksitKilitle = int(q.integer(QStringLiteral("TaksitKilitle")));
+    o.FisNoKilitle = q.text(QStringLiteral("FisNoKilitle"));
+    o.TaksitFatura = q.isNull(QStringLiteral("TaksitFatura")) ? QStringLiteral("0") : q.text(QStringLiteral("TaksitFatura"));
+    o.OgrKayitSilinenRapordaGoster = q.text(QStringLiteral("OgrKayitSilinenRapordaGoster"));
+    o.ResmiListeBaslik = q.text(QStringLiteral("ResmiListeBaslik"));
+    o.EgitimDestekTutari = q.para(QStringLiteral("EgitimDestekTutari"));
+    for (int i = 0; i < 4; ++i) {
+        o.EgitimDestekAy[i] = int(q.integer(QStringLiteral("EgitimDestekAy%1").arg(i + 1)));
+        o.EgitimDestekTaksit[i] = q.para(QStringLiteral("EgitimDestekTaksit%1").arg(i + 1));
+    }
+    o.MersisNo = q.text(QStringLiteral("MersisNo"));
+    o.TicaretSicilNo = q.text(QStringLiteral("TicaretSicilNo"));
+    o.VergiSicilNo = q.text(QStringLiteral("VergiSicilNo"));
+    o.VergiDairesiAdi = q.text(QStringLiteral("VergiDairesiAdi"));
+    o.Adres = q.text(QStringLiteral("Adres"));
+    return o;
+}
+
+Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o)
+{
+    const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiKaydet");
+    if (!store::DatabaseAc(db, store::Store::Year, false, false))
+        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    // The row has no key of its own: it is the one of the school year that was read.
+    const QString key = o.kayitVar ? o.yuklenenOgretimYili : o.OgretimYili.left(20);
+    if (!o.kayitVar) {
+        store::Query insert(db, QStringLiteral("INSERT INTO Sabit (OgretimYili) VALUES (?)"));
+        insert.bind(key);
+        if (!insert.exec())
+            return insert.error(label);
+    }
+    const QStringList fields = fieldList().split(QStringLiteral(", "));
+    QStringList sets;
+    for (const QString &f : fields)
+        sets << f + QStringLiteral(" = ?");
+    const QString where = key.isEmpty()
+                              ? QStringLiteral("(OgretimYili IS NULL OR OgretimYili = '')")
+                              : QStringLiteral("OgretimYili = ?");
+    store::Query q(db, QStringLiteral("UPDATE Sabit SET %1 WHERE %2").arg(sets.join(QStringLiteral(", ")), where));
+    q.bind(o.OkulAdi.left(100))
+        .bind(o.OkulIlAdi.left(50))
+        .bind(o.OkulIlceAdi.left(50))
+        .bind(o.SonSenetNo)
+        .bind(o.SonFaturaNo)
+        .bind(o.SonFisNo)
+        .bind(o.Banka.left(50))
+        .bind(o.ParaTuru)
+        .bind(o.TaksitYuvarlama)
+        .bind(o.ParaBirimi.left(10))
+        .bind(o.OgretimYili.left(20))
+        .bind(o.Telefon.left(30))
+        .bind(o.DonemBasTarihi.isValid() ? o.DonemBasTarihi : SifirTarih)
+        .bind(o.DonemBitTarihi.isValid() ? o.DonemBitTarihi : SifirTarih)
+        .bind(o.CariAy.left(6))
+        .bind(o.BaslangicAy.left(6))
+        .bind(o.OgrAOtoDeg.left(1))
+        .bind(o.TaksitKilitle)
+        .bind(o.FisNoKilitle.left(1))
+        .bind(o.TaksitFatura.left(1))
+        .bind(o.OgrKayitSilinenRapordaGoster.left(1))
+        .bind(o.ResmiListeBaslik.left(100))
+        .bind(o.EgitimDestekTutari);
+    for (int i = 0; i < 4; ++i)
+        q.bind(o.EgitimDestekAy[i]);
+    for (int i = 0; i < 4; ++i)
+        q.bind(o.EgitimDestekTaksit[i]);
+    q.bind(o.MersisNo.left(16))
+        .bind(o.TicaretSicilNo.left(16))
+        .bind(o.VergiSicilNo.left(10))
+        .bind(o.VergiDairesiAdi.left(30))
+        .bind(o.Adres.left(150));
+    if (!key.isEmpty())
+        q.bind(key);
+    if (!q.exec())
+        return q.error(label);
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+Status OkulbilgisiSil(store::Database &db)
+{
+    const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiSil");
+    store::Query q(db, QStringLiteral("DELETE FROM Sabit"));
+    if (!q.exec())
+        return q.error(label);
+    return {};
+}
+
+bool SabitBilgileriOku(store::Database &db)
+{
+    CalismaDurumu &d = durum();
+    d.OgretimYili.clear();
+    d.OkulAdi.clear();
+    d.OkulIlAdi.clear();
+    d.OkulIlceAdi.clear();
+    d.ResmiListeBaslik.clear();
+    d.Banka.clear();
+    d.SonFaturaNo = d.SonSenetNo = d.SonFisNo = 0;
+    d.CariAy.clear();
+    d.BaslangicAy.clear();
+    d.TaksitYuvarlama = Para::fromUnits(1000000);
+    d.DonemBasTarihi = SifirTarih;
+    d.DonemBitTarihi = SifirTarih;
+    d.ParaFormati = ParaFormatiTam;
+    d.OgrAOtoDeg = QStringLiteral("0");
+    d.TaksitFatura = QStringLiteral("0");
+    d.TaksitKilitle = false;
+    d.FisNoKilitle = false;
+    d.OdemeSekilleri = OdemeSekilleriTablosu();
+
+    bool read = false;
+    if (Result<OkulBilgisi> o = OkulbilgisiGetir(db); o && o->kayitVar) {
+        read = true;
+        d.OgretimYili = o->OgretimYili;
+        d.OkulAdi = o->OkulAdi;
+        d.OkulIlAdi = o->OkulIlAdi;
+        d.OkulIlceAdi = o->OkulIlceAdi;
+        d.ResmiListeBaslik = o->ResmiListeBaslik;
+        d.Banka = o->Banka;
+        d.SonFaturaNo = o->SonFaturaNo;
+        d.SonSenetNo = o->SonSenetNo;
+        d.SonFisNo = o->SonFisNo;
+        d.CariAy = o->CariAy;
+        d.BaslangicAy = o->BaslangicAy;
+        d.TaksitYuvarlama = o->TaksitYuvarlama;
+        d.DonemBasTarihi = o->DonemBasTarihi;
+        d.DonemBitTarihi = o->DonemBitTarihi;
+        d.ParaTuru = o->ParaTuru;
+        d.ParaBirimi = o->ParaBirimi;
+        d.ParaFormati = o->ParaTuru != 0 ? ParaFormatiKurus : ParaFormatiTam;
+        d.OgrAOtoDeg = o->OgrAOtoDeg.isEmpty() ? QStringLiteral("0") : o->OgrAOtoDeg;
+        d.TaksitFatura = o->TaksitFatura.isEmpty() ? QStringLiteral("0") : o->TaksitFatura;
+        d.TaksitKilitle = o->TaksitKilitle == 1;
+        d.FisNoKilitle = o->FisNoKilitle == QLatin1String("1");
+    }
+    // The program has lived in the new currency since the six-zero conversion: whatever the row
+    // says, amounts are YTL with two decimals.
+    d.ParaTuru = 1;
+    d.ParaBirimi = QStringLiteral("YTL");
+    d.ParaFormati = ParaFormatiKurus;
+    return read;
+}
+
+Status CariAyKaydet(store::Database &db, const QString &cariAy)
+{
+    const QString label = QStringLiteral("MDIAidat:ActBar_ComboChange");
+    if (!store::DatabaseAc(db, store::Store::Year, false, false))
+        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    // The first row: the one in force.
+    store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ORDER BY OgretimYili DESC"));
+    if (!first.exec())
+        return first.error(label);
+    if (!first.next())
+        return {};
+    const QVariant year = first.value(0);
+    first.finish();
+    store::Query q(db, year.isNull() ? QStringLiteral("UPDATE Sabit SET CariAy = ? WHERE OgretimYili IS NULL")
+                                     : QStringLiteral("UPDATE Sabit SET CariAy = ? WHERE OgretimYili = ?"));
+    q.bind(cariAy);
+    if (!year.isNull())
+        q.bind(year.toString());
+    if (!q.exec())
+        return q.error(label);
+    return {};
+}
+
+OfisAyarlari OfisAyarlariOku(store::Database &db)
+{
+    auto get = [&db](const QString &file, const QString &key) {
+        return INIAyar(db, QStringLiteral("GET"), file, QStringLiteral("OFIS"), key);
+    };
+    OfisAyarlari a;
+    a.okKilit = get(QStringLiteral("okkilit.txt"), QStringLiteral("VAR")) == QLatin1String("1");
+    a.fisKilit = get(QStringLiteral("fiskilit.txt"), QStringLiteral("VAR")) == QLatin1String("1");
+    a.kasaAyarVar = get(QStringLiteral("okbilg.txt"), QStringLiteral("VAR")) == QLatin1String("1");
+    if (a.kasaAyarVar) {
+        a.kasaAktar = int(SayiDegeri(get(QStringLiteral("okbilg.txt"), QStringLiteral("1"))));
+        const QString kod = get(QStringLiteral("okbilg.txt"), QStringLiteral("2"));
+        a.kasaKod = kod.isEmpty() ? QStringLiteral("100") : kod;
+        a.kasaSor = int(SayiDegeri(get(QStringLiteral("okbilg.txt"), QStringLiteral("3"))));
+    }
+    return a;
+}
+
+void OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
+{
+    auto put = [&db](const QString &file, const QString &key, const QString &value) {
+        INIAyar(db, QStringLiteral("WRITE"), file, QStringLiteral("OFIS"), key, value);
+    };
+    put(QStringLiteral("okkilit.txt"), QStringLiteral("VAR"), a.okKilit ? QStringLiteral("1") : QStringLiteral("0"));
+    put(QStringLiteral("fiskilit.txt"), QStringLiteral("VAR"), a.fisKilit ? QStringLiteral("1") : QStringLiteral("0"));
+    put(QStringLiteral("okbilg.txt"), QStringLiteral("VAR"), a.kasaAyarVar ? QStringLiteral("1") : QStringLiteral("0"));
+    put(QStringLiteral("okbilg.txt"), QStringLiteral("1"), QString::number(a.kasaAktar));
+    put(QStringLiteral("okbilg.txt"), QStringLiteral("2"), a.kasaKod.trimmed().isEmpty() ? QStringLiteral("100") : a.kasaKod.trimmed());
+    put(QStringLiteral("okbilg.txt"), QStringLiteral("3"), QString::number(a.kasaSor));
+}
+
+} // namespace shell

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "shell/para.h"
+
+#include <QDate>
+#include <QLineEdit>
+
+#include <optional>
+
+class QWidget;
+
+// The entry boxes every screen shares: a date box with the mask "__.__.____" that cannot be
+// left holding a day that does not exist, a money box that reads and writes "1.250,50", Enter
+// and the arrow keys moving through a screen, and the colour of a required box.
+namespace ui {
+
+class DateEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit DateEdit(QWidget *parent = nullptr);
+
+    // An empty box gives an invalid date.
+    QDate date() const;
+    void setDate(const QDate &date);
+    bool isBlank() const;
+    // True when the box is blank or holds a real calendar day.
+    bool isAcceptable() const;
+
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+};
+
+class MoneyEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit MoneyEdit(QWidget *parent = nullptr);
+
+    // The amount typed; nullopt when the text is not an amount. A blank box is zero.
+    std::optional<shell::Para> value() const;
+    void setValue(shell::Para value);
+    void setFormat(const QString &format) { m_format = format; }
+    bool isAcceptable() const { return value().has_value(); }
+
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+
+private:
+    QString m_format = QStringLiteral("#,##0.00");
+};
+
+// Enter and the down arrow move to the next box, the up arrow to the previous one, in every
+// line edit, combo and check box below `form`; a box's whole text is selected on entry.
+void moveWithEnter(QWidget *form);
+// A required box is tinted while it must still be filled.
+void markRequired(QWidget *box, bool required);
+// Cuts a box's text to the size of its field.
+void limitTo(QLineEdit *box, int size);
+
+} // namespace ui

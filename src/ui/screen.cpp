@@ -1,0 +1,75 @@
+#include "ui/screen.h"
+
+#include "ui/message.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+namespace ui {
+
+Screen::Screen(const QString &formName, const QString &title, QWidget *parent)
+    : QWidget(parent)
+{
+    setObjectName(formName);
+    setWindowTitle(title);
+    setAttribute(Qt::WA_DeleteOnClose);
+}
+
+void Screen::watchForChanges(QWidget *root)
+{
+    auto mark = [this] { m_dirty = true; };
+    for (QLineEdit *e : root->findChildren<QLineEdit *>()) {
+        if (!qobject_cast<QComboBox *>(e->parentWidget()))
+            connect(e, &QLineEdit::textEdited, this, mark);
+    }
+    for (QComboBox *c : root->findChildren<QComboBox *>()) {
+        connect(c, &QComboBox::activated, this, mark);
+        if (c->isEditable())
+            connect(c, &QComboBox::editTextChanged, this, [this, c] {
+                if (c->hasFocus())
+                    m_dirty = true;
+            });
+    }
+    for (QAbstractButton *b : root->findChildren<QAbstractButton *>()) {
+        if (b->isCheckable())
+            connect(b, &QAbstractButton::clicked, this, mark);
+    }
+    for (QPlainTextEdit *t : root->findChildren<QPlainTextEdit *>())
+        connect(t, &QPlainTextEdit::textChanged, this, [this, t] {
+            if (t->hasFocus())
+                m_dirty = true;
+        });
+}
+
+bool Screen::askToSaveChanges()
+{
+    if (!m_dirty)
+        return true;
+    switch (ui::show(Message{QStringLiteral("UYARI"),
+                         QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?"),
+                         Icon::Question,
+                         Buttons::YesNoCancel},
+                 this)) {
+    case Answer::Yes:
+        return save();
+    case Answer::No:
+        m_dirty = false;
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Screen::closeEvent(QCloseEvent *event)
+{
+    if (askToSaveChanges())
+        event->accept();
+    else
+        event->ignore();
+}
+
+} // namespace ui

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWidget>
+
+// A screen that lives as a child window of the main window. It keeps the form's name as its
+// object name, tracks unsaved changes, and asks about them before it closes.
+namespace ui {
+
+class Screen : public QWidget
+{
+    Q_OBJECT
+
+public:
+    Screen(const QString &formName, const QString &title, QWidget *parent = nullptr);
+
+    bool isDirty() const { return m_dirty; }
+    void setDirty(bool dirty) { m_dirty = dirty; }
+    // Every edit, tick and choice below `root` marks the screen as changed from now on.
+    void watchForChanges(QWidget *root);
+
+    // "Değişen Bilgileri Kaydetmek İstiyor Musunuz?": Yes saves (false when the save was
+    // refused), No drops the changes, Cancel stays. True when the screen may go on.
+    bool askToSaveChanges();
+
+signals:
+    void titleChanged(const QString &title);
+
+protected:
+    // The screen's own save; true when it was written.
+    virtual bool save() { return true; }
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    bool m_dirty = false;
+};
+
+} // namespace ui

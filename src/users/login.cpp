@@ -1,0 +1,150 @@
+#include "users/login.h"
+
+#include "shell/settings.h"
+#include "store/database.h"
+#include "users/passwords.h"
+
+#include <QDateTime>
+
+namespace users {
+
+namespace {
+
+const QString s_label = QStringLiteral("FrmSifre:SifreKontrol");
+
+struct StoredUser
+{
+    QString username;
+    QString password;
+};
+
+shell::Result<std::optional<StoredUser>> findUser(store::Database &db, const QString &ad)
+{
+    // Names scrambled on either provider of the old program are found.
+    const QString enhanced = Sifrele(ad, Provider::Enhanced).value_or(QString());
+    const QString base = Sifrele(ad, Provider::Base).value_or(QString());
+    store::Query q(db,
+                   QStringLiteral("SELECT Username, Password FROM Sifre WHERE Username = ? OR "
+                                  "Username = ? OR Username = ? OR Username = ?"));
+    q.bind(enhanced).bind(enhanced.toLower()).bind(base).bind(base.toLower());
+    if (!q.exec())
+        return q.error(s_label);
+    if (!q.next())
+        return std::optional<StoredUser>();
+    return std::optional<StoredUser>(StoredUser{q.value(0).toString(), q.value(1).toString()});
+}
+
+bool oldFormMatches(const QString &stored, const QString &sifre)
+{
+    for (Provider p : {Provider::Enhanced, Provider::Base}) {
+        const shell::Result<QString> scrambled = Sifrele(sifre, p);
+        if (scrambled && scrambled->compare(stored.trimmed(), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+QString throttleKey(const QString &ad)
+{
+    return Sifrele(ad).value_or(QString()) + QStringLiteral("_");
+}
+
+} // namespace
+
+shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
+                                        const QString &sifre)
+{
+    shell::durum().AktifKullanici = ad;
+    shell::durum().AktifKullaniciKodu.clear();
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), s_label};
+    shell::Result<std::optional<StoredUser>> user = findUser(db, ad);
+    if (!user)
+        return user.error();
+    if (!user->has_value())
+        return GirisSonucu::AdHatali;
+    const StoredUser &u = **user;
+    if (SifreOzetiMi(u.password)) {
+        if (!SifreOzetiDogrula(u.password, sifre))
+            return GirisSonucu::SifreHatali;
+    } else {
+        if (!oldFormMatches(u.password, sifre))
+            return GirisSonucu::SifreHatali;
+        // The old scrambled password is accepted this once and kept as a hash from now on.
+        store::Query rewrite(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
+        rewrite.bind(SifreOzeti(sifre)).bind(u.username);
+        if (!rewrite.exec())
+            return rewrite.error(s_label);
+    }
+    shell::durum().AktifKullaniciKodu = u.username;
+    return GirisSonucu::Kabul;
+}
+
+shell::Result<bool> KullaniciVarMi(store::Database &db)
+{
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), s_label};
+    store::Query q(db, QStringLiteral("SELECT count(*) FROM Sifre"));
+    if (!q.exec() || !q.next())
+        return q.error(s_label);
+    return q.integer(0) > 0;
+}
+
+shell::Status KullaniciKaydet(store::Database &db, const QString &ad, const QString &sifre)
+{
+    const QString label = QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdKaydet_Click");
+    const shell::Result<QString> kod = Sifrele(ad);
+    if (!kod || kod->isEmpty())
+        return shell::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    store::Query update(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
+    update.bind(SifreOzeti(sifre)).bind(*kod);
+    if (!update.exec())
+        return update.error(label);
+    if (update.rowsAffected() == 0) {
+        store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
+        insert.bind(*kod).bind(SifreOzeti(sifre));
+        if (!insert.exec())
+            return insert.error(label);
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+int GirisBeklemesi(store::Database &db, const QString &ad)
+{
+    const QStringList parts = shell::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
+                                             QStringLiteral("Hatalar"), throttleKey(ad))
+                                  .split(QLatin1Char('|'));
+    if (parts.size() != 2)
+        return 0;
+    const int failures = parts[0].toInt();
+    if (failures < 3)
+        return 0;
+    const qint64 wait = qMin<qint64>(60, qint64(1) << qMin(failures - 2, 6));
+    const qint64 since = QDateTime::currentSecsSinceEpoch() - parts[1].toLongLong();
+    return int(qMax<qint64>(0, wait - since));
+}
+
+void GirisSonucuKaydet(store::Database &db, const QString &ad, bool basarili)
+{
+    const QString key = throttleKey(ad);
+    if (basarili) {
+        shell::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"),
+                       key, QStringLiteral(""));
+        return;
+    }
+    const QStringList parts = shell::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
+                                             QStringLiteral("Hatalar"), key)
+                                  .split(QLatin1Char('|'));
+    const int failures = (parts.size() == 2 ? parts[0].toInt() : 0) + 1;
+    shell::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"), key,
+                   QStringLiteral("%1|%2").arg(failures).arg(QDateTime::currentSecsSinceEpoch()));
+}
+
+} // namespace users

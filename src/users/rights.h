@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+namespace store {
+class Database;
+}
+
+namespace users {
+
+// The rights test of a command: sets HakOkuma and HakYazma of the working state and gives
+// HakOkuma. With no right defined at all (an empty table, or rows whose tool names are all
+// blank) everyone may do everything; otherwise a command without a row for the user is closed.
+bool HakKontrol(store::Database &db, const QString &tool);
+bool HakKontrol(const QString &tool);
+
+// The write test at the head of every save and delete: false, after telling the user, when the
+// last rights test gave no write right.
+bool YazmaYetkisiVar();
+
+inline const QString YetkiYokMesaji
+    = QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.");
+inline const QString YazmaYetkisiYokMesaji
+    = QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz");
+
+} // namespace users

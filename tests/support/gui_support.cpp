@@ -1,0 +1,90 @@
+#include "gui_support.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTest>
+
+namespace testing {
+
+ModalDriver::ModalDriver()
+{
+    m_timer.setInterval(20);
+    connect(&m_timer, &QTimer::timeout, this, &ModalDriver::poll);
+    m_timer.start();
+}
+
+void ModalDriver::poll()
+{
+    QWidget *modal = QApplication::activeModalWidget();
+    // Once a check failed, every dialog is turned away so that the test ends instead of waiting.
+    if (QTest::currentTestFailed()) {
+        m_steps.clear();
+        if (auto *dialog = qobject_cast<QDialog *>(modal))
+            dialog->reject();
+        return;
+    }
+    if (!modal || modal == m_last || !modal->isVisible() || m_steps.isEmpty())
+        return;
+    m_last = modal;
+    QApplication::setActiveWindow(modal);
+    const Step step = m_steps.takeFirst();
+    // A step may open the next dialog, whose loop runs inside the step: it is run from a
+    // single shot of its own, so that this timer goes on polling meanwhile.
+    QPointer<QWidget> target(modal);
+    QTimer::singleShot(0, this, [step, target] {
+        if (target)
+            step(target);
+    });
+}
+
+void typeInto(QWidget *parent, const QString &name, const QString &text)
+{
+    auto *edit = parent->findChild<QLineEdit *>(name);
+    if (!edit) {
+        qWarning("no box %s", qPrintable(name));
+        return;
+    }
+    edit->setFocus();
+    edit->selectAll();
+    typeText(edit, text);
+}
+
+void typeText(QWidget *widget, const QString &text)
+{
+    // QTest types ASCII only; a Turkish letter goes in as a key event carrying its text.
+    for (const QChar c : text) {
+        if (c.unicode() < 128) {
+            QTest::keyClick(widget, c.toLatin1());
+            continue;
+        }
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_unknown, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(widget, &press);
+        QApplication::sendEvent(widget, &release);
+    }
+}
+
+void click(QWidget *parent, const QString &name)
+{
+    auto *button = parent->findChild<QAbstractButton *>(name);
+    if (!button) {
+        qWarning("no button %s", qPrintable(name));
+        return;
+    }
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+void screenshot(QWidget *widget, const QString &name)
+{
+    const QString folder = qEnvironmentVariable("VORTEL_EKRAN_KLASORU");
+    if (folder.isEmpty())
+        return;
+    QDir().mkpath(folder);
+    widget->grab().save(QDir(folder).absoluteFilePath(name + QStringLiteral(".png")));
+}
+
+} // namespace testing

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+
+namespace testing {
+
+// Answers the modal dialogs that a blocking call opens, in order: each step gets the next
+// dialog that comes up and does what an operator does to it (types, ticks, presses buttons).
+class ModalDriver : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Step = std::function<void(QWidget *dialog)>;
+    ModalDriver();
+    void then(Step step) { m_steps.append(std::move(step)); }
+    int remaining() const { return int(m_steps.size()); }
+
+private:
+    void poll();
+
+    QTimer m_timer;
+    QList<Step> m_steps;
+    QPointer<QWidget> m_last;
+};
+
+// Types into the child of `parent` with that object name, as keystrokes.
+void typeInto(QWidget *parent, const QString &name, const QString &text);
+void click(QWidget *parent, const QString &name);
+// Types text into the focused widget, Turkish letters included.
+void typeText(QWidget *widget, const QString &text);
+// Saves a picture of the widget as <VORTEL_EKRAN_KLASORU>/<name>.png when that is set.
+void screenshot(QWidget *widget, const QString &name);
+
+} // namespace testing
