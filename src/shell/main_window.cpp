@@ -6,6 +6,7 @@
 #include "shell/frm_background.h"
 #include "shell/notifications.h"
 #include "shell/school.h"
+#include "shell/screen_registry.h"
 #include "shell/screens.h"
 #include "shell/settings.h"
 #include "shell/turkish_text.h"
@@ -116,6 +117,8 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
 {
     setObjectName(QStringLiteral("MDIAidat"));
     setWindowTitle(programBasligi());
+    TumEkranlariKaydet();
+    setKomutCalistirici([this](const QString &tool) { ActBar_Click(tool); });
     auto *area = new MdiArea(this);
     area->setObjectName(QStringLiteral("mdiArea"));
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -147,7 +150,10 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
     });
 }
 
-MDIAidat::~MDIAidat() = default;
+MDIAidat::~MDIAidat()
+{
+    setKomutCalistirici(nullptr);
+}
 
 QString MDIAidat::programBasligi()
 {

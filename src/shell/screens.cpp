@@ -1,22 +1,24 @@
 #include "shell/screens.h"
 
+#include "fees/screens.h"
 #include "shell/frm_okul_bilgileri.h"
-
-#include <QHash>
-
-#include <functional>
+#include "shell/screen_registry.h"
+#include "students/screens.h"
+#include "users/screens.h"
 
 namespace shell {
 
-QWidget *EkranYarat(const QString &formName, const EkranBaglami &baglam)
+void TumEkranlariKaydet()
 {
-    using Maker = std::function<QWidget *(const EkranBaglami &)>;
-    static const QHash<QString, Maker> s_screens = {
-        {QStringLiteral("FrmOkulBilgileri"),
-         [](const EkranBaglami &b) { return new FrmOkulBilgileri(b.db); }},
-    };
-    const auto it = s_screens.constFind(formName);
-    return it == s_screens.constEnd() ? nullptr : (*it)(baglam);
+    static bool s_done = false;
+    if (s_done)
+        return;
+    s_done = true;
+    EkranKaydet(QStringLiteral("FrmOkulBilgileri"),
+                [](const EkranBaglami &b) { return new FrmOkulBilgileri(b.db); });
+    users::EkranlariKaydet();
+    students::EkranlariKaydet();
+    fees::EkranlariKaydet();
 }
 
 } // namespace shell

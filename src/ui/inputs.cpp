@@ -62,7 +62,7 @@ void DateEdit::focusInEvent(QFocusEvent *event)
 void DateEdit::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
-    if (isAcceptable() || !isEnabled() || isReadOnly())
+    if (!m_warnOnLeave || isAcceptable() || !isEnabled() || isReadOnly())
         return;
     // A day that does not exist is not left in the box: the operator is told and sent back.
     const QString typed = text();

@@ -27,10 +27,16 @@ public:
     bool isBlank() const;
     // True when the box is blank or holds a real calendar day.
     bool isAcceptable() const;
+    // A box that warns itself when it is left holding a day that does not exist (grids check
+    // their cells themselves).
+    void setWarnOnLeave(bool warn) { m_warnOnLeave = warn; }
 
 protected:
     void focusOutEvent(QFocusEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+
+private:
+    bool m_warnOnLeave = true;
 };
 
 class MoneyEdit : public QLineEdit

@@ -1,0 +1,9 @@
+#include "fees/screens.h"
+
+namespace fees {
+
+void EkranlariKaydet()
+{
+}
+
+} // namespace fees

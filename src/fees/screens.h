@@ -1,0 +1,8 @@
+#pragma once
+
+namespace fees {
+
+// Registers this subsystem's screens with the main window's command table.
+void EkranlariKaydet();
+
+} // namespace fees

@@ -1,0 +1,45 @@
+#include "shell/screen_registry.h"
+
+#include <QHash>
+
+namespace shell {
+
+namespace {
+
+QHash<QString, EkranYapici> &registry()
+{
+    static QHash<QString, EkranYapici> s_registry;
+    return s_registry;
+}
+
+std::function<void(const QString &)> &runner()
+{
+    static std::function<void(const QString &)> s_runner;
+    return s_runner;
+}
+
+} // namespace
+
+void EkranKaydet(const QString &formName, EkranYapici yapici)
+{
+    registry().insert(formName, std::move(yapici));
+}
+
+QWidget *EkranYarat(const QString &formName, const EkranBaglami &baglam)
+{
+    const auto it = registry().constFind(formName);
+    return it == registry().constEnd() ? nullptr : (*it)(baglam);
+}
+
+void KomutCalistir(const QString &tool)
+{
+    if (runner())
+        runner()(tool);
+}
+
+void setKomutCalistirici(std::function<void(const QString &tool)> calistirici)
+{
+    runner() = std::move(calistirici);
+}
+
+} // namespace shell

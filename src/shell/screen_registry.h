@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace store {
+class Database;
+}
+
+namespace shell {
+
+// What a screen is opened with: the connection, the main window, and the command that opened
+// it (several commands open one screen in different modes).
+struct EkranBaglami
+{
+    store::Database &db;
+    QWidget *anaPencere = nullptr;
+    QString tool;
+};
+
+// The screens each subsystem offers, by form name. Each subsystem registers its own from its
+// EkranlariKaydet(); the main window makes them when a command asks.
+using EkranYapici = std::function<QWidget *(const EkranBaglami &)>;
+void EkranKaydet(const QString &formName, EkranYapici yapici);
+// nullptr while the screen is not part of the program yet.
+QWidget *EkranYarat(const QString &formName, const EkranBaglami &baglam);
+
+// How one screen asks for another (F4 on a student opens his fee account): runs a command of the
+// main window by its tool name, with its rights and school tests.
+void KomutCalistir(const QString &tool);
+void setKomutCalistirici(std::function<void(const QString &tool)> calistirici);
+
+} // namespace shell

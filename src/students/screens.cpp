@@ -1,0 +1,9 @@
+#include "students/screens.h"
+
+namespace students {
+
+void EkranlariKaydet()
+{
+}
+
+} // namespace students

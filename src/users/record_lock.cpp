@@ -1,0 +1,128 @@
+#include "users/record_lock.h"
+
+#include "shell/failure.h"
+#include "shell/settings.h"
+#include "store/database.h"
+#include "ui/message.h"
+
+namespace users {
+
+namespace {
+
+bool s_ok = true;
+
+// The student's holder, "" when free; nullopt when the row could not be read.
+std::optional<QString> holder(store::Database &db, qint64 kayitId, const QString &label)
+{
+    store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
+    q.bind(kayitId);
+    if (!q.exec()) {
+        shell::HataBildir(q.error(label));
+        return std::nullopt;
+    }
+    return q.next() ? q.text(0) : QString();
+}
+
+void tell(const QString &kullanici)
+{
+    ui::notify(QStringLiteral("UYARI"), KilitMesaji(kullanici), ui::Icon::Critical);
+}
+
+} // namespace
+
+QString KilitMesaji(const QString &kullanici)
+{
+    return kullanici + QStringLiteral(" İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR.");
+}
+
+bool OgrenciKilitOK()
+{
+    return s_ok;
+}
+
+bool OgrenciKilitKontrol(store::Database &db, qint64 kayitId)
+{
+    s_ok = true;
+    const std::optional<QString> h = holder(db, kayitId, QStringLiteral("Modul:OgrenciKilitKontrol"));
+    if (!h)
+        return s_ok;
+    if (!h->isEmpty() && *h != shell::durum().AktifKullanici) {
+        s_ok = false;
+        tell(*h);
+    }
+    return s_ok;
+}
+
+shell::Status OgrenciKilitBirak(store::Database &db, bool tumu)
+{
+    s_ok = true;
+    const QString label = QStringLiteral("Modul:OgrenciKilitBirak");
+    if (!store::DatabaseAc(db, store::Store::Year, false, false))
+        return shell::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    store::Query q(db, tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
+                                             "Ogr_Islem_Yapan_Kullanici <> ''")
+                            : QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
+                                             "Ogr_Islem_Yapan_Kullanici = ?"));
+    if (!tumu)
+        q.bind(shell::durum().AktifKullanici.left(20));
+    if (!q.exec())
+        return q.error(label);
+    return {};
+}
+
+bool OgrenciKilitle(store::Database &db, qint64 kayitId)
+{
+    const QString label = QStringLiteral("Modul:OgrenciKilitle");
+    const QString me = shell::durum().AktifKullanici.left(20);
+    // A mark let go between the test and the reading of its holder is simply tried again.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        s_ok = true;
+        store::Transaction tx(db);
+        if (!tx) {
+            shell::HataBildir(tx.error());
+            return false;
+        }
+        // One mark a user: the others are let go.
+        store::Query release(db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' "
+                                                "WHERE Ogr_Islem_Yapan_Kullanici = ? AND KayitID <> ?"));
+        release.bind(me).bind(kayitId);
+        // The test and the mark in one statement.
+        store::Query take(db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = ? WHERE "
+                                             "KayitID = ? AND (Ogr_Islem_Yapan_Kullanici IS NULL OR "
+                                             "Ogr_Islem_Yapan_Kullanici = '' OR "
+                                             "Ogr_Islem_Yapan_Kullanici = ?)"));
+        take.bind(me).bind(kayitId).bind(me);
+        if (!release.exec()) {
+            shell::HataBildir(release.error(label));
+            return false;
+        }
+        if (!take.exec()) {
+            shell::HataBildir(take.error(label));
+            return false;
+        }
+        s_ok = take.rowsAffected() > 0;
+        take.finish();
+        if (!tx.commit()) {
+            shell::HataBildir(tx.error());
+            return false;
+        }
+        if (s_ok)
+            return true;
+        store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
+        q.bind(kayitId);
+        if (!q.exec()) {
+            shell::HataBildir(q.error(label));
+            return false;
+        }
+        if (!q.next())
+            return false; // no such student: nothing to mark
+        const QString h = q.text(0);
+        if (!h.isEmpty() && h != me) {
+            tell(h);
+            return false;
+        }
+    }
+    return s_ok;
+}
+
+} // namespace users

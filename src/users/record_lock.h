@@ -1,0 +1,32 @@
+#pragma once
+
+#include "shell/result.h"
+
+#include <QString>
+
+namespace store {
+class Database;
+}
+
+// The mark on a student whose account a user is working on (Ogrenci.Ogr_Islem_Yapan_Kullanici),
+// so that a second workstation is warned. Taking it is one statement that tests and sets at
+// once: two workstations that open the same student at the same moment cannot both take it. A
+// user's own mark never stops that user, and two sessions of one user name do not stop each
+// other.
+namespace users {
+
+// The last lock result.
+bool OgrenciKilitOK();
+
+// True when the student is free or marked by this user; otherwise tells who holds him.
+bool OgrenciKilitKontrol(store::Database &db, qint64 kayitId);
+// Clears this user's marks, or, with `tumu`, every mark (one left by a program that was killed).
+shell::Status OgrenciKilitBirak(store::Database &db, bool tumu);
+// Clears this user's other marks and takes this student, unless another user holds him; then
+// tells who does and gives false.
+bool OgrenciKilitle(store::Database &db, qint64 kayitId);
+
+// The message that names the holder.
+QString KilitMesaji(const QString &kullanici);
+
+} // namespace users

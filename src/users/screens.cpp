@@ -1,0 +1,9 @@
+#include "users/screens.h"
+
+namespace users {
+
+void EkranlariKaydet()
+{
+}
+
+} // namespace users
