@@ -81,6 +81,18 @@ std::vector<Table> globalTables()
                         {QStringLiteral("Dosya"), QStringLiteral("Bolum"), QStringLiteral("Anahtar")},
                         true)}});
 
+    // Students' photographs, kept in the store so that every workstation sees them: one a
+    // student of a working year, by the year's store name and the student's key.
+    t.push_back({QStringLiteral("OgrenciFotograf"),
+                 Store::Global,
+                 false,
+                 {text(QStringLiteral("Calisma"), 20),
+                  f(QStringLiteral("KayitID"), T::Long),
+                  f(QStringLiteral("Resim"), T::Blob)},
+                 {index(QStringLiteral("OgrenciFotograf_Anahtar"),
+                        {QStringLiteral("Calisma"), QStringLiteral("KayitID")},
+                        true)}});
+
     // The SMS store.
     t.push_back({QStringLiteral("SabitBilgiler"),
                  Store::Global,
