@@ -583,7 +583,10 @@ Query::Query(Database &db, const QString &sqlText)
     , m_query(db.sql())
     , m_sql(sqlText)
 {
-    m_query.setForwardOnly(true);
+    // On PostgreSQL a forward-only result streams row by row, and a second statement run while
+    // it is read would cut it short; results are fetched whole there, so that a screen may look
+    // something up while it walks a list.
+    m_query.setForwardOnly(db.engine() == Engine::SQLite);
     m_prepared = m_query.prepare(sqlText);
 }
 

@@ -1,0 +1,63 @@
+#include "test_support.h"
+
+#include "maintenance/working_years.h"
+#include "shell/settings.h"
+#include "store/database.h"
+
+#include <QTest>
+
+using namespace maintenance;
+
+class tst_WorkingYears : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void yearsComeAndGo_data() { testing::addEngineRows(); }
+    void yearsComeAndGo();
+};
+
+void tst_WorkingYears::yearsComeAndGo()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
+    const int first = *CalismaKaydet(db, QStringLiteral("2024-2025"));
+    const int second = *CalismaKaydet(db, QStringLiteral("2025-2026"));
+    const int third = *CalismaKaydet(db, QStringLiteral("Deneme"));
+    // A year is listed once its store exists: the first opening makes it.
+    for (int id : {first, second, third}) {
+        db.selectYear(id);
+        QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
+    }
+    QCOMPARE(CalismaDoldur(db)->size(), 3);
+    QCOMPARE(CalismaDoldur(db)->first().adi, QStringLiteral("Deneme"));
+
+    // A year whose store is gone is not listed.
+    QVERIFY(db.drop(third).ok());
+    const QList<Calisma> listed = *CalismaDoldur(db);
+    QCOMPARE(listed.size(), 2);
+    QCOMPARE(listed[0].id, second);
+    QCOMPARE(listed[1].id, first);
+
+    // Names are unique; a rename to its own name is no clash.
+    QCOMPARE(*CalismaAdiVar(db, QStringLiteral(" 2024-2025 ")), true);
+    QCOMPARE(*CalismaAdiVar(db, QStringLiteral("2024-2025"), first), false);
+    QVERIFY(CalismaAdiDegistir(db, first, QStringLiteral("Geçen Yıl")).ok());
+    QCOMPARE(CalismaDoldur(db)->at(1).adi, QStringLiteral("Geçen Yıl"));
+
+    // The remembered choice; a position beyond the list falls back on the first.
+    CalismaSecimiYap(db, listed[1], 1);
+    QCOMPARE(db.selectedYear(), first);
+    QCOMPARE(shell::durum().AktifCalismaID, first);
+    QCOMPARE(KayitliCalismaSirasi(db, 2), 1);
+    QCOMPARE(KayitliCalismaSirasi(db, 1), 0);
+
+    QVERIFY(CalismaSil(db, first).ok());
+    QVERIFY(!db.exists(store::Store::Year, first));
+    QVERIFY(!db.exists(store::Store::Log, first));
+    QCOMPARE(CalismaDoldur(db)->size(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_WorkingYears)
+#include "tst_working_years.moc"

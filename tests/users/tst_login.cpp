@@ -1,0 +1,150 @@
+#include "test_support.h"
+
+#include "shell/settings.h"
+#include "store/database.h"
+#include "users/login.h"
+#include "users/passwords.h"
+#include "users/rights.h"
+
+#include <QTest>
+
+using namespace users;
+
+namespace {
+
+bool putUser(store::Database &db, const QString &username, const QString &password)
+{
+    store::Query q(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
+    q.bind(username).bind(password);
+    return q.exec();
+}
+
+QString storedPassword(store::Database &db, const QString &name)
+{
+    store::Query q(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"));
+    q.bind(*Sifrele(name));
+    return q.exec() && q.next() ? q.text(0) : QStringLiteral("<yok>");
+}
+
+bool putRight(store::Database &db, const QString &user, const QString &tool, int read, int write)
+{
+    store::Query q(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                                      "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"));
+    q.bind(user.isEmpty() ? QString() : *Sifrele(user)).bind(read).bind(write).bind(tool);
+    return q.exec();
+}
+
+} // namespace
+
+class tst_Login : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { shell::durum() = shell::CalismaDurumu(); }
+    void loginAnswers_data();
+    void loginAnswers();
+    void oldScrambledPasswordIsAcceptedOnceAndHashed_data() { testing::addEngineRows(); }
+    void oldScrambledPasswordIsAcceptedOnceAndHashed();
+    void rightsByTableState_data() { testing::addEngineRows(); }
+    void rightsByTableState();
+    void failedLoginsSlowDown();
+};
+
+void tst_Login::loginAnswers_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<int>("answer");
+    QTest::addRow("dogru") << "Ayşe" << "Şifre-1" << int(GirisSonucu::Kabul);
+    QTest::addRow("buyuk-harf-baska-ad") << "AYŞE" << "Şifre-1" << int(GirisSonucu::AdHatali);
+    QTest::addRow("bilinmeyen-ad") << "Fatma" << "Şifre-1" << int(GirisSonucu::AdHatali);
+    QTest::addRow("yanlis-sifre") << "Ayşe" << "şifre-1" << int(GirisSonucu::SifreHatali);
+    QTest::addRow("bos-sifre") << "Ayşe" << "" << int(GirisSonucu::SifreHatali);
+}
+
+void tst_Login::loginAnswers()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, password);
+    QFETCH(int, answer);
+    testing::TestStore s(store::Engine::SQLite);
+    QVERIFY(KullaniciKaydet(s.db(), QStringLiteral("Ayşe"), QStringLiteral("Şifre-1")).ok());
+    const shell::Result<GirisSonucu> r = SifreKontrol(s.db(), name, password);
+    QVERIFY(r);
+    QCOMPARE(int(*r), answer);
+    // The typed name stands as the active user, even after a failed try.
+    QCOMPARE(shell::durum().AktifKullanici, name);
+    // The password is kept as a hash, never as itself.
+    QVERIFY(SifreOzetiMi(storedPassword(s.db(), QStringLiteral("Ayşe"))));
+}
+
+void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
+    // As the old program left them: both scrambled, one on each provider, one with no password.
+    QVERIFY(putUser(db, *Sifrele(QStringLiteral("admin")), *Sifrele(QStringLiteral("1234"))));
+    QVERIFY(putUser(db, *Sifrele(QStringLiteral("kasa"), Provider::Base),
+                    *Sifrele(QStringLiteral("para"), Provider::Base)));
+    QVERIFY(putUser(db, *Sifrele(QStringLiteral("misafir")), QString()));
+
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("123")), GirisSonucu::SifreHatali);
+    QCOMPARE(storedPassword(db, QStringLiteral("admin")), *Sifrele(QStringLiteral("1234")));
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")), GirisSonucu::Kabul);
+    const QString hashed = storedPassword(db, QStringLiteral("admin"));
+    QVERIFY(SifreOzetiMi(hashed));
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")), GirisSonucu::Kabul);
+    QCOMPARE(storedPassword(db, QStringLiteral("admin")), hashed);
+
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("para")), GirisSonucu::Kabul);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QString()), GirisSonucu::Kabul);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QStringLiteral("x")), GirisSonucu::SifreHatali);
+}
+
+void tst_Login::rightsByTableState()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
+    shell::CalismaDurumu &d = shell::durum();
+    d.AktifKullanici = QStringLiteral("sekreter");
+    auto rights = [&db, &d](const QString &tool) {
+        HakKontrol(db, tool);
+        return qMakePair(d.HakOkuma, d.HakYazma);
+    };
+    // No right defined at all: everyone may do everything.
+    QCOMPARE(rights(QStringLiteral("popKullanici")), qMakePair(true, true));
+    // Rows whose tool names are blank count as no rights at all.
+    QVERIFY(putRight(db, QStringLiteral("muhasebe"), QStringLiteral("  "), 0, 0));
+    QCOMPARE(rights(QStringLiteral("popKullanici")), qMakePair(true, true));
+    // Once a right exists, a command without a row is closed, for this user as for others.
+    QVERIFY(putRight(db, QStringLiteral("sekreter"), QStringLiteral("popOkulBilgileri"), 1, 0));
+    QCOMPARE(rights(QStringLiteral("popOkulBilgileri")), qMakePair(true, false));
+    QCOMPARE(rights(QStringLiteral("popKullanici")), qMakePair(false, false));
+    d.AktifKullanici = QStringLiteral("muhasebe");
+    QCOMPARE(rights(QStringLiteral("popOkulBilgileri")), qMakePair(false, false));
+}
+
+void tst_Login::failedLoginsSlowDown()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    QVERIFY(store::DatabaseAc(s.db(), store::Store::Global, true, false));
+    const QString name = QStringLiteral("deneme");
+    for (int i = 0; i < 2; ++i)
+        GirisSonucuKaydet(s.db(), name, false);
+    QCOMPARE(GirisBeklemesi(s.db(), name), 0);
+    GirisSonucuKaydet(s.db(), name, false);
+    const int third = GirisBeklemesi(s.db(), name);
+    QVERIFY(third > 0);
+    GirisSonucuKaydet(s.db(), name, false);
+    QVERIFY(GirisBeklemesi(s.db(), name) > third);
+    // Another name is not slowed; a success clears the count.
+    QCOMPARE(GirisBeklemesi(s.db(), QStringLiteral("başka")), 0);
+    GirisSonucuKaydet(s.db(), name, true);
+    QCOMPARE(GirisBeklemesi(s.db(), name), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_Login)
+#include "tst_login.moc"
