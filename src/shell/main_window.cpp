@@ -119,6 +119,8 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
     setWindowTitle(programBasligi());
     TumEkranlariKaydet();
     setKomutCalistirici([this](const QString &tool) { ActBar_Click(tool); });
+    // The store refuses a write that the rights of the screen in use do not allow.
+    store::setWriteGuard([] { return durum().HakYazma; });
     auto *area = new MdiArea(this);
     area->setObjectName(QStringLiteral("mdiArea"));
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -153,6 +155,7 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
 MDIAidat::~MDIAidat()
 {
     setKomutCalistirici(nullptr);
+    store::setWriteGuard(nullptr);
 }
 
 QString MDIAidat::programBasligi()

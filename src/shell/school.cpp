@@ -233,6 +233,8 @@ bool SabitBilgileriOku(store::Database &db)
 Status CariAyKaydet(store::Database &db, const QString &cariAy)
 {
     const QString label = QStringLiteral("MDIAidat:ActBar_ComboChange");
+    // The working month is everyone's to choose.
+    const store::WriteGuardExemption own;
     if (!store::DatabaseAc(db, store::Store::Year, false, false))
         return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
     // The first row: the one in force.

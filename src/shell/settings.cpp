@@ -77,6 +77,8 @@ QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
     if (upperMode == QLatin1String("WRITE")) {
         if (deger.isNull())
             return QStringLiteral("ERROR KeyValue");
+        // Settings are written by the program for whoever uses it.
+        const store::WriteGuardExemption own;
         if (!store::DatabaseAc(db, store::Store::Global, true, false))
             return QString();
         store::Transaction tx(db);

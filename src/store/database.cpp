@@ -27,6 +27,20 @@ MessageHandler &messageHandler()
 
 Database *s_default = nullptr;
 
+std::function<bool()> &writeGuard()
+{
+    static std::function<bool()> s_guard;
+    return s_guard;
+}
+int s_exemptions = 0;
+
+bool isWriteStatement(const QString &sqlText)
+{
+    const QString head = sqlText.trimmed().left(7).toUpper();
+    return head.startsWith(QLatin1String("INSERT")) || head.startsWith(QLatin1String("UPDATE"))
+           || head.startsWith(QLatin1String("DELETE"));
+}
+
 QString uniqueConnectionName()
 {
     static QAtomicInt s_counter;
@@ -618,8 +632,13 @@ Query &Query::bind(const QDateTime &value)
 
 bool Query::exec()
 {
+    m_refused = false;
     if (!m_prepared)
         return false;
+    if (s_exemptions == 0 && writeGuard() && isWriteStatement(m_sql) && !writeGuard()()) {
+        m_refused = true;
+        return false;
+    }
     return m_query.exec();
 }
 
@@ -672,10 +691,33 @@ QDateTime Query::dateTime(int column) const
 
 shell::Error Query::error(const QString &label) const
 {
+    if (m_refused) {
+        return shell::Error{YazmaYetkisiYokHatasi,
+                            QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi "
+                                           "ile görüşünüz"),
+                            label};
+    }
     shell::Error e = toError(m_query.lastError(), label, m_db.engine());
     if (!m_prepared && e.text.startsWith(QLatin1String("Bilinmeyen")))
         e.text = QStringLiteral("Sorgu hazırlanamadı: ") + m_sql;
     return e;
+}
+
+// ---- the write guard -------------------------------------------------------------------------
+
+void setWriteGuard(std::function<bool()> mayWrite)
+{
+    writeGuard() = std::move(mayWrite);
+}
+
+WriteGuardExemption::WriteGuardExemption()
+{
+    ++s_exemptions;
+}
+
+WriteGuardExemption::~WriteGuardExemption()
+{
+    --s_exemptions;
 }
 
 // ---- Transaction ---------------------------------------------------------------------------
@@ -743,6 +785,8 @@ void Transaction::rollback()
 
 bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
 {
+    // Making and bringing forward the stores is the program's own work, whoever is logged in.
+    const WriteGuardExemption own;
     const QString title = QStringLiteral("Dikkat!");
     if (tur == Store::Global) {
         if (shell::Status s = db.openGlobal(); !s) {

@@ -177,6 +177,7 @@ private:
     QSqlQuery m_query;
     QString m_sql;
     bool m_prepared = false;
+    bool m_refused = false;
 };
 
 // RAII and nesting: an inner transaction joins the outer one; the outermost commits. A
@@ -216,6 +217,24 @@ shell::Error toError(const QSqlError &error, const QString &label, Engine engine
 // Values as the engines keep them.
 QVariant toStoredDate(Engine engine, const QDateTime &value);
 QDateTime fromStoredDate(const QVariant &value);
+
+// ---- the write guard ----------------------------------------------------------------------
+
+// Rights are checked where the data is written, not only in the screens: with a guard set, a
+// statement that writes (INSERT, UPDATE, DELETE) is refused while the guard says no, so that no
+// screen can forget the test. The program's own bookkeeping (the migration, the marks on a
+// student, the login, settings) runs under a WriteGuardExemption.
+void setWriteGuard(std::function<bool()> mayWrite);
+class WriteGuardExemption
+{
+public:
+    WriteGuardExemption();
+    ~WriteGuardExemption();
+    WriteGuardExemption(const WriteGuardExemption &) = delete;
+    WriteGuardExemption &operator=(const WriteGuardExemption &) = delete;
+};
+// The error number and text of a refused write.
+inline constexpr int YazmaYetkisiYokHatasi = 3111;
 
 // ---- the opening procedure ---------------------------------------------------------------
 

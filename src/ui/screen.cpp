@@ -49,8 +49,8 @@ bool Screen::askToSaveChanges()
 {
     if (!m_dirty)
         return true;
-    switch (ui::show(Message{QStringLiteral("UYARI"),
-                         QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?"),
+    switch (ui::show(Message{m_questionTitle,
+                         m_questionText,
                          Icon::Question,
                          Buttons::YesNoCancel},
                  this)) {
@@ -62,6 +62,12 @@ bool Screen::askToSaveChanges()
     default:
         return false;
     }
+}
+
+void Screen::setChangeQuestion(const QString &title, const QString &text)
+{
+    m_questionTitle = title;
+    m_questionText = text;
 }
 
 void Screen::closeEvent(QCloseEvent *event)

@@ -21,6 +21,8 @@ public:
     // "Değişen Bilgileri Kaydetmek İstiyor Musunuz?": Yes saves (false when the save was
     // refused), No drops the changes, Cancel stays. True when the screen may go on.
     bool askToSaveChanges();
+    // The screen's own wording of that question.
+    void setChangeQuestion(const QString &title, const QString &text);
 
 signals:
     void titleChanged(const QString &title);
@@ -32,6 +34,8 @@ protected:
 
 private:
     bool m_dirty = false;
+    QString m_questionTitle = QStringLiteral("UYARI");
+    QString m_questionText = QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?");
 };
 
 } // namespace ui

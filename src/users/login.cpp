@@ -71,6 +71,7 @@ shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
         if (!oldFormMatches(u.password, sifre))
             return GirisSonucu::SifreHatali;
         // The old scrambled password is accepted this once and kept as a hash from now on.
+        const store::WriteGuardExemption own;
         store::Query rewrite(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
         rewrite.bind(SifreOzeti(sifre)).bind(u.username);
         if (!rewrite.exec())

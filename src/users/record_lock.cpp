@@ -57,6 +57,8 @@ shell::Status OgrenciKilitBirak(store::Database &db, bool tumu)
 {
     s_ok = true;
     const QString label = QStringLiteral("Modul:OgrenciKilitBirak");
+    // The marks are the program's own bookkeeping, whatever the user may change.
+    const store::WriteGuardExemption own;
     if (!store::DatabaseAc(db, store::Store::Year, false, false))
         return shell::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
     store::Query q(db, tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
@@ -70,58 +72,60 @@ shell::Status OgrenciKilitBirak(store::Database &db, bool tumu)
     return {};
 }
 
-bool OgrenciKilitle(store::Database &db, qint64 kayitId)
+shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici)
 {
     const QString label = QStringLiteral("Modul:OgrenciKilitle");
-    const QString me = shell::durum().AktifKullanici.left(20);
+    const store::WriteGuardExemption own;
+    const QString me = kullanici.left(20);
     // A mark let go between the test and the reading of its holder is simply tried again.
     for (int attempt = 0; attempt < 3; ++attempt) {
-        s_ok = true;
         store::Transaction tx(db);
-        if (!tx) {
-            shell::HataBildir(tx.error());
-            return false;
-        }
+        if (!tx)
+            return tx.error();
         // One mark a user: the others are let go.
         store::Query release(db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' "
                                                 "WHERE Ogr_Islem_Yapan_Kullanici = ? AND KayitID <> ?"));
         release.bind(me).bind(kayitId);
+        if (!release.exec())
+            return release.error(label);
         // The test and the mark in one statement.
         store::Query take(db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = ? WHERE "
                                              "KayitID = ? AND (Ogr_Islem_Yapan_Kullanici IS NULL OR "
                                              "Ogr_Islem_Yapan_Kullanici = '' OR "
                                              "Ogr_Islem_Yapan_Kullanici = ?)"));
         take.bind(me).bind(kayitId).bind(me);
-        if (!release.exec()) {
-            shell::HataBildir(release.error(label));
-            return false;
-        }
-        if (!take.exec()) {
-            shell::HataBildir(take.error(label));
-            return false;
-        }
-        s_ok = take.rowsAffected() > 0;
+        if (!take.exec())
+            return take.error(label);
+        const bool taken = take.rowsAffected() > 0;
         take.finish();
-        if (!tx.commit()) {
-            shell::HataBildir(tx.error());
-            return false;
-        }
-        if (s_ok)
-            return true;
+        if (!tx.commit())
+            return tx.error();
+        if (taken)
+            return QString();
         store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
         q.bind(kayitId);
-        if (!q.exec()) {
-            shell::HataBildir(q.error(label));
-            return false;
-        }
+        if (!q.exec())
+            return q.error(label);
         if (!q.next())
-            return false; // no such student: nothing to mark
-        const QString h = q.text(0);
-        if (!h.isEmpty() && h != me) {
-            tell(h);
-            return false;
-        }
+            return QString(); // no such student: nothing to mark
+        const QString holder = q.text(0);
+        if (!holder.isEmpty() && holder != me)
+            return holder;
     }
+    return QString();
+}
+
+bool OgrenciKilitle(store::Database &db, qint64 kayitId)
+{
+    const shell::Result<QString> holder = KilidiAl(db, kayitId, shell::durum().AktifKullanici);
+    if (!holder) {
+        s_ok = false;
+        shell::HataBildir(holder.error());
+        return false;
+    }
+    s_ok = holder->isEmpty();
+    if (!s_ok)
+        tell(*holder);
     return s_ok;
 }
 

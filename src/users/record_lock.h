@@ -26,6 +26,10 @@ shell::Status OgrenciKilitBirak(store::Database &db, bool tumu);
 // tells who does and gives false.
 bool OgrenciKilitle(store::Database &db, qint64 kayitId);
 
+// The test-and-set itself, for a named user and without a word to the screen: "" when the user
+// now holds the student (or there is no such student), else the name of the one who does.
+shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici);
+
 // The message that names the holder.
 QString KilitMesaji(const QString &kullanici);
 

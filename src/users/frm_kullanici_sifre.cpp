@@ -1,0 +1,490 @@
+#include "users/frm_kullanici_sifre.h"
+
+#include "shell/failure.h"
+#include "store/database.h"
+#include "ui/grid.h"
+#include "ui/inputs.h"
+#include "ui/message.h"
+#include "users/login.h"
+#include "users/passwords.h"
+#include "users/record_lock.h"
+#include "users/rights.h"
+
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace users {
+
+namespace {
+
+// Columns of the users grid and of the rights grid.
+enum { KullaniciAdi = 0, Sifresi = 1, Kod = 2 };
+enum { HakAdi = 0, HakOkuma = 1, HakYazma = 2, HakAraci = 3 };
+
+const QString s_mask = QStringLiteral("••••••");
+
+QLineEdit *passwordBox(const QString &name, QWidget *parent)
+{
+    auto *e = new QLineEdit(parent);
+    e->setObjectName(name);
+    e->setEchoMode(QLineEdit::Password);
+    e->setMaxLength(50);
+    return e;
+}
+
+} // namespace
+
+Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
+    : ui::Screen(QStringLiteral("Kullanici_Sifre"), QStringLiteral("Kullanıcı Belirleme ve Şifre Verme"), parent)
+    , m_db(db)
+{
+    setChangeQuestion(QStringLiteral("Değişen Bilgiler Var !"), QStringLiteral("Değişen Bilgileri Kaydedeyim mi?"));
+
+    m_vaSpread1 = new ui::Grid(this);
+    m_vaSpread1->setObjectName(QStringLiteral("vaSpread1"));
+    m_vaSpread1->setColumns({ui::GridColumn{QStringLiteral("Kullanıcı"), ui::ColumnKind::Text, 170, true, false, 50},
+                             ui::GridColumn{QStringLiteral("Şifresi"), ui::ColumnKind::Text, 90, false},
+                             ui::GridColumn{QStringLiteral("Kod"), ui::ColumnKind::Text, 10, false, true}});
+    m_vaSpread1->horizontalHeader()->setSectionResizeMode(KullaniciAdi, QHeaderView::Stretch);
+    m_vaSpread1->setMinimumWidth(300);
+
+    auto *ekle = new QPushButton(QStringLiteral("&EKLE"), this);
+    ekle->setObjectName(QStringLiteral("Command2"));
+    auto *sil = new QPushButton(QStringLiteral("&SİL"), this);
+    sil->setObjectName(QStringLiteral("Command1"));
+    auto *userButtons = new QHBoxLayout;
+    userButtons->addWidget(ekle);
+    userButtons->addWidget(sil);
+    userButtons->addStretch();
+
+    auto *sifre = new QGroupBox(QStringLiteral("Şifre"), this);
+    m_eski = passwordBox(QStringLiteral("Txt_Eski"), sifre);
+    m_yeni1 = passwordBox(QStringLiteral("Txt_Yeni1"), sifre);
+    m_yeni2 = passwordBox(QStringLiteral("Txt_Yeni2"), sifre);
+    auto *degistir = new QPushButton(QStringLiteral("Şifreyi &Ver"), sifre);
+    degistir->setObjectName(QStringLiteral("Cmd_Ok"));
+    auto *sf = new QFormLayout(sifre);
+    sf->addRow(QStringLiteral("Eski Şifre"), m_eski);
+    sf->addRow(QStringLiteral("Yeni Şifre"), m_yeni1);
+    sf->addRow(QStringLiteral("Doğrulama"), m_yeni2);
+    sf->addRow(QString(), degistir);
+
+    auto *left = new QVBoxLayout;
+    left->addWidget(new QLabel(QStringLiteral("Kullanıcılar"), this));
+    left->addWidget(m_vaSpread1, 1);
+    left->addLayout(userButtons);
+    left->addWidget(sifre);
+
+    m_vaSpread2 = new ui::Grid(this);
+    m_vaSpread2->setObjectName(QStringLiteral("vaSpread2"));
+    m_vaSpread2->setColumns({ui::GridColumn{QStringLiteral("Program"), ui::ColumnKind::Text, 280, false},
+                             ui::GridColumn{QStringLiteral("Okuma"), ui::ColumnKind::Check, 56},
+                             ui::GridColumn{QStringLiteral("Yazma"), ui::ColumnKind::Check, 56},
+                             ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false}});
+    m_vaSpread2->horizontalHeader()->setSectionResizeMode(HakAdi, QHeaderView::Stretch);
+    m_okuma = new QPushButton(QStringLiteral("&Okuma İşaretli  "), this);
+    m_okuma->setObjectName(QStringLiteral("Command3"));
+    m_yazma = new QPushButton(QStringLiteral("Ya&zma İşaretli  "), this);
+    m_yazma->setObjectName(QStringLiteral("Command4"));
+    auto *toggles = new QHBoxLayout;
+    toggles->addWidget(m_okuma);
+    toggles->addWidget(m_yazma);
+    toggles->addStretch();
+    auto *right = new QVBoxLayout;
+    right->addWidget(new QLabel(QStringLiteral("Seçilen kullanıcının hakları"), this));
+    right->addWidget(m_vaSpread2, 1);
+    right->addLayout(toggles);
+
+    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
+    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
+    auto *kilit = new QPushButton(QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
+    kilit->setObjectName(QStringLiteral("cmdKilitKaldir"));
+    kilit->setToolTip(QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
+                                     "işlem işaretlerini kaldırır."));
+    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
+    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(kilit);
+    bottom->addStretch();
+    bottom->addWidget(kaydet);
+    bottom->addWidget(cikis);
+
+    auto *columns = new QHBoxLayout;
+    columns->addLayout(left, 2);
+    columns->addLayout(right, 3);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(columns, 1);
+    layout->addLayout(bottom);
+    resize(1000, 560);
+
+    connect(ekle, &QPushButton::clicked, this, &Kullanici_Sifre::Command2_Click);
+    connect(sil, &QPushButton::clicked, this, &Kullanici_Sifre::Command1_Click);
+    connect(m_okuma, &QPushButton::clicked, this, &Kullanici_Sifre::Command3_Click);
+    connect(m_yazma, &QPushButton::clicked, this, &Kullanici_Sifre::Command4_Click);
+    connect(degistir, &QPushButton::clicked, this, &Kullanici_Sifre::Cmd_Ok_Click);
+    connect(kaydet, &QPushButton::clicked, this, [this] { Kaydet(); });
+    connect(kilit, &QPushButton::clicked, this, &Kullanici_Sifre::KilitleriKaldir);
+    connect(cikis, &QPushButton::clicked, this, &QWidget::close);
+    connect(m_vaSpread1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &current) { userChosen(current.row()); });
+    connect(m_vaSpread1, &ui::Grid::cellEdited, this, &Kullanici_Sifre::userEdited);
+    connect(m_vaSpread2, &ui::Grid::cellEdited, this, [this] {
+        if (!m_filling)
+            setDirty(true);
+    });
+    KullaniciYukle();
+}
+
+void Kullanici_Sifre::KullaniciYukle()
+{
+    shell::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
+    if (!users) {
+        shell::HataBildir(users.error());
+        return;
+    }
+    m_users = *users;
+    m_rights.clear();
+    m_shownUser = -1;
+    showUsers();
+    if (!m_users.isEmpty())
+        m_vaSpread1->setCurrentCell(0, KullaniciAdi);
+    setDirty(false);
+}
+
+void Kullanici_Sifre::showUsers()
+{
+    m_filling = true;
+    m_vaSpread1->clearRows();
+    for (const KullaniciSatiri &u : std::as_const(m_users)) {
+        const int row = m_vaSpread1->appendRow();
+        m_vaSpread1->setValue(row, KullaniciAdi, u.ad);
+        // A password is never shown, whatever form it is kept in.
+        const bool has = u.sifreVar || (u.sifreDegisti && !u.yeniSifre.isEmpty());
+        m_vaSpread1->setValue(row, Sifresi, has ? s_mask : QString());
+        m_vaSpread1->setValue(row, Kod, u.kod);
+    }
+    m_filling = false;
+}
+
+QString Kullanici_Sifre::rightsKey(int row) const
+{
+    const KullaniciSatiri &u = m_users.at(row);
+    return u.kod.isEmpty() ? u.ad : u.kod;
+}
+
+void Kullanici_Sifre::keepRights()
+{
+    if (m_shownUser < 0 || m_shownUser >= m_users.size())
+        return;
+    QList<HakSatiri> rows;
+    for (int r = 0; r < m_vaSpread2->rowCount(); ++r) {
+        rows.append(HakSatiri{m_vaSpread2->text(r, HakAraci), m_vaSpread2->text(r, HakAdi),
+                              m_vaSpread2->checked(r, HakOkuma), m_vaSpread2->checked(r, HakYazma)});
+    }
+    m_rights.insert(rightsKey(m_shownUser), rows);
+}
+
+void Kullanici_Sifre::userChosen(int row)
+{
+    if (row == m_shownUser || m_filling)
+        return;
+    keepRights();
+    m_shownUser = row;
+    m_eski->clear();
+    m_yeni1->clear();
+    m_yeni2->clear();
+    if (row < 0 || row >= m_users.size()) {
+        m_vaSpread2->clearRows();
+        return;
+    }
+    QList<HakSatiri> rows;
+    const auto kept = m_rights.constFind(rightsKey(row));
+    if (kept != m_rights.constEnd()) {
+        rows = *kept;
+    } else {
+        shell::Result<QList<HakSatiri>> read = HaklariOku(m_db, m_users[row].kod);
+        if (!read) {
+            shell::HataBildir(read.error());
+            return;
+        }
+        rows = *read;
+    }
+    m_filling = true;
+    m_vaSpread2->clearRows();
+    for (const HakSatiri &h : std::as_const(rows)) {
+        const int r = m_vaSpread2->appendRow();
+        m_vaSpread2->setValue(r, HakAdi, h.caption);
+        m_vaSpread2->setValue(r, HakOkuma, h.okuma);
+        m_vaSpread2->setValue(r, HakYazma, h.yazma);
+        m_vaSpread2->setValue(r, HakAraci, h.tool);
+    }
+    m_filling = false;
+}
+
+void Kullanici_Sifre::userEdited(int row, int column)
+{
+    if (m_filling || column != KullaniciAdi || row < 0 || row >= m_users.size())
+        return;
+    // The rights kept for a user not saved yet follow his name.
+    const QString oldKey = rightsKey(row);
+    m_users[row].ad = m_vaSpread1->text(row, KullaniciAdi);
+    if (m_users[row].kod.isEmpty() && m_rights.contains(oldKey))
+        m_rights.insert(rightsKey(row), m_rights.take(oldKey));
+    setDirty(true);
+}
+
+void Kullanici_Sifre::Command2_Click()
+{
+    // The last row must be whole before another is added.
+    if (!m_users.isEmpty()) {
+        const QString refusal = KayitTus(m_users, int(m_users.size()) - 1);
+        if (!refusal.isEmpty()) {
+            ui::notify(QStringLiteral("Uyarı"), refusal, ui::Icon::Warning, this);
+            m_vaSpread1->setCurrentCell(int(m_users.size()) - 1, KullaniciAdi);
+            return;
+        }
+    }
+    keepRights();
+    m_users.append(KullaniciSatiri{});
+    showUsers();
+    const int row = int(m_users.size()) - 1;
+    m_shownUser = -1;
+    m_vaSpread1->setCurrentCell(row, KullaniciAdi);
+    m_vaSpread1->setFocus();
+    m_vaSpread1->edit(m_vaSpread1->currentIndex());
+    setDirty(true);
+}
+
+void Kullanici_Sifre::Command1_Click()
+{
+    const int row = m_vaSpread1->currentRowIndex();
+    if (row < 0 || row >= m_users.size())
+        return;
+    if (!YazmaYetkisiVar())
+        return;
+    const KullaniciSatiri u = m_users[row];
+    if (!ui::askYesNo(QStringLiteral("Uyarı"),
+                      u.ad + QStringLiteral(" kullanıcısını silmek istiyor musunuz?"), this)) {
+        return;
+    }
+    if (!u.kod.isEmpty()) {
+        if (shell::Status s = KullaniciSil(m_db, u.kod); !s) {
+            shell::HataBildir(s.error());
+            return;
+        }
+    }
+    m_rights.remove(rightsKey(row));
+    m_users.removeAt(row);
+    m_shownUser = -1;
+    showUsers();
+    if (!m_users.isEmpty())
+        m_vaSpread1->setCurrentCell(qMin(row, int(m_users.size()) - 1), KullaniciAdi);
+    else
+        m_vaSpread2->clearRows();
+}
+
+void Kullanici_Sifre::Command3_Click()
+{
+    const bool mark = m_okuma->text().startsWith(QStringLiteral("&Okuma İşaretli"));
+    for (int r = 0; r < m_vaSpread2->rowCount(); ++r)
+        m_vaSpread2->setValue(r, HakOkuma, mark);
+    m_okuma->setText(mark ? QStringLiteral("&Okuma İşaretsiz") : QStringLiteral("&Okuma İşaretli  "));
+    setDirty(true);
+}
+
+void Kullanici_Sifre::Command4_Click()
+{
+    const bool mark = m_yazma->text().startsWith(QStringLiteral("Ya&zma İşaretli"));
+    for (int r = 0; r < m_vaSpread2->rowCount(); ++r)
+        m_vaSpread2->setValue(r, HakYazma, mark);
+    m_yazma->setText(mark ? QStringLiteral("Ya&zma İşaretsiz") : QStringLiteral("Ya&zma İşaretli  "));
+    setDirty(true);
+}
+
+void Kullanici_Sifre::Cmd_Ok_Click()
+{
+    const int row = m_vaSpread1->currentRowIndex();
+    if (row < 0 || row >= m_users.size())
+        return;
+    KullaniciSatiri &u = m_users[row];
+    // The old password is the one the cell stands for: the new one given in this sitting, or
+    // the stored one.
+    const bool oldMatches = u.sifreDegisti ? m_eski->text() == u.yeniSifre
+                                           : (u.kod.isEmpty() ? m_eski->text().isEmpty()
+                                                              : SifreDogru(m_db, u.kod, m_eski->text()));
+    if (!oldMatches || m_yeni1->text().isEmpty() || m_yeni1->text() != m_yeni2->text()) {
+        ui::notify(QStringLiteral("Uyarı"), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."),
+                   ui::Icon::Warning, this);
+        m_eski->clear();
+        m_yeni1->clear();
+        m_yeni2->clear();
+        m_eski->setFocus();
+        return;
+    }
+    u.yeniSifre = m_yeni1->text();
+    u.sifreDegisti = true;
+    m_vaSpread1->setValue(row, Sifresi, s_mask);
+    m_eski->clear();
+    m_yeni1->clear();
+    m_yeni2->clear();
+    setDirty(true);
+}
+
+bool Kullanici_Sifre::Kaydet()
+{
+    if (!YazmaYetkisiVar())
+        return false;
+    keepRights();
+    for (int row = 0; row < m_users.size(); ++row) {
+        const QString refusal = KayitTus(m_users, row);
+        if (!refusal.isEmpty()) {
+            ui::notify(QStringLiteral("Uyarı"), refusal, ui::Icon::Warning, this);
+            m_vaSpread1->setCurrentCell(row, KullaniciAdi);
+            return false;
+        }
+    }
+    if (shell::Status s = KullanicilariKaydet(m_db, m_users, m_rights); !s) {
+        shell::HataBildir(s.error());
+        return false;
+    }
+    const QString chosen = m_vaSpread1->currentRowIndex() >= 0 ? m_users[m_vaSpread1->currentRowIndex()].ad : QString();
+    KullaniciYukle();
+    for (int row = 0; row < m_users.size(); ++row) {
+        if (m_users[row].ad == chosen)
+            m_vaSpread1->setCurrentCell(row, KullaniciAdi);
+    }
+    return true;
+}
+
+void Kullanici_Sifre::KilitleriKaldir()
+{
+    if (!YazmaYetkisiVar())
+        return;
+    if (!ui::askYesNo(QStringLiteral("Uyarı"),
+                      QStringLiteral("Öğrenciler üzerindeki bütün işlem işaretleri kaldırılacak. Başka "
+                                     "bir iş istasyonunda açık öğrenci olmadığından emin misiniz?"),
+                      this)) {
+        return;
+    }
+    if (shell::Status s = OgrenciKilitBirak(m_db, true); !s) {
+        shell::HataBildir(s.error());
+        return;
+    }
+    ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Öğrenciler üzerindeki işlem işaretleri kaldırıldı."),
+               ui::Icon::Information, this);
+}
+
+// ---- FrmProgramaGirisSifresiDegistirme -----------------------------------------------------
+
+FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Database &db, QWidget *parent)
+    : ui::Screen(QStringLiteral("FrmProgramaGirisSifresiDegistirme"),
+                 QStringLiteral("Programa Giriş Şifresi Değiştirme"), parent)
+    , m_db(db)
+{
+    m_list = new QListWidget(this);
+    m_list->setObjectName(QStringLiteral("ListUsername"));
+    m_ad = new QLineEdit(this);
+    m_ad->setObjectName(QStringLiteral("txtUsername"));
+    m_ad->setMaxLength(50);
+    m_sifre = passwordBox(QStringLiteral("txtPassword"), this);
+    m_sifre2 = passwordBox(QStringLiteral("txtPassword2"), this);
+    auto *form = new QFormLayout;
+    form->addRow(QStringLiteral("Kullanıcı Adı :"), m_ad);
+    form->addRow(QStringLiteral("Yeni Şifre :"), m_sifre);
+    form->addRow(QStringLiteral("Yeni Şifre (Tekrar) :"), m_sifre2);
+    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
+    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
+    auto *sil = new QPushButton(QStringLiteral("&Sil"), this);
+    sil->setObjectName(QStringLiteral("cmdSil"));
+    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(sil);
+    buttons->addStretch();
+    buttons->addWidget(kaydet);
+    buttons->addWidget(cikis);
+    auto *side = new QVBoxLayout;
+    side->addLayout(form);
+    side->addWidget(new QLabel(QStringLiteral("Kayıtlı şifreler gösterilmez; yeni şifreyi iki kez "
+                                              "yazarak verebilirsiniz."),
+                               this));
+    side->addStretch();
+    auto *top = new QHBoxLayout;
+    top->addWidget(m_list, 1);
+    top->addLayout(side, 2);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addLayout(buttons);
+    resize(620, 340);
+    ui::moveWithEnter(this);
+    connect(m_list, &QListWidget::currentTextChanged, this, [this](const QString &name) {
+        m_ad->setText(name);
+        m_sifre->clear();
+        m_sifre2->clear();
+    });
+    connect(kaydet, &QPushButton::clicked, this, &FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click);
+    connect(sil, &QPushButton::clicked, this, &FrmProgramaGirisSifresiDegistirme::CmdSil_Click);
+    connect(cikis, &QPushButton::clicked, this, &QWidget::close);
+    KullaniciAdiYukle();
+}
+
+void FrmProgramaGirisSifresiDegistirme::KullaniciAdiYukle()
+{
+    shell::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
+    if (!users) {
+        shell::HataBildir(users.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:KullaniciAdiYukle")));
+        return;
+    }
+    m_list->clear();
+    for (const KullaniciSatiri &u : std::as_const(*users))
+        m_list->addItem(u.ad);
+    if (users->isEmpty()) {
+        ui::notify(QStringLiteral("UYARI"),
+                   QStringLiteral("Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı "
+                                  "tanımlayınız."),
+                   ui::Icon::Warning, this);
+    }
+}
+
+void FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click()
+{
+    const QString ad = m_ad->text();
+    if (ad.trimmed().isEmpty())
+        return;
+    if (!YazmaYetkisiVar())
+        return;
+    if (m_sifre->text() != m_sifre2->text()) {
+        ui::notify(QStringLiteral("Uyarı"), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."),
+                   ui::Icon::Warning, this);
+        return;
+    }
+    if (shell::Status s = KullaniciKaydet(m_db, ad, m_sifre->text()); !s) {
+        shell::HataBildir(s.error());
+        return;
+    }
+    m_sifre->clear();
+    m_sifre2->clear();
+    KullaniciAdiYukle();
+}
+
+void FrmProgramaGirisSifresiDegistirme::CmdSil_Click()
+{
+    const QString ad = m_ad->text();
+    if (ad.trimmed().isEmpty() || !YazmaYetkisiVar())
+        return;
+    const shell::Result<QString> kod = Sifrele(ad);
+    if (shell::Status s = KullaniciSil(m_db, kod.value_or(QString())); !s) {
+        shell::HataBildir(s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
+        return;
+    }
+    m_ad->clear();
+    KullaniciAdiYukle();
+}
+
+} // namespace users

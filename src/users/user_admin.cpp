@@ -1,0 +1,193 @@
+#include "users/user_admin.h"
+
+#include "shell/command_table.h"
+#include "shell/turkish_text.h"
+#include "store/database.h"
+#include "users/passwords.h"
+
+#include <QCollator>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace users {
+
+namespace {
+
+const QString s_label = QStringLiteral("Kullanici_Sifre:KullaniciYukle");
+
+// A stored name in clear. Names scrambled on the weaker provider of some old machines read as
+// control characters through the stronger one; they are read through the weaker then.
+QString readName(const QString &kod)
+{
+    const QString enhanced = SifreCoz(kod, Provider::Enhanced).value_or(QString());
+    const bool clean = std::none_of(enhanced.begin(), enhanced.end(),
+                                    [](QChar c) { return c.unicode() < 0x20; });
+    if (clean)
+        return enhanced;
+    return SifreCoz(kod, Provider::Base).value_or(enhanced);
+}
+
+} // namespace
+
+shell::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
+{
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), s_label};
+    store::Query q(db, QStringLiteral("SELECT Username, Password FROM Sifre"));
+    if (!q.exec())
+        return q.error(s_label);
+    QList<KullaniciSatiri> rows;
+    while (q.next()) {
+        KullaniciSatiri r;
+        r.kod = q.value(0).toString().trimmed();
+        r.ad = readName(r.kod);
+        r.sifreVar = !q.value(1).toString().isEmpty();
+        rows.append(r);
+    }
+    QCollator turkish(QLocale(QLocale::Turkish));
+    std::sort(rows.begin(), rows.end(), [&turkish](const KullaniciSatiri &a, const KullaniciSatiri &b) {
+        return turkish.compare(a.ad, b.ad) < 0;
+    });
+    return rows;
+}
+
+shell::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &kod)
+{
+    const QString label = QStringLiteral("Kullanici_Sifre:HakYukle");
+    QHash<QString, QPair<bool, bool>> marks;
+    if (!kod.isEmpty()) {
+        store::Query q(db, QStringLiteral("SELECT Kullanici_Program, Haklar_Okuma, Haklar_Yazma FROM "
+                                          "Haklar WHERE Kullanici_Adi = ?"));
+        q.bind(kod);
+        if (!q.exec())
+            return q.error(label);
+        while (q.next())
+            marks.insert(q.text(0), qMakePair(q.integer(1) != 0, q.integer(2) != 0));
+    }
+    QList<HakSatiri> rows;
+    for (const shell::Komut &k : shell::KomutTablosu()) {
+        if (k.tool == QLatin1String("popCikis") || k.tool == QLatin1String("btnCikis"))
+            continue;
+        const QPair<bool, bool> m = marks.value(k.tool);
+        rows.append(HakSatiri{k.tool, k.caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri (Araç Çubuğu)") : k.caption,
+                              m.first, m.second});
+    }
+    return rows;
+}
+
+bool SifreDogru(store::Database &db, const QString &kod, const QString &sifre)
+{
+    store::Query q(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"));
+    q.bind(kod);
+    if (!q.exec() || !q.next())
+        return sifre.isEmpty();
+    const QString stored = q.value(0).toString();
+    if (stored.isEmpty())
+        return sifre.isEmpty();
+    if (SifreOzetiMi(stored))
+        return SifreOzetiDogrula(stored, sifre);
+    for (Provider p : {Provider::Enhanced, Provider::Base}) {
+        if (Sifrele(sifre, p).value_or(QString()).compare(stored.trimmed(), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir)
+{
+    const KullaniciSatiri &r = satirlar.at(satir);
+    if (r.ad.trimmed().isEmpty())
+        return QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!");
+    for (int i = 0; i < satirlar.size(); ++i) {
+        if (i != satir && satirlar[i].ad == r.ad)
+            return QStringLiteral("Bu Kullanıcı Daha Önce Tanımlanmıştı!");
+    }
+    if (!r.sifreVar && !(r.sifreDegisti && !r.yeniSifre.isEmpty()))
+        return QStringLiteral("Geçerli Bir Kullanıcı Şifresi Tanımlanmamış!");
+    return QString();
+}
+
+shell::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
+                                  const QHash<QString, QList<HakSatiri>> &haklar)
+{
+    const QString label = QStringLiteral("Kullanici_Sifre:Kaydet");
+    if (!store::DatabaseAc(db, store::Store::Global, false, false))
+        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    for (const KullaniciSatiri &r : satirlar) {
+        const QString kod = Sifrele(r.ad).value_or(QString());
+        if (kod.isEmpty())
+            continue;
+        // A renamed user keeps his row; his rights follow the new name.
+        const QString old = r.kod.isEmpty() ? kod : r.kod;
+        store::Query exists(db, QStringLiteral("SELECT count(*) FROM Sifre WHERE Username = ?"));
+        exists.bind(old);
+        if (!exists.exec() || !exists.next())
+            return exists.error(label);
+        const bool present = exists.integer(0) > 0;
+        exists.finish();
+        if (present) {
+            store::Query update(db, r.sifreDegisti
+                                        ? QStringLiteral("UPDATE Sifre SET Username = ?, Password = ? WHERE Username = ?")
+                                        : QStringLiteral("UPDATE Sifre SET Username = ? WHERE Username = ?"));
+            update.bind(kod);
+            if (r.sifreDegisti)
+                update.bind(SifreOzeti(r.yeniSifre));
+            update.bind(old);
+            if (!update.exec())
+                return update.error(label);
+            if (old != kod) {
+                store::Query rights(db, QStringLiteral("UPDATE Haklar SET Kullanici_Adi = ? WHERE Kullanici_Adi = ?"));
+                rights.bind(kod).bind(old);
+                if (!rights.exec())
+                    return rights.error(label);
+            }
+        } else {
+            store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
+            insert.bind(kod).bind(SifreOzeti(r.yeniSifre));
+            if (!insert.exec())
+                return insert.error(label);
+        }
+        const auto it = haklar.constFind(r.kod.isEmpty() ? r.ad : r.kod);
+        if (it == haklar.constEnd())
+            continue;
+        store::Query clear(db, QStringLiteral("DELETE FROM Haklar WHERE Kullanici_Adi = ?"));
+        clear.bind(kod);
+        if (!clear.exec())
+            return clear.error(label);
+        for (const HakSatiri &h : *it) {
+            store::Query add(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
+                                                "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
+                                                "VALUES (?, ?, ?, ?, ?)"));
+            add.bind(kod).bind(h.okuma).bind(h.yazma).bind(h.caption.left(60)).bind(h.tool.left(60));
+            if (!add.exec())
+                return add.error(label);
+        }
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+shell::Status KullaniciSil(store::Database &db, const QString &kod)
+{
+    const QString label = QStringLiteral("Kullanici_Sifre:Command1_Click");
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    for (const QString &sqlText : {QStringLiteral("DELETE FROM Sifre WHERE Username = ?"),
+                                   QStringLiteral("DELETE FROM Haklar WHERE Kullanici_Adi = ?")}) {
+        store::Query q(db, sqlText);
+        q.bind(kod);
+        if (!q.exec())
+            return q.error(label);
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+} // namespace users
