@@ -41,6 +41,8 @@ public:
     void CariAySec(int yyyymm);
     bool SabitBilgiKontrol();
     void BaslikGuncelle();
+    // The background's explanatory labels, hidden when mnuShow.ini says "FALSE".
+    void MenuAciklamaOku();
 
     FrmBackGround *background() const { return m_background; }
     QComboBox *cariAyCombo() const { return m_cmbCariAy; }
@@ -56,7 +58,6 @@ protected:
 
 private:
     void buildBands();
-    void MenuAciklamaOku();
     void yedekHatirlat();
     void openScreen(const QString &tool, const QString &screen);
     int childScreenCount() const;

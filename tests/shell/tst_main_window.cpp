@@ -1,4 +1,5 @@
 #include "gui_support.h"
+#include "office.h"
 #include "test_support.h"
 
 #include "maintenance/working_years.h"
@@ -57,6 +58,7 @@ private slots:
     void aNewOfficeStartsUp();
     void everyCommandOpensItsScreenOrSaysItIsNotReady();
     void rightsCloseCommandsOnceAnyRightExists();
+    void explanationsFollowTheirSetting();
 };
 
 void tst_MainWindow::aNewOfficeStartsUp()
@@ -168,33 +170,13 @@ void tst_MainWindow::aNewOfficeStartsUp()
     store::setDefaultDatabase(nullptr);
 }
 
-namespace {
-
-// A store with one user, one year and the school's row, opened as the program would.
-void prepareOffice(store::Database &db)
-{
-    QVERIFY(users::KullaniciKaydet(db, QStringLiteral("muhasebe"), QStringLiteral("1")).ok());
-    shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
-    QVERIFY(id);
-    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("Deneme")}, 0);
-    QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
-    store::SonAlanlariEkle(db);
-    OkulBilgisi okul = YeniOkulBilgisi(QDate(2025, 10, 1));
-    okul.OkulAdi = QStringLiteral("Deneme Okulu");
-    const Status saved = OkulbilgisiKaydet(db, okul);
-    QVERIFY2(saved.ok(), qPrintable(saved.error().text));
-    QVERIFY(SabitBilgileriOku(db));
-    durum().AktifKullanici = QStringLiteral("muhasebe");
-}
-
-} // namespace
 
 void tst_MainWindow::everyCommandOpensItsScreenOrSaysItIsNotReady()
 {
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
     MDIAidat w(db);
     w.MenuDurumAyarla(true);
     testing::MessageRecorder messages;
@@ -231,7 +213,7 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
     // Another user may read the school's settings and nothing else.
     const QString other = *users::Sifrele(QStringLiteral("sekreter"));
     store::Query q(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
@@ -262,6 +244,21 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(), QStringLiteral("Deneme Okulu"));
     static_cast<ui::Screen *>(sub->widget())->setDirty(false);
     w.mdiArea()->closeAllSubWindows();
+    store::setDefaultDatabase(nullptr);
+}
+
+void tst_MainWindow::explanationsFollowTheirSetting()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    store::setDefaultDatabase(&s.db());
+    MDIAidat w(s.db());
+    w.MenuAciklamaOku();
+    QVERIFY(w.background()->aciklamalarGorunur());
+    INIAyar(s.db(), QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
+            QStringLiteral("AÇIKLAMALAR"), QStringLiteral("FALSE"));
+    MDIAidat again(s.db());
+    again.MenuAciklamaOku();
+    QVERIFY(!again.background()->aciklamalarGorunur());
     store::setDefaultDatabase(nullptr);
 }
 

@@ -1,4 +1,5 @@
 #include "gui_support.h"
+#include "office.h"
 #include "test_support.h"
 
 #include "maintenance/working_years.h"
@@ -37,19 +38,6 @@ QVariant scalar(store::Database &db, const QString &sqlText, const QVariant &bou
     return q.value(0);
 }
 
-void prepareOffice(store::Database &db)
-{
-    QVERIFY(users::KullaniciKaydet(db, QStringLiteral("Müdür"), QStringLiteral("1")).ok());
-    const shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
-    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("Deneme")}, 0);
-    QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
-    store::SonAlanlariEkle(db);
-    shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 10, 1));
-    okul.OkulAdi = QStringLiteral("Deneme Okulu");
-    QVERIFY(shell::OkulbilgisiKaydet(db, okul).ok());
-    QVERIFY(shell::SabitBilgileriOku(db));
-}
-
 int rowOf(ui::Grid *grid, int column, const QString &text)
 {
     for (int r = 0; r < grid->rowCount(); ++r) {
@@ -80,7 +68,7 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    QVERIFY(testing::openOffice(db));
     shell::durum().AktifKullanici = QStringLiteral("Müdür");
     testing::MessageRecorder messages;
     shell::MDIAidat w(db);
@@ -176,7 +164,7 @@ void tst_UsersScreen::passwordMaintenanceScreen()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    QVERIFY(testing::openOffice(db));
     QVERIFY(users::KullaniciSil(db, *users::Sifrele(QStringLiteral("Müdür"))).ok());
     testing::MessageRecorder messages;
     shell::MDIAidat w(db);

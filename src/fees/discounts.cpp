@@ -1,0 +1,138 @@
+#include "fees/discounts.h"
+
+#include "fees/store_steps.h"
+#include "store/database.h"
+#include "users/rights.h"
+
+namespace fees {
+
+namespace {
+
+const QString s_kaydetEtiketi = QStringLiteral("FrmAidatTanimlama:IskontoKaydet");
+const QString s_silEtiketi = QStringLiteral("FrmAidatTanimlama:IskontoSil");
+const QString s_okuEtiketi = QStringLiteral("FrmAidatTanimlama:IskontoGoster");
+
+} // namespace
+
+shell::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
+{
+    if (shell::Status s = calismaAc(db, s_okuEtiketi); !s) {
+        return s.error();
+    }
+    store::Query q(db, QStringLiteral("SELECT ID, IskontoAciklama, IskontoOrani, IskontoTipi, "
+                                      "IskontoKalanTutardan, IskontoSirasi FROM IskontoTanim "
+                                      "ORDER BY IskontoSirasi, ID"));
+    if (!q.exec()) {
+        return q.error(s_okuEtiketi);
+    }
+    QList<IskontoTanimi> liste;
+    while (q.next()) {
+        IskontoTanimi t;
+        t.id = q.integer(0);
+        t.aciklama = q.text(1);
+        t.deger = Para::fromDouble(q.value(2).toDouble());
+        t.tipi = q.integer(3) == Tutar ? Tutar : Oran;
+        t.kalanTutardan = q.integer(4) == KalanTutardan ? KalanTutardan : EsasTutardan;
+        t.sira = int(q.integer(5));
+        liste.append(t);
+    }
+    return liste;
+}
+
+shell::Result<bool> IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &liste)
+{
+    if (!users::YazmaYetkisiVar()) {
+        return false;
+    }
+    if (shell::Status s = calismaAc(db, s_kaydetEtiketi); !s) {
+        return s.error();
+    }
+    QList<IskontoTanimi> yazilan = liste;
+    store::Transaction tx(db);
+    if (!tx) {
+        return etiketle(tx.error(), s_kaydetEtiketi);
+    }
+    int sira = 0;
+    for (IskontoTanimi &t : yazilan) {
+        t.aciklama = t.aciklama.trimmed().left(30);
+        if (t.id == 0 && t.aciklama.isEmpty()) {
+            continue;
+        }
+        t.sira = ++sira;
+        bool varMi = false;
+        if (t.id != 0) {
+            store::Query bak(db, QStringLiteral("SELECT ID FROM IskontoTanim WHERE ID = ?"));
+            bak.bind(t.id);
+            if (!bak.exec()) {
+                return geriAl(tx, bak, s_kaydetEtiketi);
+            }
+            varMi = bak.next();
+        }
+        if (varMi) {
+            store::Query q(db, QStringLiteral("UPDATE IskontoTanim SET IskontoAciklama = ?, "
+                                              "IskontoOrani = ?, IskontoTipi = ?, "
+                                              "IskontoKalanTutardan = ?, IskontoSirasi = ? "
+                                              "WHERE ID = ?"));
+            q.bind(t.aciklama)
+                .bind(t.deger.toDouble())
+                .bind(t.tipi)
+                .bind(t.kalanTutardan)
+                .bind(t.sira)
+                .bind(t.id);
+            if (!q.exec()) {
+                return geriAl(tx, q, s_kaydetEtiketi);
+            }
+            continue;
+        }
+        // A row deleted meanwhile on another workstation comes back as a new one.
+        store::Query q(db,
+                       QStringLiteral("INSERT INTO IskontoTanim (IskontoAciklama, IskontoOrani, "
+                                      "IskontoTipi, IskontoKalanTutardan, IskontoSirasi) "
+                                      "VALUES (?, ?, ?, ?, ?) RETURNING ID"));
+        q.bind(t.aciklama).bind(t.deger.toDouble()).bind(t.tipi).bind(t.kalanTutardan).bind(t.sira);
+        if (!q.exec() || !q.next()) {
+            return geriAl(tx, q, s_kaydetEtiketi);
+        }
+        t.id = q.integer(0);
+    }
+    if (!tx.commit()) {
+        return etiketle(tx.error(), s_kaydetEtiketi);
+    }
+    liste = yazilan;
+    return true;
+}
+
+shell::Result<bool> IskontoTanimiSil(store::Database &db, qint64 id)
+{
+    if (!users::YazmaYetkisiVar()) {
+        return false;
+    }
+    if (shell::Status s = calismaAc(db, s_silEtiketi); !s) {
+        return s.error();
+    }
+    store::Query q(db, QStringLiteral("DELETE FROM IskontoTanim WHERE ID = ?"));
+    q.bind(id);
+    if (!q.exec()) {
+        return q.error(s_silEtiketi);
+    }
+    return true;
+}
+
+shell::Result<Para> GenelIskontoOrani(store::Database &db)
+{
+    const QString etiket = QStringLiteral("FrmAidatTanimlama:TaksitPlanla");
+    if (shell::Status s = calismaAc(db, etiket); !s) {
+        return s.error();
+    }
+    store::Query q(db, QStringLiteral("SELECT IskontoOrani, IskontoTipi FROM IskontoTanim "
+                                      "ORDER BY ID LIMIT 1"));
+    if (!q.exec()) {
+        return q.error(etiket);
+    }
+    if (!q.next() || q.integer(1) == Tutar) {
+        return Para();
+    }
+    return Para::fromDouble(q.value(0).toDouble());
+}
+
+} // namespace fees

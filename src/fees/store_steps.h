@@ -1,0 +1,26 @@
+#pragma once
+
+#include "shell/result.h"
+
+#include <QString>
+
+namespace store {
+class Database;
+class Query;
+class Transaction;
+} // namespace store
+
+// Small steps that the fee subsystem's data functions share.
+namespace fees {
+
+// Opens the working year's store at the head of an operation; the error carries the label.
+shell::Status calismaAc(store::Database &db, const QString &etiket);
+
+// A failed step inside a transaction: its error is taken, then the transaction is rolled back
+// at once, so that the statements still open are freed outside an aborted transaction.
+shell::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket);
+
+// An error of the transaction machinery, told under the operation's own label.
+shell::Error etiketle(shell::Error hata, const QString &etiket);
+
+} // namespace fees

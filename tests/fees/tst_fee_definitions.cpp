@@ -1,0 +1,305 @@
+#include "fees_support.h"
+
+#include "fees/definitions.h"
+#include "fees/discounts.h"
+#include "shell/settings.h"
+#include "shell/turkish_text.h"
+#include "store/database.h"
+
+#include <QTest>
+
+using fees::AidatTanimi;
+using fees::IskontoTanimi;
+using fees::TaksitSatiri;
+using shell::Para;
+
+namespace {
+
+Para para(const char *c)
+{
+    return Para::fromDecimalString(QString::fromLatin1(c)).value();
+}
+
+QVariant scalar(store::Database &db, const QString &sqlText)
+{
+    store::Query q(db, sqlText);
+    if (!q.exec() || !q.next()) {
+        return QVariant();
+    }
+    return q.value(0);
+}
+
+qint64 count(store::Database &db, const QString &sqlText)
+{
+    return scalar(db, sqlText).toLongLong();
+}
+
+AidatTanimi ogrenimUcreti()
+{
+    AidatTanimi t;
+    t.aidatTanim = QStringLiteral("  Öğrenim Ücreti 'A' Şubesi ");
+    t.aidatTuru = 0;
+    t.toplam = para("125000.5");
+    t.pesinat = para("25000.5");
+    t.birimFiyati = para("125000.5");
+    t.birimAdeti = 1;
+    t.kdvOrani = para("10");
+    t.taksitSayisi = 10;
+    t.odemeBasTarihi = QDate(2025, 8, 31);
+    for (int i = 0; i < 10; ++i) {
+        t.taksitler.append(TaksitSatiri{shell::AyEkle(t.odemeBasTarihi, i), para("10000")});
+    }
+    return t;
+}
+
+void addAccount(store::Database &db, qint64 ogrenci, qint64 aidatId)
+{
+    store::Query q(db,
+                   QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, "
+                                  "AidatID, AidatTanim) VALUES (?, 1, ?, ?, ?, ?)"));
+    q.bind(ogrenci).bind(para("1000")).bind(para("1000")).bind(aidatId).bind("Öğrenim");
+    QVERIFY(q.exec());
+}
+
+} // namespace
+
+class tst_FeeDefinitions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { shell::durum() = shell::CalismaDurumu(); }
+    void aDefinitionComesBackAsSaved_data() { testing::addEngineRows(); }
+    void aDefinitionComesBackAsSaved();
+    void aFailedSaveWritesNothing_data() { testing::addEngineRows(); }
+    void aFailedSaveWritesNothing();
+    void aDefinitionInUseIsNotDeleted_data() { testing::addEngineRows(); }
+    void aDefinitionInUseIsNotDeleted();
+    void withoutTheWriteRightNothingIsWritten();
+    void discountsKeepTheirListOrder_data() { testing::addEngineRows(); }
+    void discountsKeepTheirListOrder();
+    void theGeneralRateIsTheLowestIdRow_data() { testing::addEngineRows(); }
+    void theGeneralRateIsTheLowestIdRow();
+};
+
+void tst_FeeDefinitions::aDefinitionComesBackAsSaved()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    AidatTanimi t = ogrenimUcreti();
+    t.taksitler[3].odemeTarihi = QDate(); // a cell that holds no date
+    shell::Result<fees::KayitSonucu> saved = fees::AidatTaksitDetayKaydet(db, t);
+    QVERIFY2(saved.ok(), qPrintable(saved.error().text));
+    QVERIFY(saved->yazildi);
+    QVERIFY(saved->kayitId > 0);
+
+    shell::Result<std::optional<AidatTanimi>> read
+        = fees::AidatTaksitDetayGoster(db, saved->kayitId);
+    QVERIFY(read.ok());
+    QVERIFY(read->has_value());
+    const AidatTanimi &r = **read;
+    QCOMPARE(r.aidatTanim, QStringLiteral("Öğrenim Ücreti 'A' Şubesi"));
+    QCOMPARE(r.toplam, t.toplam);
+    QCOMPARE(r.pesinat, t.pesinat);
+    QCOMPARE(r.birimFiyati, t.birimFiyati);
+    QCOMPARE(r.birimAdeti, qint64(1));
+    QCOMPARE(r.kdvOrani, para("10"));
+    QCOMPARE(r.taksitSayisi, 10);
+    QCOMPARE(r.odemeBasTarihi, QDate(2025, 8, 31));
+    QCOMPARE(r.ytlCevrim, 1);
+    QCOMPARE(r.taksitler, t.taksitler);
+    // The row without a date is kept as the zero date, in its place.
+    store::Query zero(
+        db, QStringLiteral("SELECT OdemeTarihi FROM AidatDetay WHERE KayitID = ? AND Sira = 4"));
+    zero.bind(saved->kayitId);
+    QVERIFY(zero.exec() && zero.next());
+    QVERIFY(shell::SifirTarihMi(zero.dateTime(0)));
+    QCOMPARE(count(db, QStringLiteral("SELECT MIN(Sira) FROM AidatDetay")), 1);
+    QCOMPARE(count(db, QStringLiteral("SELECT MAX(Sira) FROM AidatDetay")), 10);
+
+    // A second save keeps the key and replaces the rows.
+    AidatTanimi again = r;
+    again.aidatTanim = QStringLiteral("Öğrenim Ücreti");
+    again.taksitler = {TaksitSatiri{QDate(2025, 9, 1), para("50000")},
+                       TaksitSatiri{QDate(2025, 10, 1), para("50000")}};
+    saved = fees::AidatTaksitDetayKaydet(db, again);
+    QVERIFY(saved.ok());
+    QCOMPARE(saved->kayitId, r.kayitId);
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 1);
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatDetay")), 2);
+    shell::Result<QList<fees::AidatListeSatiri>> list = fees::AidatTaksitGoster(db);
+    QVERIFY(list.ok());
+    QCOMPARE(list->size(), 1);
+    QCOMPARE(list->first().aidatTanim, QStringLiteral("Öğrenim Ücreti"));
+    QCOMPARE(list->first().toplam, t.toplam);
+}
+
+void tst_FeeDefinitions::aFailedSaveWritesNothing()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    shell::Result<fees::KayitSonucu> first = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti());
+    QVERIFY(first.ok());
+    // The installment rows cannot be written: neither the header nor a new row may stay.
+    QVERIFY(db.exec(QStringLiteral("DROP TABLE AidatDetay")).ok());
+    AidatTanimi changed = ogrenimUcreti();
+    changed.kayitId = first->kayitId;
+    changed.aidatTanim = QStringLiteral("Değişti");
+    changed.toplam = para("1");
+    shell::Result<fees::KayitSonucu> failed = fees::AidatTaksitDetayKaydet(db, changed);
+    QVERIFY(!failed.ok());
+    QCOMPARE(failed.error().label, QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayKaydet"));
+    AidatTanimi fresh = ogrenimUcreti();
+    fresh.aidatTanim = QStringLiteral("Yemek");
+    QVERIFY(!fees::AidatTaksitDetayKaydet(db, fresh).ok());
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 1);
+    QCOMPARE(scalar(db, QStringLiteral("SELECT AidatTanim FROM AidatTanim")).toString(),
+             QStringLiteral("Öğrenim Ücreti 'A' Şubesi"));
+}
+
+void tst_FeeDefinitions::aDefinitionInUseIsNotDeleted()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    testing::MessageRecorder messages;
+    const qint64 used = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti())->kayitId;
+    AidatTanimi other = ogrenimUcreti();
+    other.aidatTanim = QStringLiteral("Servis");
+    const qint64 free = fees::AidatTaksitDetayKaydet(db, other)->kayitId;
+    addAccount(db, 7, used);
+
+    shell::Result<fees::SilmeSonucu> r = fees::TaksitAidatSil(db, used, QStringLiteral("Öğrenim"));
+    QVERIFY(r.ok());
+    QCOMPARE(*r, fees::SilmeSonucu::Kullaniliyor);
+    QCOMPARE(messages.titles(), QStringList{QStringLiteral("AİDAT KULLANILIYOR")});
+    QCOMPARE(messages.texts(),
+             QStringList{
+                 QStringLiteral("Öğrenim Aidat/Taksit tanımlaması kullanıldığı için silinemedi!")});
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 2);
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatDetay")), 20);
+
+    // A definition in use can still be changed; the account keeps its own rows.
+    AidatTanimi changed = ogrenimUcreti();
+    changed.kayitId = used;
+    changed.toplam = para("1");
+    QVERIFY(fees::AidatTaksitDetayKaydet(db, changed).ok());
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM OgrenciAidatTanim WHERE AidatID = %1")
+                           .arg(used)),
+             1);
+
+    messages.clear();
+    r = fees::TaksitAidatSil(db, free, other.aidatTanim);
+    QVERIFY(r.ok());
+    QCOMPARE(*r, fees::SilmeSonucu::Silindi);
+    QVERIFY(messages.texts().isEmpty());
+    QCOMPARE(
+        count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim WHERE KayitID = %1").arg(free)),
+        0);
+    QCOMPARE(
+        count(db, QStringLiteral("SELECT COUNT(*) FROM AidatDetay WHERE KayitID = %1").arg(free)),
+        0);
+    QCOMPARE(
+        count(db, QStringLiteral("SELECT COUNT(*) FROM AidatDetay WHERE KayitID = %1").arg(used)),
+        10);
+}
+
+void tst_FeeDefinitions::withoutTheWriteRightNothingIsWritten()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    const qint64 key = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti())->kayitId;
+    testing::MessageRecorder messages;
+    shell::durum().HakYazma = false;
+
+    shell::Result<fees::KayitSonucu> saved = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti());
+    QVERIFY(saved.ok());
+    QVERIFY(!saved->yazildi);
+    shell::Result<fees::SilmeSonucu> deleted = fees::TaksitAidatSil(db, key, QStringLiteral("x"));
+    QCOMPARE(*deleted, fees::SilmeSonucu::YetkiYok);
+    QList<IskontoTanimi> list = {IskontoTanimi{0, QStringLiteral("Kardeş"), para("10")}};
+    QCOMPARE(*fees::IskontoTanimlariKaydet(db, list), false);
+    QCOMPARE(*fees::IskontoTanimiSil(db, 1), false);
+    QCOMPARE(messages.texts().size(), 4);
+    QCOMPARE(
+        messages.texts().first(),
+        QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz"));
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 1);
+    QCOMPARE(count(db, QStringLiteral(
+                           "SELECT COUNT(*) FROM IskontoTanim WHERE IskontoAciklama = 'Kardeş'")),
+             0);
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM IskontoTanim WHERE ID = 1")), 1);
+}
+
+void tst_FeeDefinitions::discountsKeepTheirListOrder()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    testing::MessageRecorder messages;
+    // A new year starts with the free discount, computed last.
+    shell::Result<QList<IskontoTanimi>> read = fees::IskontoTanimlariOku(db);
+    QVERIFY(read.ok());
+    QCOMPARE(read->size(), 1);
+    QCOMPARE(read->first().aciklama, QStringLiteral("Serbest İndirim"));
+    QCOMPARE(read->first().tipi, int(fees::Tutar));
+    QCOMPARE(read->first().kalanTutardan, int(fees::KalanTutardan));
+
+    QList<IskontoTanimi> list = {
+        IskontoTanimi{0, QStringLiteral("Kardeş İndirimi"), para("12.5"), fees::EsasTutardan,
+                      fees::Oran},
+        IskontoTanimi{0, QStringLiteral("Personel"), para("750.25"), fees::KalanTutardan,
+                      fees::Tutar},
+        IskontoTanimi{0, QStringLiteral("  "), para("5")}, // a new row left empty
+        read->first(),
+    };
+    QVERIFY(fees::IskontoTanimlariKaydet(db, list).value());
+    QVERIFY(list[0].id > 0 && list[1].id > 0);
+    QCOMPARE(list[2].id, 0);
+    read = fees::IskontoTanimlariOku(db);
+    QStringList names;
+    for (const IskontoTanimi &t : *read) {
+        names << QStringLiteral("%1:%2:%3").arg(t.sira).arg(t.aciklama, t.deger.toDecimalString());
+    }
+    QCOMPARE(names,
+             (QStringList{"1:Kardeş İndirimi:12.5", "2:Personel:750.25", "3:Serbest İndirim:0"}));
+    QCOMPARE(read->at(1).tipi, int(fees::Tutar));
+    QVERIFY(fees::IskontoTanimiSil(db, list[0].id).value());
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM IskontoTanim")), 2);
+    QVERIFY(messages.texts().isEmpty());
+}
+
+void tst_FeeDefinitions::theGeneralRateIsTheLowestIdRow()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    // The free discount of a new year stands first and holds an amount: no general rate.
+    QCOMPARE(fees::GenelIskontoOrani(db).value(), Para());
+    QVERIFY(db.exec(QStringLiteral("DELETE FROM IskontoTanim")).ok());
+    QCOMPARE(fees::GenelIskontoOrani(db).value(), Para());
+
+    QList<IskontoTanimi> list = {
+        IskontoTanimi{0, QStringLiteral("Genel"), para("7.5")},
+        IskontoTanimi{0, QStringLiteral("Kardeş"), para("20")},
+    };
+    QVERIFY(fees::IskontoTanimlariKaydet(db, list).value());
+    // Moved to be computed first, a row keeps its key: the general rate is the lowest key's.
+    QList<IskontoTanimi> reversed = {list[1], list[0]};
+    QVERIFY(fees::IskontoTanimlariKaydet(db, reversed).value());
+    QCOMPARE(fees::IskontoTanimlariOku(db)->first().aciklama, QStringLiteral("Kardeş"));
+    QCOMPARE(fees::GenelIskontoOrani(db).value(), para("7.5"));
+
+    // A first row that holds an amount is no rate.
+    list[0].tipi = fees::Tutar;
+    list[0].deger = para("500");
+    QList<IskontoTanimi> again = {list[0], list[1]};
+    QVERIFY(fees::IskontoTanimlariKaydet(db, again).value());
+    QCOMPARE(fees::GenelIskontoOrani(db).value(), Para());
+}
+
+QTEST_GUILESS_MAIN(tst_FeeDefinitions)
+#include "tst_fee_definitions.moc"

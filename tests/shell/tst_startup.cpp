@@ -1,0 +1,77 @@
+#include "test_support.h"
+
+#include "shell/startup.h"
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace shell;
+
+class tst_Startup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void commandLine_data();
+    void commandLine();
+    void aSecondStartEndsAtOnce();
+};
+
+void tst_Startup::commandLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("engine");
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<bool>("refused");
+    QTest::addRow("bos-data-klasoru") << QStringList{} << int(store::Engine::SQLite) << "/data" << false;
+    QTest::addRow("data") << QStringList{"--data", "/srv/okul"} << int(store::Engine::SQLite) << "/srv/okul" << false;
+    QTest::addRow("pg") << QStringList{"--pg", "host=sunucu port=5433 dbname=okul user=muhasebe"}
+                        << int(store::Engine::PostgreSQL) << "okul" << false;
+    QTest::addRow("pg-veritabani-yok") << QStringList{"--pg", "host=sunucu"} << 0 << "" << true;
+    QTest::addRow("bilinmeyen") << QStringList{"--hizli"} << 0 << "" << true;
+    QTest::addRow("eksik-deger") << QStringList{"--data"} << 0 << "" << true;
+}
+
+void tst_Startup::commandLine()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, engine);
+    QFETCH(QString, where);
+    QFETCH(bool, refused);
+    const KomutSatiri k = KomutSatiriOku(QStringList{QStringLiteral("zerna-vortel")} + arguments);
+    QCOMPARE(!k.hata.isEmpty(), refused);
+    if (refused)
+        return;
+    QCOMPARE(int(k.settings.engine), engine);
+    const QString actual = k.settings.engine == store::Engine::SQLite ? k.settings.dataFolder : k.settings.database;
+    QVERIFY2(actual.endsWith(where), qPrintable(actual));
+}
+
+void tst_Startup::aSecondStartEndsAtOnce()
+{
+    QTemporaryDir folder;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("TMPDIR"), folder.path()); // where the program keeps its instance lock
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    const QStringList args = {QStringLiteral("--data"), folder.path() + QStringLiteral("/data")};
+    QProcess first;
+    first.setProcessEnvironment(env);
+    first.start(QStringLiteral(VORTEL_PROGRAM), args);
+    QVERIFY(first.waitForStarted());
+    // The first one waits at its first dialog; the store it made tells that it is up.
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.path() + QStringLiteral("/data/Sabit.db")), 20000);
+    QProcess second;
+    second.setProcessEnvironment(env);
+    second.start(QStringLiteral(VORTEL_PROGRAM), args);
+    QVERIFY(second.waitForFinished(10000));
+    QCOMPARE(second.exitCode(), 0);
+    QVERIFY(second.readAllStandardOutput().isEmpty());
+    QCOMPARE(first.state(), QProcess::Running);
+    first.kill();
+    first.waitForFinished();
+}
+
+QTEST_GUILESS_MAIN(tst_Startup)
+#include "tst_startup.moc"

@@ -1,0 +1,43 @@
+#include "office.h"
+
+#include "maintenance/working_years.h"
+#include "shell/school.h"
+#include "shell/settings.h"
+#include "store/database.h"
+#include "store/migration.h"
+#include "users/login.h"
+
+#include <QDebug>
+
+namespace testing {
+
+bool openOffice(store::Database &db, const QString &user, const QString &password)
+{
+    if (const shell::Status s = users::KullaniciKaydet(db, user, password); !s) {
+        qWarning() << s.error().text;
+        return false;
+    }
+    const shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
+    if (!id) {
+        qWarning() << id.error().text;
+        return false;
+    }
+    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("Deneme")}, 0);
+    if (!store::DatabaseAc(db, store::Store::Year, true, true))
+        return false;
+    store::SonAlanlariEkle(db);
+    shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 10, 1));
+    okul.OkulAdi = QStringLiteral("Deneme Okulu");
+    okul.OgretimYili = QStringLiteral("2025-2026");
+    okul.CariAy = QStringLiteral("202510");
+    if (const shell::Status s = shell::OkulbilgisiKaydet(db, okul); !s) {
+        qWarning() << s.error().text;
+        return false;
+    }
+    if (!shell::SabitBilgileriOku(db))
+        return false;
+    shell::durum().AktifKullanici = user;
+    return true;
+}
+
+} // namespace testing
