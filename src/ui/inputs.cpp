@@ -56,7 +56,10 @@ bool DateEdit::isAcceptable() const
 void DateEdit::focusInEvent(QFocusEvent *event)
 {
     QLineEdit::focusInEvent(event);
-    QTimer::singleShot(0, this, [this] { selectAll(); });
+    QTimer::singleShot(0, this, [this] {
+        if (hasFocus())
+            selectAll();
+    });
 }
 
 void DateEdit::focusOutEvent(QFocusEvent *event)
@@ -107,7 +110,10 @@ void MoneyEdit::setValue(shell::Para value)
 void MoneyEdit::focusInEvent(QFocusEvent *event)
 {
     QLineEdit::focusInEvent(event);
-    QTimer::singleShot(0, this, [this] { selectAll(); });
+    QTimer::singleShot(0, this, [this] {
+        if (hasFocus())
+            selectAll();
+    });
 }
 
 void MoneyEdit::focusOutEvent(QFocusEvent *event)

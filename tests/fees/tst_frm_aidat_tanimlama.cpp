@@ -1,5 +1,6 @@
 #include "fees_support.h"
 #include "gui_support.h"
+#include "office.h"
 
 #include "fees/definitions.h"
 #include "fees/frm_aidat_list.h"
@@ -37,17 +38,7 @@ Para para(const char *c)
 void prepareOffice(store::Database &db)
 {
     store::setDefaultDatabase(&db);
-    QVERIFY(users::KullaniciKaydet(db, QStringLiteral("muhasebe"), QStringLiteral("1")).ok());
-    shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
-    QVERIFY(id);
-    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("Deneme")}, 0);
-    QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
-    store::SonAlanlariEkle(db);
-    shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 10, 1));
-    okul.OkulAdi = QStringLiteral("Deneme Okulu");
-    QVERIFY(shell::OkulbilgisiKaydet(db, okul).ok());
-    QVERIFY(shell::SabitBilgileriOku(db));
-    shell::durum().AktifKullanici = QStringLiteral("muhasebe");
+    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
 }
 
 void typeCell(ui::Grid *g, int row, int column, const QString &text)
