@@ -14,4 +14,21 @@ inline const QString LogDegisiklik = QStringLiteral("Edit");
 inline const QString LogKayitSil = QStringLiteral("Delete");
 QString LogIslemAdi(const QString &islemTuru);
 
+// What the log keeps of a student.
+struct OgrenciLogSatiri
+{
+    qint64 kayitId = 0;
+    QString donem;
+    qint64 numara = 0;
+    QString soyadi;
+    QString adi;
+    QString sinif;
+};
+
+// The student writer: one row in the log's Ogrenci table with the mirrored fields, the present
+// moment, the user and the operation word. Called inside the save's transaction, after the
+// student's own row is written, so that both stand or neither does.
+shell::Status LogOgrenci(Database &db, const OgrenciLogSatiri &ogrenci, const QString &islemTuru,
+                         const QString &kullanici);
+
 } // namespace store
