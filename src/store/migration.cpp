@@ -394,11 +394,14 @@ const std::vector<Step> &steps()
             addNew(m, QStringLiteral("AidatTanim"), QStringLiteral("AidatTuru"), QStringLiteral("0"));
         },
         // 26. what the screens look rows up by: the siblings table and fields that the student
-        // screen used to add for itself, and an index for every key a ledger or student screen
+        // screen used to add for itself, room for the encrypted card number, and an index for
+        // every key a ledger or student screen
         // reads by (without the payments' one, the balance of one student scans every payment
         // of the school).
         [](Migrator &m, Database &) {
             m.createIfMissing(QStringLiteral("OgrenciKardesler"));
+            // The guardian's card number is kept encrypted, longer than the number it hides.
+            m.changeType(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Veli_KrediKarti"));
             addAll(m,
                    QStringLiteral("Ogrenci"),
                    {QStringLiteral("KardesAd"), QStringLiteral("KardesSoyad"), QStringLiteral("KardesOkul")});

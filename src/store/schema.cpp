@@ -273,7 +273,8 @@ Table ogrenci()
         later(f(QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say"), T::Byte)),
         later(text(QStringLiteral("Ogr_Ayrildi"), 1)),
         later(text(QStringLiteral("Ogr_Muaf"), 1)),
-        later(text(QStringLiteral("Ogr_Veli_KrediKarti"), 20)),
+        // kept encrypted, which takes more room than the number itself
+        later(text(QStringLiteral("Ogr_Veli_KrediKarti"), 120)),
         later(text(QStringLiteral("Ogr_Veli_KK_SonGec"), 10)),
         later(text(QStringLiteral("Ogr_TaahutNo"), 20)),
         later(text(QStringLiteral("Ogr_FaturaAdiSoyadi"), 60)),

@@ -13,6 +13,7 @@
 #include "ui/inputs.h"
 #include "ui/message.h"
 #include "users/record_lock.h"
+#include "users/secrets.h"
 #include "users/rights.h"
 
 #include <QAction>
@@ -494,6 +495,7 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     for (QWidget *w : findChildren<QWidget *>()) {
         w->installEventFilter(this);
     }
+    m_kartNoAcik = users::KartNoGorebilir(m_db);
     ekraniTemizle();
 }
 
@@ -667,7 +669,13 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
     }
     switch (a.kutu) {
     case Kutu::Metin:
-        if (alan == QLatin1String("Ogr_Numarasi")) {
+        if (alan == KartNoAlani) {
+            // Those without the right see only the last four digits, and cannot change it.
+            auto *box = qobject_cast<QLineEdit *>(w);
+            box->setText(m_kartNoAcik ? v.toString() : users::KartNoMaskele(v.toString()));
+            box->setReadOnly(!m_kartNoAcik);
+            box->setMaxLength(KartNoUzunlugu);
+        } else if (alan == QLatin1String("Ogr_Numarasi")) {
             qobject_cast<QLineEdit *>(w)->setText(v.isValid() ? QString::number(v.toLongLong())
                                                               : QString());
         } else {
@@ -741,6 +749,10 @@ void FrmOgrenci::ekraniTemizle()
     m_kayitId = 0;
     m_yuklenen = Kimlik();
     m_kayit = OgrenciKaydi();
+    if (auto *kart = qobject_cast<QLineEdit *>(m_kutular.value(KartNoAlani))) {
+        kart->setReadOnly(!m_kartNoAcik);
+        kart->setMaxLength(KartNoUzunlugu);
+    }
     kayitDurumu();
     setDirty(false);
 }
@@ -750,7 +762,8 @@ OgrenciKaydi FrmOgrenci::ekrandanKayit()
     OgrenciKaydi k = m_kayit;
     k.kayitId = m_kayitId;
     for (const QString &f : OgrenciAlanlari()) {
-        if (m_kutular.contains(f)) {
+        // A masked card number stays as it was read.
+        if (m_kutular.contains(f) && (f != KartNoAlani || m_kartNoAcik)) {
             k.ogrenci.insert(f, kutuDegeri(f));
         }
     }
@@ -854,6 +867,7 @@ bool FrmOgrenci::OgrenciGoster(qint64 numara, bool kayitIdIle)
     if (!users::OgrenciKilitle(m_db, key)) {
         return false;
     }
+    m_kartNoAcik = users::KartNoGorebilir(m_db);
     const OgrenciKaydi &k = **read;
     m_kayit = k;
     m_kayitId = key;

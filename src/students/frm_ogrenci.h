@@ -90,6 +90,8 @@ private:
     store::Database &m_db;
     QWidget *m_anaPencere = nullptr;
     qint64 m_kayitId = 0;
+    // Whether this user sees guardians' card numbers in clear.
+    bool m_kartNoAcik = true;
     bool m_bildiriyor = false; // while this screen tells the others of its own change
     Kimlik m_yuklenen;
     OgrenciKaydi m_kayit;

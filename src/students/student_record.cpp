@@ -5,6 +5,7 @@
 #include "store/change_log.h"
 #include "store/database.h"
 #include "store/schema.h"
+#include "users/secrets.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -403,6 +404,9 @@ shell::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint6
         for (const QString &f : OgrenciAlanlari()) {
             k.ogrenci.insert(f, fromStored(q, OgrenciTablo, f));
         }
+        // The card number is kept encrypted; the record carries it in clear, and the screen
+        // decides who sees it.
+        k.ogrenci.insert(KartNoAlani, users::GizliOku(db, k.ogrenci.value(KartNoAlani).toString()));
         k.ilkKullanici = q.text(QStringLiteral("Ogr_Islem_Yapan_Kullanici_Ilk"));
         k.islemYapan = q.text(QStringLiteral("Ogr_Islem_Yapan_Kullanici"));
     }
@@ -504,6 +508,18 @@ shell::Result<QStringList> FarkliDegerler(store::Database &db, const QString &al
 
 // ---- writing -------------------------------------------------------------------------------
 
+namespace {
+
+// A field of Ogrenci as it is written: the card number encrypted, the rest as they are kept.
+QVariant ogrenciDegeri(store::Database &db, const QString &field, const QVariant &value)
+{
+    if (field == KartNoAlani)
+        return users::GizliYaz(db, value.toString().trimmed().left(KartNoUzunlugu));
+    return toStored(OgrenciTablo, field, value, false);
+}
+
+} // namespace
+
 shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &k,
                                           bool borclariKapat)
 {
@@ -522,7 +538,7 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
         store::Query update(db, QStringLiteral("UPDATE Ogrenci SET %1, Donem = ? WHERE KayitID = ?")
                                     .arg(assignments(fields).join(QStringLiteral(", "))));
         for (const QString &f : fields) {
-            bindValue(update, toStored(OgrenciTablo, f, k.ogrenci.value(f), false));
+            bindValue(update, ogrenciDegeri(db, f, k.ogrenci.value(f)));
         }
         update.bind(donem).bind(k.kayitId);
         if (!update.exec()) {
@@ -541,7 +557,7 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
                                 .arg(fields.join(QStringLiteral(", ")),
                                      placeholders(int(fields.size())).join(QStringLiteral(", "))));
         for (const QString &f : fields) {
-            bindValue(insert, toStored(OgrenciTablo, f, k.ogrenci.value(f), false));
+            bindValue(insert, ogrenciDegeri(db, f, k.ogrenci.value(f)));
         }
         insert.bind(donem).bind(stored(durum.AktifKullanici, 20)).bind(QStringLiteral(""));
         if (!insert.exec() || !insert.next()) {

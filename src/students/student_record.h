@@ -39,6 +39,10 @@ struct Kardes
     QString sinif;
 };
 
+// The guardian's card number: encrypted in the store, in clear in OgrenciKaydi.
+inline const QString KartNoAlani = QStringLiteral("Ogr_Veli_KrediKarti");
+inline constexpr int KartNoUzunlugu = 23;
+
 // A value of a field: QString for text, QDate for dates (invalid: none), shell::Para for
 // money, qint64 for numbers.
 struct OgrenciKaydi

@@ -4,6 +4,7 @@
 #include "shell/turkish_text.h"
 #include "store/database.h"
 #include "users/passwords.h"
+#include "users/secrets.h"
 
 #include <QCollator>
 #include <QLocale>
@@ -73,6 +74,10 @@ shell::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &k
         rows.append(HakSatiri{k.tool, k.caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri (Araç Çubuğu)") : k.caption,
                               m.first, m.second});
     }
+    // Not a command: who may see the guardians' card numbers in clear.
+    const QPair<bool, bool> card = marks.value(KartNoGormeAraci);
+    rows.append(HakSatiri{KartNoGormeAraci, QStringLiteral("Veli Kredi Kartı Numaralarını Görme"),
+                          card.first, card.second});
     return rows;
 }
 

@@ -1,0 +1,109 @@
+#include "gui_support.h"
+#include "office.h"
+#include "test_support.h"
+
+#include "shell/main_window.h"
+#include "shell/settings.h"
+#include "store/database.h"
+#include "students/frm_ogrenci.h"
+#include "students/student_record.h"
+#include "users/passwords.h"
+#include "users/secrets.h"
+
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTest>
+
+using namespace students;
+
+namespace {
+
+const QString s_card = QStringLiteral("4543 1234 5678 9012");
+
+qint64 saveStudent(store::Database &db)
+{
+    OgrenciKaydi k;
+    k.ogrenci.insert(QStringLiteral("Ogr_Numarasi"), qint64(5));
+    k.ogrenci.insert(QStringLiteral("Ogr_Adi"), QStringLiteral("Ege"));
+    k.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), QStringLiteral("Şahin"));
+    k.ogrenci.insert(KartNoAlani, s_card);
+    const shell::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
+    return r ? r->kayitId : 0;
+}
+
+QString stored(store::Database &db, qint64 id)
+{
+    store::Query q(db, QStringLiteral("SELECT Ogr_Veli_KrediKarti FROM Ogrenci WHERE KayitID = ?"));
+    q.bind(id);
+    return q.exec() && q.next() ? q.text(0) : QString();
+}
+
+} // namespace
+
+class tst_CardNumbers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void keptEncryptedReadInClear_data() { testing::addEngineRows(); }
+    void keptEncryptedReadInClear();
+    void maskedForThoseWithoutTheRight();
+};
+
+void tst_CardNumbers::keptEncryptedReadInClear()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openOffice(db));
+    const qint64 id = saveStudent(db);
+    QVERIFY(id > 0);
+    const QString atRest = stored(db, id);
+    QVERIFY(users::GizliMi(atRest));
+    QVERIFY(!atRest.contains(QStringLiteral("9012")));
+    QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
+    // Each saving draws a new nonce: the same number never reads the same at rest.
+    QVERIFY(users::GizliYaz(db, s_card) != users::GizliYaz(db, s_card));
+    // A number kept before encryption is read as it is; one boxed with another key reads empty.
+    QCOMPARE(users::GizliOku(db, QStringLiteral("4543")), QStringLiteral("4543"));
+    QString foreign = atRest;
+    foreign[10] = foreign[10] == QLatin1Char('A') ? QLatin1Char('B') : QLatin1Char('A');
+    QCOMPARE(users::GizliOku(db, foreign), QString());
+    QCOMPARE(users::KartNoMaskele(s_card), QStringLiteral("•••• •••• •••• 9012"));
+}
+
+void tst_CardNumbers::maskedForThoseWithoutTheRight()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    store::setDefaultDatabase(&db);
+    QVERIFY(testing::openOffice(db));
+    const qint64 id = saveStudent(db);
+    // Rights exist: the secretary may use the student screen, but not see card numbers.
+    for (const char *tool : {"popOgrenciBilgileri"}) {
+        store::Query q(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                                          "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"));
+        q.bind(*users::Sifrele(QStringLiteral("sekreter"))).bind(QString::fromLatin1(tool));
+        QVERIFY(q.exec());
+    }
+    shell::durum().AktifKullanici = QStringLiteral("sekreter");
+    QVERIFY(!users::KartNoGorebilir(db));
+    shell::MDIAidat w(db);
+    w.MenuDurumAyarla(true);
+    w.ActBar_Click(QStringLiteral("popOgrenciBilgileri"));
+    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
+    QVERIFY(screen);
+    QVERIFY(screen->OgrenciGoster(id, true));
+    auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
+    QVERIFY(box);
+    QCOMPARE(box->text(), QStringLiteral("•••• •••• •••• 9012"));
+    QVERIFY(box->isReadOnly());
+    // Saving the record keeps the number, not the mask.
+    QVERIFY(screen->OgrenciKaydet());
+    QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
+    w.mdiArea()->closeAllSubWindows();
+    store::setDefaultDatabase(nullptr);
+}
+
+QTEST_MAIN(tst_CardNumbers)
+#include "tst_card_numbers.moc"
