@@ -5,7 +5,8 @@
 set -u
 action=${1:?start|stop}
 dir=${2:?folder}
-port=${VORTEL_TEST_PG_PORT:-55432}
+# A port of its own for each build folder, so that two builds can test at the same time.
+port=${VORTEL_TEST_PG_PORT:-$((55432 + $(printf '%s' "$dir" | cksum | cut -d' ' -f1) % 400))}
 
 if [ -n "${VORTEL_TEST_PG:-}" ]; then
     mkdir -p "$dir"; printf '%s\n' "$VORTEL_TEST_PG" > "$dir/conninfo"; exit 0

@@ -119,6 +119,9 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
     setWindowTitle(programBasligi());
     TumEkranlariKaydet();
     setKomutCalistirici([this](const QString &tool) { ActBar_Click(tool); });
+    setEkranAcici([this](const QString &form, const QString &tool, const QVariantMap &ayar) {
+        return openScreen(tool, form, ayar);
+    });
     // The store refuses a write that the rights of the screen in use do not allow.
     store::setWriteGuard([] { return durum().HakYazma; });
     auto *area = new MdiArea(this);
@@ -155,6 +158,7 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
 MDIAidat::~MDIAidat()
 {
     setKomutCalistirici(nullptr);
+    setEkranAcici(nullptr);
     store::setWriteGuard(nullptr);
 }
 
@@ -460,7 +464,7 @@ void MDIAidat::ActBar_Click(const QString &tool)
     openScreen(tool, komut->screen);
 }
 
-void MDIAidat::openScreen(const QString &tool, const QString &screen)
+bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVariantMap &ayar)
 {
     const bool read = durum().HakOkuma;
     const bool write = durum().HakYazma;
@@ -469,16 +473,18 @@ void MDIAidat::openScreen(const QString &tool, const QString &screen)
         open->setProperty("hakYazma", write);
         m_mdi->setActiveSubWindow(open);
         open->showNormal();
-        return;
+        if (!ayar.isEmpty() && open->widget()->metaObject()->indexOfSlot("ekranAyarla(QVariantMap)") >= 0)
+            QMetaObject::invokeMethod(open->widget(), "ekranAyarla", Q_ARG(QVariantMap, ayar));
+        return true;
     }
-    QWidget *widget = EkranYarat(screen, EkranBaglami{m_db, this, tool});
+    QWidget *widget = EkranYarat(screen, EkranBaglami{m_db, this, tool, ayar});
     if (!widget) {
         const Komut *k = KomutBul(tool);
         const QString caption = k && !k->caption.isEmpty() ? k->caption : screen;
         ui::notify(QStringLiteral("Dikkat"),
                    QStringLiteral("\"%1\" bölümü bu sürümde henüz hazır değil.").arg(caption),
                    ui::Icon::Information, this);
-        return;
+        return false;
     }
     QMdiSubWindow *sub = m_mdi->addSubWindow(widget);
     sub->setAttribute(Qt::WA_DeleteOnClose);
@@ -488,6 +494,7 @@ void MDIAidat::openScreen(const QString &tool, const QString &screen)
     sub->resize(widget->size().expandedTo(widget->sizeHint()) + QSize(16, 40));
     sub->show();
     widget->setFocus();
+    return true;
 }
 
 void MDIAidat::closeEvent(QCloseEvent *event)

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QVariantMap>
 
 class QAction;
 class QComboBox;
@@ -59,7 +60,7 @@ protected:
 private:
     void buildBands();
     void yedekHatirlat();
-    void openScreen(const QString &tool, const QString &screen);
+    bool openScreen(const QString &tool, const QString &screen, const QVariantMap &ayar = {});
     int childScreenCount() const;
 
     store::Database &m_db;

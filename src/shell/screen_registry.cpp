@@ -18,6 +18,12 @@ std::function<void(const QString &)> &runner()
     return s_runner;
 }
 
+EkranAcici &opener()
+{
+    static EkranAcici s_opener;
+    return s_opener;
+}
+
 } // namespace
 
 void EkranKaydet(const QString &formName, EkranYapici yapici)
@@ -35,6 +41,16 @@ void KomutCalistir(const QString &tool)
 {
     if (runner())
         runner()(tool);
+}
+
+bool EkranAc(const QString &formName, const QString &tool, const QVariantMap &ayar)
+{
+    return opener() ? opener()(formName, tool, ayar) : false;
+}
+
+void setEkranAcici(EkranAcici acici)
+{
+    opener() = std::move(acici);
 }
 
 void setKomutCalistirici(std::function<void(const QString &tool)> calistirici)

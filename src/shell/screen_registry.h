@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariantMap>
 
 #include <functional>
 
@@ -19,6 +20,8 @@ struct EkranBaglami
     store::Database &db;
     QWidget *anaPencere = nullptr;
     QString tool;
+    // What the screen opens on ("ogrKayitId", "ogrSinif"...), when another screen opens it.
+    QVariantMap ayar = {};
 };
 
 // The screens each subsystem offers, by form name. Each subsystem registers its own from its
@@ -32,5 +35,13 @@ QWidget *EkranYarat(const QString &formName, const EkranBaglami &baglam);
 // main window by its tool name, with its rights and school tests.
 void KomutCalistir(const QString &tool);
 void setKomutCalistirici(std::function<void(const QString &tool)> calistirici);
+
+// Opens a screen on something (F4 opens the fee account on the shown student), with the rights
+// of the last rights test, which the caller has run. A screen already open is brought forward
+// and given the settings through its slot ekranAyarla(QVariantMap). False while the screen is
+// not part of the program yet.
+bool EkranAc(const QString &formName, const QString &tool, const QVariantMap &ayar);
+using EkranAcici = std::function<bool(const QString &formName, const QString &tool, const QVariantMap &ayar)>;
+void setEkranAcici(EkranAcici acici);
 
 } // namespace shell

@@ -1237,28 +1237,14 @@ void FrmOgrenci::cariDurum()
         ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
         return;
     }
-    QWidget *screen = shell::EkranYarat(
-        QStringLiteral("FrmOgrenciAidat"),
-        shell::EkranBaglami{m_db, m_anaPencere, QStringLiteral("btnCariDurum")});
-    if (!screen) {
+    // The fee account opens on the shown student and class, in front, with the rights just
+    // tested; the student screen's own come back when it is in front again. When nothing
+    // opened, they come back at once.
+    if (!shell::EkranAc(QStringLiteral("FrmOgrenciAidat"), QStringLiteral("btnCariDurum"),
+                        {{QStringLiteral("ogrKayitId"), m_kayitId},
+                         {QStringLiteral("ogrSinif"), m_sinif->currentText()}})) {
         restore();
-        hazirDegil(QStringLiteral("Cari Durum"), this);
-        return;
     }
-    // The fee account opens on the shown student and class.
-    screen->setProperty("ogrKayitId", m_kayitId);
-    screen->setProperty("ogrSinif", m_sinif->currentText());
-    QMdiArea *area = m_anaPencere ? m_anaPencere->findChild<QMdiArea *>() : nullptr;
-    if (!area) {
-        screen->show();
-        return;
-    }
-    QMdiSubWindow *sub = area->addSubWindow(screen);
-    sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setProperty("hakOkuma", d.HakOkuma);
-    sub->setProperty("hakYazma", d.HakYazma);
-    sub->setWindowTitle(screen->windowTitle());
-    sub->show();
 }
 
 void FrmOgrenci::gecmisYilAidatlari()

@@ -77,6 +77,16 @@ shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QStri
     const QString label = QStringLiteral("Modul:OgrenciKilitle");
     const store::WriteGuardExemption own;
     const QString me = kullanici.left(20);
+    // Already ours, and no other student marked by us: nothing to write.
+    {
+        store::Query mine(db, QStringLiteral("SELECT KayitID FROM Ogrenci WHERE "
+                                             "Ogr_Islem_Yapan_Kullanici = ?"));
+        mine.bind(me);
+        if (!mine.exec())
+            return mine.error(label);
+        if (mine.next() && mine.integer(0) == kayitId && !mine.next())
+            return QString();
+    }
     // A mark let go between the test and the reading of its holder is simply tried again.
     for (int attempt = 0; attempt < 3; ++attempt) {
         store::Transaction tx(db);

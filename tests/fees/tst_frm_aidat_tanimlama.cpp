@@ -41,19 +41,6 @@ void prepareOffice(store::Database &db)
     QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
 }
 
-void typeCell(ui::Grid *g, int row, int column, const QString &text)
-{
-    g->setFocus();
-    g->setCurrentCell(row, column);
-    g->edit(g->currentIndex());
-    auto *editor = qobject_cast<QLineEdit *>(QApplication::focusWidget());
-    QVERIFY(editor);
-    editor->selectAll();
-    testing::typeText(editor, text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QApplication::processEvents();
-}
-
 void clickRow(ui::Grid *g, int row)
 {
     const QRect cell = g->visualRect(g->gridModel()->index(row, 0));
@@ -193,7 +180,7 @@ void tst_FrmAidatTanimlama::aTuitionFeeIsPlannedSavedAndReopened()
     QCOMPARE(boxText(f, QStringLiteral("txtTaksitToplami")), QStringLiteral("99.995,00"));
 
     // The operator lowers the last installment: the difference shows as what is left.
-    typeCell(plan, 9, 1, QStringLiteral("9.000"));
+    testing::typeCell(plan, 9, 1, QStringLiteral("9.000"));
     QCOMPARE(plan->text(9, 1), QStringLiteral("9.000,00"));
     QCOMPARE(boxText(f, QStringLiteral("txtKalan")), QStringLiteral("999,00"));
     w.resize(1180, 760);
@@ -337,8 +324,8 @@ void tst_FrmAidatTanimlama::theStandardDiscountsAreKeptInListOrder()
     QCOMPARE(indirim->text(0, 4), QStringLiteral("Tutar"));
 
     click(f, QStringLiteral("cmdIskontoEkle"));
-    typeCell(indirim, 1, 0, QStringLiteral("Kardeş İndirimi"));
-    typeCell(indirim, 1, 2, QStringLiteral("12,5"));
+    testing::typeCell(indirim, 1, 0, QStringLiteral("Kardeş İndirimi"));
+    testing::typeCell(indirim, 1, 2, QStringLiteral("12,5"));
     // Computed before the free discount.
     indirim->setCurrentCell(1, 0);
     click(f, QStringLiteral("cmdIskontoYukari"));
@@ -403,8 +390,8 @@ void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
     clickRow(liste, 1);
     click(&dlg, QStringLiteral("chkAdetFiyatDegistir"));
     QCOMPARE(tamam->text(), QStringLiteral("&Değiştir"));
-    typeCell(liste, 1, 3, QStringLiteral("180"));
-    typeCell(liste, 1, 4, QStringLiteral("28,50"));
+    testing::typeCell(liste, 1, 3, QStringLiteral("180"));
+    testing::typeCell(liste, 1, 4, QStringLiteral("28,50"));
     QCOMPARE(liste->text(1, 1), QStringLiteral("5.130,00"));
     testing::screenshot(&dlg, QStringLiteral("aidat-secimi-degistir"));
     messages.clear();

@@ -94,32 +94,11 @@ T *openScreen(shell::MDIAidat &w, const QString &tool, const QString &form)
     return qobject_cast<T *>(sub->widget());
 }
 
-// Types into a cell as the operator does: F2 opens the cell, Enter closes it and moves on.
-void typeCell(ui::Grid *grid, int row, int column, const QString &text)
-{
-    grid->setFocus();
-    grid->setCurrentCell(row, column);
-    QTest::keyClick(grid, Qt::Key_F2);
-    QApplication::processEvents();
-    QWidget *editor = QApplication::focusWidget();
-    if (auto *combo = qobject_cast<QComboBox *>(editor)) {
-        combo->lineEdit()->selectAll();
-    } else if (auto *edit = qobject_cast<QLineEdit *>(editor)) {
-        edit->selectAll();
-    }
-    testing::typeText(editor, text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    // The cell closes and the cursor moves on in queued steps, as between two keystrokes.
-    for (int i = 0; i < 3; ++i) {
-        QApplication::processEvents();
-    }
-}
-
 void typeRow(ui::Grid *grid, int row, const QStringList &cells)
 {
     for (int c = 0; c < cells.size(); ++c) {
         if (!cells.at(c).isNull()) {
-            typeCell(grid, row, c, cells.at(c));
+            testing::typeCell(grid, row, c, cells.at(c));
         }
     }
 }
@@ -186,16 +165,16 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     typeRow(grid, 1, {QStringLiteral("202"), QStringLiteral("Burcu"), QStringLiteral("Kurt")});
     QCOMPARE(grid->text(1, FrmHizliOgrenciKayit::Sinif), QStringLiteral("9-A"));
     QCOMPARE(grid->text(1, FrmHizliOgrenciKayit::Dil), QStringLiteral("İngilizce"));
-    typeCell(grid, 1, FrmHizliOgrenciKayit::Cinsiyet, QStringLiteral("KIZ"));
+    testing::typeCell(grid, 1, FrmHizliOgrenciKayit::Cinsiyet, QStringLiteral("KIZ"));
     // A number that a student has already is refused when its cell is left.
-    typeCell(grid, 2, FrmHizliOgrenciKayit::No, QStringLiteral("100"));
+    testing::typeCell(grid, 2, FrmHizliOgrenciKayit::No, QStringLiteral("100"));
     QCOMPARE(messages.texts().value(0),
              QStringLiteral("100 öğrenci numarasında kayıtlı öğrenci var."));
     QCOMPARE(messages.titles().value(0), QStringLiteral("UYARI"));
     QCOMPARE(grid->text(2, FrmHizliOgrenciKayit::No), QString());
     // Not a number the store can keep.
     messages.clear();
-    typeCell(grid, 2, FrmHizliOgrenciKayit::No, QStringLiteral("-5"));
+    testing::typeCell(grid, 2, FrmHizliOgrenciKayit::No, QStringLiteral("-5"));
     QCOMPARE(messages.texts().value(0), QStringLiteral("\"-5\" geçerli bir öğrenci numarası değil. "
                                                        "Öğrenci No olarak yalnız rakam giriniz."));
     QCOMPARE(grid->text(2, FrmHizliOgrenciKayit::No), QString());

@@ -1,7 +1,10 @@
 #include "gui_support.h"
 
+#include "ui/grid.h"
+
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QKeyEvent>
@@ -76,6 +79,40 @@ void click(QWidget *parent, const QString &name)
         return;
     }
     QTest::mouseClick(button, Qt::LeftButton);
+}
+
+void typeCell(ui::Grid *grid, int row, int column, const QString &text)
+{
+    grid->setFocus();
+    grid->setCurrentCell(row, column);
+    QTest::keyClick(grid, Qt::Key_F2);
+    QApplication::processEvents();
+    QWidget *editor = QApplication::focusWidget();
+    if (!editor || !grid->isAncestorOf(editor)) {
+        // In a window that is not active the focus does not follow: the open editor is the
+        // visible child of the grid's viewport.
+        editor = nullptr;
+        for (QWidget *w : grid->viewport()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            if (w->isVisible())
+                editor = w;
+        }
+    }
+    if (!editor) {
+        qWarning("no editor opened at %d,%d", row, column);
+        return;
+    }
+    if (auto *combo = qobject_cast<QComboBox *>(editor))
+        combo->lineEdit()->selectAll();
+    else if (auto *edit = qobject_cast<QLineEdit *>(editor))
+        edit->selectAll();
+    QWidget *target = editor;
+    if (auto *combo = qobject_cast<QComboBox *>(editor))
+        target = combo->lineEdit();
+    typeText(target, text);
+    QTest::keyClick(target, Qt::Key_Return);
+    // The cell closes and the cursor moves on in queued steps, as between two keystrokes.
+    for (int i = 0; i < 3; ++i)
+        QApplication::processEvents();
 }
 
 void screenshot(QWidget *widget, const QString &name)

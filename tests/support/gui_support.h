@@ -9,6 +9,10 @@
 
 #include <functional>
 
+namespace ui {
+class Grid;
+}
+
 namespace testing {
 
 // Answers the modal dialogs that a blocking call opens, in order: each step gets the next
@@ -36,6 +40,9 @@ void typeInto(QWidget *parent, const QString &name, const QString &text);
 void click(QWidget *parent, const QString &name);
 // Types text into the focused widget, Turkish letters included.
 void typeText(QWidget *widget, const QString &text);
+// Types into a grid cell as the operator does: F2 opens the cell, the text replaces what was
+// there, Enter closes it and the cursor moves on.
+void typeCell(ui::Grid *grid, int row, int column, const QString &text);
 // Saves a picture of the widget as <VORTEL_EKRAN_KLASORU>/<name>.png when that is set.
 void screenshot(QWidget *widget, const QString &name);
 

@@ -22,18 +22,6 @@ QList<GridColumn> columns()
             GridColumn{QStringLiteral("Seç"), ColumnKind::Check, 40}};
 }
 
-void typeCell(Grid &g, int row, int column, const QString &text)
-{
-    g.setCurrentCell(row, column);
-    g.edit(g.currentIndex());
-    auto *editor = g.findChild<QLineEdit *>();
-    QVERIFY(editor);
-    editor->selectAll();
-    testing::typeText(editor, text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QApplication::processEvents();
-}
-
 } // namespace
 
 class tst_Grid : public QObject
@@ -73,7 +61,7 @@ void tst_Grid::cellsTakeOnlyWhatTheyMean()
     g.setValue(row, 1, QVariant::fromValue(shell::Para::fromUnits(7)));
     g.setValue(row, 2, QDate(2025, 1, 1));
     QApplication::setActiveWindow(&g);
-    typeCell(g, row, column, typed);
+    testing::typeCell(&g, row, column, typed);
     QCOMPARE(g.text(row, column), shown);
     QCOMPARE(messages.texts().size(), refused ? 1 : 0);
 }
