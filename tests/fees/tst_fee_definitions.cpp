@@ -13,20 +13,14 @@ using fees::IskontoTanimi;
 using fees::TaksitSatiri;
 using shell::Para;
 
+using testing::run;
+using testing::scalar;
+
 namespace {
 
 Para para(const char *c)
 {
     return Para::fromDecimalString(QString::fromLatin1(c)).value();
-}
-
-QVariant scalar(store::Database &db, const QString &sqlText)
-{
-    store::Query q(db, sqlText);
-    if (!q.exec() || !q.next()) {
-        return QVariant();
-    }
-    return q.value(0);
 }
 
 qint64 count(store::Database &db, const QString &sqlText)

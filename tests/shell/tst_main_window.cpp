@@ -28,15 +28,10 @@ using namespace shell;
 using testing::click;
 using testing::typeInto;
 
-namespace {
+using testing::run;
+using testing::scalar;
 
-QVariant scalar(store::Database &db, const QString &sqlText)
-{
-    store::Query q(db, sqlText);
-    if (!q.exec() || !q.next())
-        return QVariant();
-    return q.value(0);
-}
+namespace {
 
 void resetState()
 {

@@ -12,19 +12,10 @@
 
 using namespace shell;
 
-namespace {
+using testing::run;
+using testing::scalar;
 
-bool run(store::Database &db, const QString &sqlText, const QVariantList &values = {})
-{
-    store::Query q(db, sqlText);
-    for (const QVariant &v : values)
-        q.bind(v);
-    if (!q.exec()) {
-        qWarning() << q.error(QString()).text;
-        return false;
-    }
-    return true;
-}
+namespace {
 
 Para tl(double units)
 {

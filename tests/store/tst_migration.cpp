@@ -9,6 +9,9 @@
 
 using namespace store;
 
+using testing::run;
+using testing::scalar;
+
 namespace {
 
 // Everything the year's store holds, as text: each column with its type, each index.
@@ -40,23 +43,6 @@ bool openModel(testing::TestStore &s)
         return false;
     s.db().selectYear(1);
     return DatabaseAc(s.db(), Store::Year, true, false);
-}
-
-bool run(Database &db, const QString &sqlText)
-{
-    Query q(db, sqlText);
-    const bool ok = q.exec();
-    if (!ok)
-        qWarning() << q.error(QString()).text;
-    return ok;
-}
-
-QVariant scalar(Database &db, const QString &sqlText)
-{
-    Query q(db, sqlText);
-    if (!q.exec() || !q.next())
-        return QVariant(QStringLiteral("<yok>"));
-    return q.value(0);
 }
 
 int columnPosition(Database &db, const QString &table, const QString &column)

@@ -14,19 +14,10 @@
 using namespace students;
 using shell::Para;
 
-namespace {
+using testing::run;
+using testing::scalar;
 
-QVariant scalar(store::Database &db, const QString &sql, const QVariantList &values = {})
-{
-    store::Query q(db, sql);
-    for (const QVariant &v : values) {
-        q.bind(v);
-    }
-    if (!q.exec() || !q.next()) {
-        return QVariant();
-    }
-    return q.value(0);
-}
+namespace {
 
 int count(store::Database &db, const QString &table, const QString &where = QString(),
           const QVariantList &values = {})

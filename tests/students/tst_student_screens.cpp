@@ -1,4 +1,5 @@
 #include "gui_support.h"
+#include "office.h"
 #include "test_support.h"
 
 #include "maintenance/working_years.h"
@@ -38,35 +39,17 @@ using namespace students;
 using testing::click;
 using testing::typeInto;
 
-namespace {
+using testing::run;
+using testing::scalar;
 
-QVariant scalar(store::Database &db, const QString &sql, const QVariantList &values = {})
-{
-    store::Query q(db, sql);
-    for (const QVariant &v : values) {
-        q.bind(v);
-    }
-    if (!q.exec() || !q.next()) {
-        return QVariant();
-    }
-    return q.value(0);
-}
+namespace {
 
 // One user, one working year, the school's row, the working month November 2025.
 void prepareOffice(store::Database &db)
 {
     shell::durum() = shell::CalismaDurumu();
-    QVERIFY(users::KullaniciKaydet(db, QStringLiteral("muhasebe"), QStringLiteral("1")).ok());
-    shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("2025-2026"));
-    QVERIFY(id);
-    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("2025-2026")}, 0);
-    QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
-    store::SonAlanlariEkle(db);
-    shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 11, 1));
-    okul.OkulAdi = QStringLiteral("Özel Zerna Koleji");
-    QVERIFY(shell::OkulbilgisiKaydet(db, okul).ok());
-    QVERIFY(shell::SabitBilgileriOku(db));
-    shell::durum().AktifKullanici = QStringLiteral("muhasebe");
+    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe"), QStringLiteral("1"),
+                                QStringLiteral("202511")));
 }
 
 qint64 addStudent(store::Database &db, qint64 no, const QString &ad, const QString &soyad,

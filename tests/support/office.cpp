@@ -11,7 +11,8 @@
 
 namespace testing {
 
-bool openOffice(store::Database &db, const QString &user, const QString &password)
+bool openOffice(store::Database &db, const QString &user, const QString &password,
+                const QString &cariAy)
 {
     if (const shell::Status s = users::KullaniciKaydet(db, user, password); !s) {
         qWarning() << s.error().text;
@@ -29,7 +30,7 @@ bool openOffice(store::Database &db, const QString &user, const QString &passwor
     shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 10, 1));
     okul.OkulAdi = QStringLiteral("Deneme Okulu");
     okul.OgretimYili = QStringLiteral("2025-2026");
-    okul.CariAy = QStringLiteral("202510");
+    okul.CariAy = cariAy;
     if (const shell::Status s = shell::OkulbilgisiKaydet(db, okul); !s) {
         qWarning() << s.error().text;
         return false;

@@ -13,6 +13,7 @@ namespace testing {
 // included), the school's row saved and read into the working state, the user logged in.
 // False when a step failed.
 bool openOffice(store::Database &db, const QString &user = QStringLiteral("Müdür"),
-                const QString &password = QStringLiteral("1"));
+                const QString &password = QStringLiteral("1"),
+                const QString &cariAy = QStringLiteral("202510"));
 
 } // namespace testing

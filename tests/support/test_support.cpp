@@ -118,6 +118,28 @@ bool TestStore::openYear(int calismaId)
     return true;
 }
 
+QVariant scalar(store::Database &db, const QString &sqlText, const QVariantList &values)
+{
+    store::Query q(db, sqlText);
+    for (const QVariant &v : values)
+        q.bind(v);
+    if (!q.exec() || !q.next())
+        return QVariant();
+    return q.value(0);
+}
+
+bool run(store::Database &db, const QString &sqlText, const QVariantList &values)
+{
+    store::Query q(db, sqlText);
+    for (const QVariant &v : values)
+        q.bind(v);
+    if (!q.exec()) {
+        qWarning("%s", qPrintable(q.error(QString()).text));
+        return false;
+    }
+    return true;
+}
+
 QList<store::Engine> engines()
 {
     return {store::Engine::SQLite, store::Engine::PostgreSQL};

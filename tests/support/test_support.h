@@ -46,6 +46,12 @@ private:
     std::unique_ptr<store::Database> m_db;
 };
 
+// The first column of the first row a statement gives; an invalid QVariant when it gives none
+// or fails.
+QVariant scalar(store::Database &db, const QString &sqlText, const QVariantList &values = {});
+// Runs a statement with its values; false, with the engine's words in the log, when it failed.
+bool run(store::Database &db, const QString &sqlText, const QVariantList &values = {});
+
 // The engines a store test runs on: SQLite always, PostgreSQL when a server is at hand.
 QList<store::Engine> engines();
 const char *engineName(store::Engine engine);

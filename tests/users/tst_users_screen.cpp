@@ -26,17 +26,10 @@
 using testing::click;
 using testing::typeInto;
 
-namespace {
+using testing::run;
+using testing::scalar;
 
-QVariant scalar(store::Database &db, const QString &sqlText, const QVariant &bound = QVariant())
-{
-    store::Query q(db, sqlText);
-    if (bound.isValid())
-        q.bind(bound);
-    if (!q.exec() || !q.next())
-        return QVariant();
-    return q.value(0);
-}
+namespace {
 
 int rowOf(ui::Grid *grid, int column, const QString &text)
 {
@@ -118,8 +111,8 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     QVERIFY(messages.texts().isEmpty());
     QCOMPARE(users->rowCount(), 2);
     const QString sekreter = *users::Sifrele(QStringLiteral("Sekreter"));
-    QVERIFY(users::SifreOzetiMi(scalar(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"), sekreter).toString()));
-    QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"), sekreter).toInt(), 1);
+    QVERIFY(users::SifreOzetiMi(scalar(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"), {sekreter}).toString()));
+    QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"), {sekreter}).toInt(), 1);
     sub->close();
     QVERIFY(!w.screenWindow(QStringLiteral("Kullanici_Sifre")));
 
