@@ -41,7 +41,7 @@ shell::Result<std::optional<HesapSatiri>> ilkHesap(store::Database &db, qint64 a
 shell::Result<bool> AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 ogrKayitId)
 {
     const QString label = QStringLiteral("Modul:AidatDegisiklikKontrol");
-    if (shell::Status s = calismaAc(db, label); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Query sabit(db,

@@ -40,7 +40,7 @@ shell::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, co
 {
     const QString label
         = etiket.isEmpty() ? QStringLiteral("FrmAidatTanimlama:AidatTaksitGoster") : etiket;
-    if (shell::Status s = calismaAc(db, label); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("SELECT KayitID, AidatTanim, AidatToplam, AidatBirimAdeti, "
@@ -59,7 +59,7 @@ shell::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database
                                                                  qint64 kayitId)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayGoster");
-    if (shell::Status s = calismaAc(db, label); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Query q(db,
@@ -108,7 +108,7 @@ shell::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aid
     if (!users::YazmaYetkisiVar()) {
         return KayitSonucu{};
     }
-    if (shell::Status s = calismaAc(db, label); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Transaction tx(db);
@@ -186,7 +186,7 @@ shell::Result<SilmeSonucu> TaksitAidatSil(store::Database &db, qint64 kayitId,
     if (!users::YazmaYetkisiVar()) {
         return SilmeSonucu::YetkiYok;
     }
-    if (shell::Status s = calismaAc(db, label); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Transaction tx(db);

@@ -16,7 +16,7 @@ const QString s_okuEtiketi = QStringLiteral("FrmAidatTanimlama:IskontoGoster");
 
 shell::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
 {
-    if (shell::Status s = calismaAc(db, s_okuEtiketi); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, s_okuEtiketi); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("SELECT ID, IskontoAciklama, IskontoOrani, IskontoTipi, "
@@ -44,7 +44,7 @@ shell::Result<bool> IskontoTanimlariKaydet(store::Database &db, QList<IskontoTan
     if (!users::YazmaYetkisiVar()) {
         return false;
     }
-    if (shell::Status s = calismaAc(db, s_kaydetEtiketi); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, s_kaydetEtiketi); !s) {
         return s.error();
     }
     QList<IskontoTanimi> yazilan = liste;
@@ -107,7 +107,7 @@ shell::Result<bool> IskontoTanimiSil(store::Database &db, qint64 id)
     if (!users::YazmaYetkisiVar()) {
         return false;
     }
-    if (shell::Status s = calismaAc(db, s_silEtiketi); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, s_silEtiketi); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("DELETE FROM IskontoTanim WHERE ID = ?"));
@@ -121,7 +121,7 @@ shell::Result<bool> IskontoTanimiSil(store::Database &db, qint64 id)
 shell::Result<Para> GenelIskontoOrani(store::Database &db)
 {
     const QString etiket = QStringLiteral("FrmAidatTanimlama:TaksitPlanla");
-    if (shell::Status s = calismaAc(db, etiket); !s) {
+    if (shell::Status s = store::ensureOpen(db, store::Store::Year, etiket); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("SELECT IskontoOrani, IskontoTipi FROM IskontoTanim "

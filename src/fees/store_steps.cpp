@@ -4,14 +4,6 @@
 
 namespace fees {
 
-shell::Status calismaAc(store::Database &db, const QString &etiket)
-{
-    if (!store::DatabaseAc(db, store::Store::Year, false, false)) {
-        return shell::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), etiket};
-    }
-    return {};
-}
-
 shell::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket)
 {
     shell::Error hata = q.error(etiket);

@@ -13,9 +13,6 @@ class Transaction;
 // Small steps that the fee subsystem's data functions share.
 namespace fees {
 
-// Opens the working year's store at the head of an operation; the error carries the label.
-shell::Status calismaAc(store::Database &db, const QString &etiket);
-
 // A failed step inside a transaction: its error is taken, then the transaction is rolled back
 // at once, so that the statements still open are freed outside an aborted transaction.
 shell::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket);

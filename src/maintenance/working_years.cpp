@@ -10,8 +10,8 @@ namespace maintenance {
 shell::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
 {
     const QString label = QStringLiteral("FrmCalismaAc:CalismaDoldur");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Query q(db, QStringLiteral("SELECT CalismaID, CalismaAdi FROM Calisma ORDER BY CalismaID DESC"));
     if (!q.exec())
         return q.error(label);
@@ -28,8 +28,8 @@ shell::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
 shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId)
 {
     const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Query q(db, QStringLiteral("SELECT count(*) FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
     q.bind(ad.trimmed()).bind(haricId);
     if (!q.exec() || !q.next())
@@ -40,8 +40,8 @@ shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int ha
 shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
 {
     const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
@@ -63,8 +63,8 @@ shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
 shell::Status CalismaSil(store::Database &db, int id)
 {
     const QString label = QStringLiteral("FrmCalismaAc:cmdSil_Click");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     if (shell::Status s = db.drop(id); !s)
         return s;
     store::Query q(db, QStringLiteral("DELETE FROM Calisma WHERE CalismaID = ?"));
@@ -77,8 +77,8 @@ shell::Status CalismaSil(store::Database &db, int id)
 shell::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)
 {
     const QString label = QStringLiteral("FrmCalismaAc:MnuDegistir_Click");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Query q(db, QStringLiteral("UPDATE Calisma SET CalismaAdi = ? WHERE CalismaID = ?"));
     q.bind(ad.trimmed().left(50)).bind(id);
     if (!q.exec())

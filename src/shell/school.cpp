@@ -55,8 +55,8 @@ OkulBilgisi YeniOkulBilgisi(const QDate &bugun)
 
 Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
 {
-    if (!store::DatabaseAc(db, store::Store::Year, false, false))
-        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), s_label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Year, s_label); !open)
+        return open.error();
     store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ORDER BY OgretimYili DESC").arg(fieldList()));
     if (!q.exec())
         return q.error(s_label);
@@ -104,8 +104,8 @@ Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
 Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o)
 {
     const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiKaydet");
-    if (!store::DatabaseAc(db, store::Store::Year, false, false))
-        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
+        return open.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
@@ -235,8 +235,8 @@ Status CariAyKaydet(store::Database &db, const QString &cariAy)
     const QString label = QStringLiteral("MDIAidat:ActBar_ComboChange");
     // The working month is everyone's to choose.
     const store::WriteGuardExemption own;
-    if (!store::DatabaseAc(db, store::Store::Year, false, false))
-        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
+        return open.error();
     // The first row: the one in force.
     store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ORDER BY OgretimYili DESC"));
     if (!first.exec())

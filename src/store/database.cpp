@@ -826,6 +826,16 @@ bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
     return true;
 }
 
+shell::Status ensureOpen(Database &db, Store tur, const QString &label)
+{
+    if (DatabaseAc(db, tur, false, false))
+        return {};
+    return shell::Error{3044,
+                        tur == Store::Global ? QStringLiteral("Veri dosyası açılamadı.")
+                                             : QStringLiteral("Çalışma dosyası açılamadı."),
+                        label};
+}
+
 void DatabaseKapat(Database &db)
 {
     db.close();

@@ -243,6 +243,9 @@ inline constexpr int YazmaYetkisiYokHatasi = 3111;
 // a chosen working year; kind 3 is the change log of that year. Messages are shown unless
 // `sessiz`. True when the store is usable.
 bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle);
+// DatabaseAc at the head of an operation, quietly: the store is open, or the error that says
+// it could not be, under the operation's label.
+shell::Status ensureOpen(Database &db, Store tur, const QString &label);
 // Closes every store of the connection; the next DatabaseAc opens afresh.
 void DatabaseKapat(Database &db);
 // True while the connection answers and the store of that kind is open on it.

@@ -56,8 +56,8 @@ shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
 {
     shell::durum().AktifKullanici = ad;
     shell::durum().AktifKullaniciKodu.clear();
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), s_label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
+        return open.error();
     shell::Result<std::optional<StoredUser>> user = findUser(db, ad);
     if (!user)
         return user.error();
@@ -83,8 +83,8 @@ shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
 
 shell::Result<bool> KullaniciVarMi(store::Database &db)
 {
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), s_label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
+        return open.error();
     store::Query q(db, QStringLiteral("SELECT count(*) FROM Sifre"));
     if (!q.exec() || !q.next())
         return q.error(s_label);
@@ -97,8 +97,8 @@ shell::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStr
     const shell::Result<QString> kod = Sifrele(ad);
     if (!kod || kod->isEmpty())
         return shell::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();

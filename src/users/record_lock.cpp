@@ -59,8 +59,8 @@ shell::Status OgrenciKilitBirak(store::Database &db, bool tumu)
     const QString label = QStringLiteral("Modul:OgrenciKilitBirak");
     // The marks are the program's own bookkeeping, whatever the user may change.
     const store::WriteGuardExemption own;
-    if (!store::DatabaseAc(db, store::Store::Year, false, false))
-        return shell::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
+        return open.error();
     store::Query q(db, tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
                                              "Ogr_Islem_Yapan_Kullanici <> ''")
                             : QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "

@@ -33,8 +33,8 @@ QString readName(const QString &kod)
 
 shell::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
 {
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), s_label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
+        return open.error();
     store::Query q(db, QStringLiteral("SELECT Username, Password FROM Sifre"));
     if (!q.exec())
         return q.error(s_label);
@@ -117,8 +117,8 @@ shell::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSati
                                   const QHash<QString, QList<HakSatiri>> &haklar)
 {
     const QString label = QStringLiteral("Kullanici_Sifre:Kaydet");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return shell::Error{3044, QStringLiteral("Veri dosyası açılamadı."), label};
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
