@@ -2,6 +2,7 @@
 
 #include "fees/store_steps.h"
 #include "shell/para.h"
+#include "shell/school.h"
 #include "shell/settings.h"
 #include "store/database.h"
 #include "ui/message.h"
@@ -45,7 +46,7 @@ shell::Result<bool> AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, 
         return s.error();
     }
     store::Query sabit(db,
-                       QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ORDER BY OgretimYili DESC"));
+                       QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ") + shell::SabitSirasi);
     if (!sabit.exec()) {
         return sabit.error(label);
     }

@@ -138,15 +138,9 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
 
     // Each screen keeps the rights it was opened with: whichever child window is in front, its
     // own rights stand.
-    connect(m_mdi, &QMdiArea::subWindowActivated, this, [](QMdiSubWindow *w) {
-        if (!w)
-            return;
-        const QVariant read = w->property("hakOkuma");
-        const QVariant write = w->property("hakYazma");
-        if (read.isValid())
-            durum().HakOkuma = read.toBool();
-        if (write.isValid())
-            durum().HakYazma = write.toBool();
+    connect(m_mdi, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow *w) {
+        if (w)
+            rightsOfActiveScreen();
     });
     connect(&Bildirimler::instance(), &Bildirimler::sabitBilgileriDegisti, this, [this] {
         BaslikGuncelle();
@@ -425,8 +419,13 @@ bool MDIAidat::SabitBilgiKontrol()
     ui::notify(QStringLiteral("Okul Bilgi Girişi"),
                QStringLiteral("Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."),
                ui::Icon::Information, this);
-    if (!SabitBilgileriOku(m_db))
-        openScreen(QStringLiteral("popOkulBilgileri"), QStringLiteral("FrmOkulBilgileri"));
+    // The school's screen opens with its own rights, not those of the command that asked.
+    if (!SabitBilgileriOku(m_db)) {
+        if (users::HakKontrol(m_db, QStringLiteral("popOkulBilgileri")))
+            openScreen(QStringLiteral("popOkulBilgileri"), QStringLiteral("FrmOkulBilgileri"));
+        else
+            ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
+    }
     return false;
 }
 
@@ -441,12 +440,35 @@ void MDIAidat::BaslikGuncelle()
     setWindowTitle(title);
 }
 
+void MDIAidat::rightsOfActiveScreen()
+{
+    // The current child window: the one in front, also while the program is not the active
+    // application.
+    QMdiSubWindow *w = m_mdi->currentSubWindow();
+    if (!w)
+        return;
+    const QVariant read = w->property("hakOkuma");
+    const QVariant write = w->property("hakYazma");
+    if (read.isValid())
+        durum().HakOkuma = read.toBool();
+    if (write.isValid())
+        durum().HakYazma = write.toBool();
+}
+
 void MDIAidat::ActBar_Click(const QString &tool)
 {
     if (tool == QLatin1String("popCikis") || tool == QLatin1String("btnCikis")) {
         close();
         return;
     }
+    dispatch(tool);
+    // A command refused, not built yet, or stopped by the school test leaves the rights it
+    // tested behind: the screen in front goes on with its own.
+    rightsOfActiveScreen();
+}
+
+void MDIAidat::dispatch(const QString &tool)
+{
     if (!HakTestsiz(tool) && !users::HakKontrol(m_db, tool)) {
         ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
         return;

@@ -61,6 +61,9 @@ private:
     void buildBands();
     void yedekHatirlat();
     bool openScreen(const QString &tool, const QString &screen, const QVariantMap &ayar = {});
+    // The rights in force are those of the screen in front: after a command, whatever it did.
+    void rightsOfActiveScreen();
+    void dispatch(const QString &tool);
     int childScreenCount() const;
 
     store::Database &m_db;

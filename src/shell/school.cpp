@@ -57,7 +57,7 @@ Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
 {
     if (shell::Status open = store::ensureOpen(db, store::Store::Year, s_label); !open)
         return open.error();
-    store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ORDER BY OgretimYili DESC").arg(fieldList()));
+    store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ").arg(fieldList()) + SabitSirasi);
     if (!q.exec())
         return q.error(s_label);
     OkulBilgisi o;
@@ -238,7 +238,7 @@ Status CariAyKaydet(store::Database &db, const QString &cariAy)
     if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
         return open.error();
     // The first row: the one in force.
-    store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ORDER BY OgretimYili DESC"));
+    store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ") + SabitSirasi);
     if (!first.exec())
         return first.error(label);
     if (!first.next())

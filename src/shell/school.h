@@ -50,6 +50,10 @@ struct OkulBilgisi
     QString Adres;
 };
 
+// The order that puts the row in force first: the greatest school year, a row without one last
+// (the engines would otherwise disagree on where a Null goes).
+inline const QString SabitSirasi = QStringLiteral("ORDER BY COALESCE(OgretimYili, '') DESC");
+
 // The row in force: the one with the greatest school year.
 Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db);
 // Writes the row that was read (or a new one) and gives back what now stands in the store.

@@ -68,6 +68,8 @@ shell::Result<Database *> open(const ConnectionSettings &settings)
 
 shell::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &row)
 {
+    // A failure is written down whatever the user may change.
+    const WriteGuardExemption own;
     shell::Result<Database *> db = open(settings);
     if (!db)
         return db.error();

@@ -48,13 +48,11 @@ shell::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
     if (!tx) {
         return tx.error().withLabel(where);
     }
+    // A quick-entry row is the student's number, names, class, department and language, as
+    // it has always been; the rest is filled in later on the student screen.
     store::Query ogrenci(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Donem, Ogr_Adi, "
-                                            "Ogr_Soyadi, Ogr_Sinif, Ogr_Bolumu, Ogr_YabanciDil, "
-                                            "Ogr_Okulda_Okuyan_Kardes_Say, "
-                                            "Ogr_Islem_Yapan_Kullanici_Ilk, "
-                                            "Ogr_Islem_Yapan_Kullanici) "
-                                            "VALUES (?, ?, ?, ?, ?, ?, ?, 0, ?, '') "
-                                            "RETURNING KayitID"));
+                                            "Ogr_Soyadi, Ogr_Sinif, Ogr_Bolumu, Ogr_YabanciDil) "
+                                            "VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING KayitID"));
     store::Query nufus(db, QStringLiteral("INSERT INTO OgrenciNufus (KayitID, Ogr_Nufus_Cinsiyet, "
                                           "Donem) VALUES (?, ?, ?)"));
     QList<qint64> keys;
@@ -69,8 +67,7 @@ shell::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
             .bind(soyadi)
             .bind(sinif)
             .bind(cutOgrenci(s.bolum, "Ogr_Bolumu"))
-            .bind(cutOgrenci(s.yabanciDil, "Ogr_YabanciDil"))
-            .bind(cutOgrenci(durum.AktifKullanici, "Ogr_Islem_Yapan_Kullanici_Ilk"));
+            .bind(cutOgrenci(s.yabanciDil, "Ogr_YabanciDil"));
         if (!ogrenci.exec() || !ogrenci.next()) {
             return ogrenci.error(where);
         }

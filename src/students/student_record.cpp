@@ -510,11 +510,12 @@ shell::Result<QStringList> FarkliDegerler(store::Database &db, const QString &al
 
 namespace {
 
-// A field of Ogrenci as it is written: the card number encrypted, the rest as they are kept.
-QVariant ogrenciDegeri(store::Database &db, const QString &field, const QVariant &value)
+// A field of Ogrenci as it is written: the card number already encrypted, the rest as they are
+// kept.
+QVariant ogrenciDegeri(const QString &field, const QVariant &value, const QString &kartNoGizli)
 {
     if (field == KartNoAlani)
-        return users::GizliYaz(db, value.toString().trimmed().left(KartNoUzunlugu));
+        return kartNoGizli;
     return toStored(OgrenciTablo, field, value, false);
 }
 
@@ -527,6 +528,13 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
     const shell::CalismaDurumu &durum = shell::durum();
     const QString donem = stored(durum.OgretimYili, 10);
     const QStringList fields = OgrenciAlanlari();
+    // The card number is boxed before the save's transaction: the office's key may have to be
+    // made first, in a write of its own.
+    const shell::Result<QString> kartNoGizli
+        = users::GizliYaz(db, k.metin(KartNoAlani).trimmed().left(KartNoUzunlugu));
+    if (!kartNoGizli) {
+        return kartNoGizli.error().withLabel(where);
+    }
 
     store::Transaction tx(db);
     if (!tx) {
@@ -538,7 +546,7 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
         store::Query update(db, QStringLiteral("UPDATE Ogrenci SET %1, Donem = ? WHERE KayitID = ?")
                                     .arg(assignments(fields).join(QStringLiteral(", "))));
         for (const QString &f : fields) {
-            bindValue(update, ogrenciDegeri(db, f, k.ogrenci.value(f)));
+            bindValue(update, ogrenciDegeri(f, k.ogrenci.value(f), *kartNoGizli));
         }
         update.bind(donem).bind(k.kayitId);
         if (!update.exec()) {
@@ -557,7 +565,7 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
                                 .arg(fields.join(QStringLiteral(", ")),
                                      placeholders(int(fields.size())).join(QStringLiteral(", "))));
         for (const QString &f : fields) {
-            bindValue(insert, ogrenciDegeri(db, f, k.ogrenci.value(f)));
+            bindValue(insert, ogrenciDegeri(f, k.ogrenci.value(f), *kartNoGizli));
         }
         insert.bind(donem).bind(stored(durum.AktifKullanici, 20)).bind(QStringLiteral(""));
         if (!insert.exec() || !insert.next()) {

@@ -16,8 +16,10 @@ namespace {
 
 const QString s_prefix = QStringLiteral("v1:");
 
-// The office's key, made once, kept in the global store; cached by the store it came from.
-QByteArray officeKey(store::Database &db)
+// The office's key, made once, kept in the global store; cached by the store it came from, once
+// it stands committed there. A key is only made outside a transaction, so that a save rolled
+// back cannot take away a key that numbers were already boxed with.
+QByteArray officeKey(store::Database &db, bool mayMake)
 {
     static QHash<QString, QByteArray> s_keys;
     const QString where = db.settings().describe();
@@ -30,6 +32,8 @@ QByteArray officeKey(store::Database &db)
     const QString key = QStringLiteral("KART ANAHTARI");
     QString hex = shell::INIAyar(db, QStringLiteral("GET"), file, section, key);
     if (hex.isEmpty()) {
+        if (!mayMake || db.transactionDepth() > 0)
+            return QByteArray();
         // The first workstation to need it makes it; a second one that raced it reads the first's.
         QByteArray fresh(crypto_secretbox_KEYBYTES, '\0');
         randombytes_buf(fresh.data(), size_t(fresh.size()));
@@ -55,13 +59,17 @@ bool GizliMi(const QString &kayitli)
     return kayitli.startsWith(s_prefix);
 }
 
-QString GizliYaz(store::Database &db, const QString &acik)
+shell::Result<QString> GizliYaz(store::Database &db, const QString &acik)
 {
     if (acik.isEmpty())
         return QString();
-    const QByteArray k = officeKey(db);
-    if (k.isEmpty())
-        return QString();
+    const QByteArray k = officeKey(db, true);
+    if (k.isEmpty()) {
+        return shell::Error{3146,
+                            QStringLiteral("Kart numaralarının şifreleme anahtarı hazırlanamadı; kart "
+                                           "numarası kaydedilmedi."),
+                            QStringLiteral("Modul:GizliYaz")};
+    }
     const QByteArray plain = acik.toUtf8();
     QByteArray box(int(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES) + plain.size(), '\0');
     auto *nonce = reinterpret_cast<unsigned char *>(box.data());
@@ -77,7 +85,7 @@ QString GizliOku(store::Database &db, const QString &kayitli)
 {
     if (!GizliMi(kayitli))
         return kayitli;
-    const QByteArray k = officeKey(db);
+    const QByteArray k = officeKey(db, false);
     const QByteArray box = QByteArray::fromBase64(kayitli.mid(s_prefix.size()).toLatin1());
     const int header = int(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES);
     if (k.isEmpty() || box.size() < header)

@@ -228,11 +228,22 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     w.ActBar_Click(QStringLiteral("popDiger"));
     QVERIFY(messages.texts().value(0).contains(QStringLiteral("henüz hazır değil")));
 
-    // The screen opens for reading; its save is refused.
+    // The screen opens for reading; its save is refused, also after a command that she may
+    // write but that opens nothing leaves its rights behind.
+    store::Query more(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                                         "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"));
+    more.bind(other).bind(QStringLiteral("Yönetici Raporu")).bind(QStringLiteral("popYoneticiRaporu"));
+    {
+        const store::WriteGuardExemption setUp; // the administrator's doing, not hers
+        QVERIFY(more.exec());
+    }
     messages.clear();
     w.ActBar_Click(QStringLiteral("popOkulBilgileri"));
     QMdiSubWindow *sub = w.screenWindow(QStringLiteral("FrmOkulBilgileri"));
     QVERIFY(sub);
+    w.ActBar_Click(QStringLiteral("popYoneticiRaporu"));
+    QVERIFY(messages.texts().value(0).contains(QStringLiteral("henüz hazır değil")));
+    messages.clear();
     typeInto(sub->widget(), QStringLiteral("txtOkulAdi"), QStringLiteral("Başka Ad"));
     click(sub->widget(), QStringLiteral("cmdKaydet"));
     QCOMPARE(messages.texts(), QStringList{QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});

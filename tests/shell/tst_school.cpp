@@ -65,7 +65,9 @@ void tst_School::readingTheSchoolsRow()
     QVERIFY(durum().TaksitKilitle);
     QVERIFY(durum().FisNoKilitle);
 
-    // The newest school year is the one in force; a save writes that row and no other.
+    // The newest school year is the one in force, before a row without one on either engine; a
+    // save writes that row and no other.
+    QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi) VALUES ('Yılsız Satır')")));
     QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Yeni Okul', '2025-2026')")));
     Result<OkulBilgisi> row = OkulbilgisiGetir(db);
     QCOMPARE(row->OkulAdi, QStringLiteral("Yeni Okul"));
@@ -84,6 +86,7 @@ void tst_School::readingTheSchoolsRow()
     QCOMPARE(old.text(0), QStringLiteral("Eski Okul"));
     QCOMPARE(old.text(1), QStringLiteral("200410"));
 
+    QVERIFY(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL")).isNull());
     QVERIFY(OkulbilgisiSil(db).ok());
     QVERIFY(!SabitBilgileriOku(db));
 }

@@ -56,6 +56,24 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(testing::openOffice(db));
+    // The very first card number goes with a save that fails late and is rolled back: the
+    // office's key it brought about must stand in the store all the same, or every number boxed
+    // with it in this session would be lost at the next start.
+    const QString siblings = db.table(store::Store::Year, QStringLiteral("OgrenciKardesler"));
+    QVERIFY(db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardeslerYok").arg(siblings)).ok());
+    OgrenciKaydi failing;
+    failing.ogrenci.insert(QStringLiteral("Ogr_Numarasi"), qint64(4));
+    failing.ogrenci.insert(QStringLiteral("Ogr_Adi"), QStringLiteral("Eda"));
+    failing.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), QStringLiteral("Er"));
+    failing.ogrenci.insert(KartNoAlani, s_card);
+    failing.kardesler.append(Kardes{QStringLiteral("Ali"), QStringLiteral("Er"), QString(), QString()});
+    QVERIFY(!OgrenciKaydet(db, failing, false));
+    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 0);
+    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM IniAyar WHERE Dosya = 'VORTEL'")).toInt(), 1);
+    QVERIFY(db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardesler")
+                        .arg(db.table(store::Store::Year, QStringLiteral("OgrenciKardeslerYok"))))
+                .ok());
+
     const qint64 id = saveStudent(db);
     QVERIFY(id > 0);
     const QString atRest = stored(db, id);
@@ -63,7 +81,7 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     QVERIFY(!atRest.contains(QStringLiteral("9012")));
     QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
     // Each saving draws a new nonce: the same number never reads the same at rest.
-    QVERIFY(users::GizliYaz(db, s_card) != users::GizliYaz(db, s_card));
+    QVERIFY(*users::GizliYaz(db, s_card) != *users::GizliYaz(db, s_card));
     // A number kept before encryption is read as it is; one boxed with another key reads empty.
     QCOMPARE(users::GizliOku(db, QStringLiteral("4543")), QStringLiteral("4543"));
     QString foreign = atRest;
