@@ -30,11 +30,17 @@ shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int ha
     const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
     if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
-    store::Query q(db, QStringLiteral("SELECT count(*) FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
+    store::Query q(db, QStringLiteral("SELECT CalismaID FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
     q.bind(ad.trimmed()).bind(haricId);
-    if (!q.exec() || !q.next())
+    if (!q.exec())
         return q.error(label);
-    return q.integer(0) > 0;
+    // A year whose store never came to be (its first opening failed) is not listed, and does not
+    // keep its name from a new one.
+    while (q.next()) {
+        if (db.exists(store::Store::Year, int(q.integer(0))))
+            return true;
+    }
+    return false;
 }
 
 shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad)

@@ -83,16 +83,17 @@ HataMetni HataMetniGetir(int hataNo, int hataSatiri, const QString &hataAciklama
                 lines({QStringLiteral("Dataların Yükleneceği Dizin Bulunamadı"),
                        QStringLiteral("Lütfen Dizinin Doğruluğunu Kontrol Ediniz.")})};
     case 3260: {
-        // The holder of the record stands between quotes in the engine's text, after "user"
-        // in the old engine's words, after "Kayıt kilitli:" in the store's.
-        static const QRegularExpression quoted(
-            QStringLiteral("(?:user|Kayıt kilitli:)\\s*'([^']*)'"));
+        // The holder of the record stands between quotes after "user", where the engine names
+        // one; where it does not, nobody is named.
+        static const QRegularExpression quoted(QStringLiteral("user\\s*'([^']*)'"));
         const QRegularExpressionMatch m = quoted.match(hataAciklama);
-        const QString user = m.hasMatch() ? m.captured(1) : QString();
+        const QString holder = m.hasMatch()
+                                   ? QStringLiteral("Şu Anda Bu Kaydı  ") + m.captured(1)
+                                         + QStringLiteral("   isimli Kullanıcı Kullanıyor")
+                                   : QStringLiteral("Şu Anda Bu Kayıt Başka Bir İş İstasyonunda "
+                                                    "Kullanılıyor");
         return {zerna,
-                lines({QStringLiteral("Genel Sistem Hatası"),
-                       QStringLiteral("Şu Anda Bu Kaydı  ") + user
-                           + QStringLiteral("   isimli Kullanıcı Kullanıyor"),
+                lines({QStringLiteral("Genel Sistem Hatası"), holder,
                        QStringLiteral("Lütfen Bu Bölümden Çıkmasını Sağlayınız")})};
     }
     case 91:

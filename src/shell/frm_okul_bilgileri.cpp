@@ -451,10 +451,6 @@ bool FrmOkulBilgileri::OkulbilgisiKaydet()
     OkulBilgisi row = m_row;
     if (!formToRow(row))
         return false;
-    if (Status s = shell::OkulbilgisiKaydet(m_db, row); !s) {
-        HataBildir(s.error());
-        return false;
-    }
     OfisAyarlari ofis;
     ofis.okKilit = m_okKilit->isChecked();
     ofis.fisKilit = m_fisKilit->isChecked();
@@ -462,7 +458,10 @@ bool FrmOkulBilgileri::OkulbilgisiKaydet()
     ofis.kasaAktar = m_kasaAktar->isChecked() ? 1 : 0;
     ofis.kasaKod = m_kasaKod->text().trimmed();
     ofis.kasaSor = m_kasaSor->isChecked() ? 1 : 0;
-    OfisAyarlariYaz(m_db, ofis);
+    if (Status s = shell::OkulbilgisiKaydet(m_db, row, &ofis); !s) {
+        HataBildir(s.error());
+        return false;
+    }
     setDirty(false);
     ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Okul bilgileri kaydedildi."), ui::Icon::Information, this);
     SabitBilgileriOku(m_db);

@@ -101,7 +101,7 @@ Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
     return o;
 }
 
-Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o)
+Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAyarlari *ofis)
 {
     const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiKaydet");
     if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
@@ -161,6 +161,11 @@ Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o)
         q.bind(key);
     if (!q.exec())
         return q.error(label);
+    q.finish();
+    if (ofis) {
+        if (Status s = OfisAyarlariYaz(db, *ofis); !s)
+            return s.error().withLabel(label);
+    }
     if (!tx.commit())
         return tx.error();
     return {};
@@ -273,17 +278,34 @@ OfisAyarlari OfisAyarlariOku(store::Database &db)
     return a;
 }
 
-void OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
+Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
 {
-    auto put = [&db](const QString &file, const QString &key, const QString &value) {
-        INIAyar(db, QStringLiteral("WRITE"), file, QStringLiteral("OFIS"), key, value);
+    const QString one = QStringLiteral("1");
+    const QString zero = QStringLiteral("0");
+    const struct
+    {
+        QString file;
+        QString key;
+        QString value;
+    } entries[] = {
+        {QStringLiteral("okkilit.txt"), QStringLiteral("VAR"), a.okKilit ? one : zero},
+        {QStringLiteral("fiskilit.txt"), QStringLiteral("VAR"), a.fisKilit ? one : zero},
+        {QStringLiteral("okbilg.txt"), QStringLiteral("VAR"), a.kasaAyarVar ? one : zero},
+        {QStringLiteral("okbilg.txt"), one, QString::number(a.kasaAktar)},
+        {QStringLiteral("okbilg.txt"), QStringLiteral("2"),
+         a.kasaKod.trimmed().isEmpty() ? QStringLiteral("100") : a.kasaKod.trimmed()},
+        {QStringLiteral("okbilg.txt"), QStringLiteral("3"), QString::number(a.kasaSor)},
     };
-    put(QStringLiteral("okkilit.txt"), QStringLiteral("VAR"), a.okKilit ? QStringLiteral("1") : QStringLiteral("0"));
-    put(QStringLiteral("fiskilit.txt"), QStringLiteral("VAR"), a.fisKilit ? QStringLiteral("1") : QStringLiteral("0"));
-    put(QStringLiteral("okbilg.txt"), QStringLiteral("VAR"), a.kasaAyarVar ? QStringLiteral("1") : QStringLiteral("0"));
-    put(QStringLiteral("okbilg.txt"), QStringLiteral("1"), QString::number(a.kasaAktar));
-    put(QStringLiteral("okbilg.txt"), QStringLiteral("2"), a.kasaKod.trimmed().isEmpty() ? QStringLiteral("100") : a.kasaKod.trimmed());
-    put(QStringLiteral("okbilg.txt"), QStringLiteral("3"), QString::number(a.kasaSor));
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    for (const auto &e : entries) {
+        if (Status s = IniYaz(db, e.file, QStringLiteral("OFIS"), e.key, e.value); !s)
+            return s;
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
 }
 
 } // namespace shell

@@ -56,8 +56,11 @@ inline const QString SabitSirasi = QStringLiteral("ORDER BY COALESCE(OgretimYili
 
 // The row in force: the one with the greatest school year.
 Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db);
-// Writes the row that was read (or a new one) and gives back what now stands in the store.
-Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &okul);
+struct OfisAyarlari;
+// Writes the row that was read (or a new one), and with them the office switches when given:
+// one transaction, all or nothing.
+Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &okul,
+                         const OfisAyarlari *ofis = nullptr);
 Status OkulbilgisiSil(store::Database &db);
 // A new school's row: this school year, the working month, the period from September to June.
 OkulBilgisi YeniOkulBilgisi(const QDate &bugun);
@@ -82,6 +85,6 @@ struct OfisAyarlari
     int kasaSor = 0;
 };
 OfisAyarlari OfisAyarlariOku(store::Database &db);
-void OfisAyarlariYaz(store::Database &db, const OfisAyarlari &ayar);
+Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &ayar);
 
 } // namespace shell

@@ -44,6 +44,51 @@ QString INIAyar(const QString &mod, const QString &dosya, const QString &bolum,
     return INIAyar(store::defaultDatabase(), mod, dosya, bolum, anahtar, deger);
 }
 
+namespace {
+
+// INI names are matched without regard to case and kept folded to upper case: file names as the
+// file system folds them, sections and keys by the Turkish rules of the office's machines
+// ("açıklamalar" is "AÇIKLAMALAR").
+QString fileKey(const QString &dosya)
+{
+    return dosya.trimmed().toUpper();
+}
+
+QString nameKey(const QString &name)
+{
+    return BuyukHarf(name.trimmed());
+}
+
+} // namespace
+
+Status IniYaz(store::Database &db, const QString &dosya, const QString &bolum,
+              const QString &anahtar, const QString &deger)
+{
+    const QString label = QStringLiteral("Modul:INIAyar");
+    // Settings are written by the program for whoever uses it.
+    const store::WriteGuardExemption own;
+    if (Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open;
+    store::Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    store::Query update(db, QStringLiteral("UPDATE IniAyar SET Deger = ? WHERE Dosya = ? AND "
+                                           "Bolum = ? AND Anahtar = ?"));
+    update.bind(deger).bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar));
+    if (!update.exec())
+        return update.error(label);
+    if (update.rowsAffected() == 0) {
+        store::Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
+                                               "VALUES (?, ?, ?, ?)"));
+        insert.bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar)).bind(deger);
+        if (!insert.exec())
+            return insert.error(label);
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
 QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
                 const QString &bolum, const QString &anahtar, const QString &deger)
 {
@@ -54,12 +99,9 @@ QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
     if (anahtar.isEmpty())
         return QStringLiteral("Keyname Hatası");
     const QString upperMode = mod.toUpper();
-    // INI names are matched without regard to case and kept folded to upper case: file names
-    // as the file system folds them, sections and keys by the Turkish rules of the office's
-    // machines ("açıklamalar" is "AÇIKLAMALAR").
-    const QString file = dosya.trimmed().toUpper();
-    const QString section = BuyukHarf(bolum.trimmed());
-    const QString key = BuyukHarf(anahtar.trimmed());
+    const QString file = fileKey(dosya);
+    const QString section = nameKey(bolum);
+    const QString key = nameKey(anahtar);
     if (upperMode == QLatin1String("GET")) {
         if (!store::DatabaseAc(db, store::Store::Global, true, false))
             return QString();
@@ -77,28 +119,7 @@ QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
     if (upperMode == QLatin1String("WRITE")) {
         if (deger.isNull())
             return QStringLiteral("ERROR KeyValue");
-        // Settings are written by the program for whoever uses it.
-        const store::WriteGuardExemption own;
-        if (!store::DatabaseAc(db, store::Store::Global, true, false))
-            return QString();
-        store::Transaction tx(db);
-        if (!tx)
-            return QString();
-        store::Query update(db,
-                            QStringLiteral("UPDATE IniAyar SET Deger = ? WHERE Dosya = ? AND "
-                                           "Bolum = ? AND Anahtar = ?"));
-        update.bind(deger).bind(file).bind(section).bind(key);
-        if (!update.exec())
-            return QString();
-        if (update.rowsAffected() == 0) {
-            store::Query insert(db,
-                                QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, "
-                                               "Deger) VALUES (?, ?, ?, ?)"));
-            insert.bind(file).bind(section).bind(key).bind(deger);
-            if (!insert.exec())
-                return QString();
-        }
-        (void) tx.commit();
+        (void) IniYaz(db, dosya, bolum, anahtar, deger);
         return QString();
     }
     return QString();

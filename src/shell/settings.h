@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/para.h"
+#include "shell/result.h"
 
 #include <QDateTime>
 #include <QList>
@@ -71,5 +72,9 @@ QString INIAyar(const QString &mod, const QString &dosya, const QString &bolum,
                 const QString &anahtar, const QString &deger = QString());
 QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
                 const QString &bolum, const QString &anahtar, const QString &deger = QString());
+// The writing behind "WRITE", for callers that must know whether it stood: it joins the
+// caller's transaction.
+Status IniYaz(store::Database &db, const QString &dosya, const QString &bolum,
+              const QString &anahtar, const QString &deger);
 
 } // namespace shell

@@ -32,7 +32,8 @@ std::function<bool()> &writeGuard()
     static std::function<bool()> s_guard;
     return s_guard;
 }
-int s_exemptions = 0;
+// Exemptions are scopes of the thread that opened them.
+thread_local int s_exemptions = 0;
 
 bool isWriteStatement(const QString &sqlText)
 {
@@ -176,9 +177,9 @@ shell::Error toError(const QSqlError &error, const QString &label, Engine engine
         number = 3044;
     }
     if (number == 3260) {
-        // The engine does not know which person holds the row; the reporter names the holder
-        // by what stands between quotes.
-        text = QStringLiteral("Kayıt kilitli: 'başka bir' kullanıcı kullanıyor (%1)").arg(text);
+        // The engine does not say which person holds the row: the text says so, and names
+        // nobody.
+        text = QStringLiteral("Kayıt başka bir iş istasyonunda kullanılıyor (%1)").arg(text);
     }
     if (!native.isEmpty())
         text += QStringLiteral(" [%1]").arg(native);
@@ -558,6 +559,7 @@ void Database::close()
         q.exec(QStringLiteral("ROLLBACK"));
         m_depth = 0;
     }
+    ++m_generation;
     detachYear();
     if (m_sql.isOpen())
         m_sql.close();
@@ -736,7 +738,19 @@ Transaction::Transaction(Database &db, Mode mode)
         m_db.m_rollbackOnly = false;
     }
     ++m_db.m_depth;
+    m_generation = m_db.m_generation;
     m_active = true;
+}
+
+bool Transaction::stillOpen()
+{
+    if (m_generation == m_db.m_generation)
+        return true;
+    m_done = true;
+    m_error = shell::Error{3146,
+                           QStringLiteral("Bağlantı kapandığı için işlem geri alındı."),
+                           QStringLiteral("Transaction")};
+    return false;
 }
 
 Transaction::~Transaction()
@@ -746,7 +760,7 @@ Transaction::~Transaction()
 
 bool Transaction::commit()
 {
-    if (!m_active || m_done)
+    if (!m_active || m_done || !stillOpen())
         return false;
     m_done = true;
     --m_db.m_depth;
@@ -770,7 +784,7 @@ bool Transaction::commit()
 
 void Transaction::rollback()
 {
-    if (!m_active || m_done)
+    if (!m_active || m_done || !stillOpen())
         return;
     m_done = true;
     --m_db.m_depth;

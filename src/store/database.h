@@ -124,6 +124,7 @@ private:
     bool m_globalOpen = false;
     bool m_errorStore = false;
     int m_depth = 0;
+    int m_generation = 0; // counts closings: a transaction of a closed connection is over
     bool m_rollbackOnly = false;
     int m_savepoint = 0;
 };
@@ -203,7 +204,11 @@ public:
     void rollback();
 
 private:
+    // False when the connection was closed under the transaction: it is over, rolled back.
+    bool stillOpen();
+
     Database &m_db;
+    int m_generation = 0;
     bool m_active = false;
     bool m_done = false;
     shell::Error m_error;

@@ -442,8 +442,12 @@ void FrmProgramaGirisSifresiDegistirme::KullaniciAdiYukle()
         return;
     }
     m_list->clear();
-    for (const KullaniciSatiri &u : std::as_const(*users))
-        m_list->addItem(u.ad);
+    // Each name keeps the form table Sifre holds it in, so that a name scrambled on the old
+    // program's other provider is found again.
+    for (const KullaniciSatiri &u : std::as_const(*users)) {
+        auto *item = new QListWidgetItem(u.ad, m_list);
+        item->setData(Qt::UserRole, u.kod);
+    }
     if (users->isEmpty()) {
         ui::notify(QStringLiteral("UYARI"),
                    QStringLiteral("Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı "
@@ -478,8 +482,12 @@ void FrmProgramaGirisSifresiDegistirme::CmdSil_Click()
     const QString ad = m_ad->text();
     if (ad.trimmed().isEmpty() || !YazmaYetkisiVar())
         return;
-    const shell::Result<QString> kod = Sifrele(ad);
-    if (shell::Status s = KullaniciSil(m_db, kod.value_or(QString())); !s) {
+    QString kod = Sifrele(ad).value_or(QString());
+    for (int i = 0; i < m_list->count(); ++i) {
+        if (m_list->item(i)->text() == ad)
+            kod = m_list->item(i)->data(Qt::UserRole).toString();
+    }
+    if (shell::Status s = KullaniciSil(m_db, kod); !s) {
         shell::HataBildir(s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
         return;
     }

@@ -99,14 +99,19 @@ shell::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStr
         return shell::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
     if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
+    // A user the old program scrambled on either provider keeps his row.
+    shell::Result<std::optional<StoredUser>> existing = findUser(db, ad);
+    if (!existing)
+        return existing.error().withLabel(label);
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
-    store::Query update(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
-    update.bind(SifreOzeti(sifre)).bind(*kod);
-    if (!update.exec())
-        return update.error(label);
-    if (update.rowsAffected() == 0) {
+    if (existing->has_value()) {
+        store::Query update(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
+        update.bind(SifreOzeti(sifre)).bind((*existing)->username);
+        if (!update.exec())
+            return update.error(label);
+    } else {
         store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
         insert.bind(*kod).bind(SifreOzeti(sifre));
         if (!insert.exec())

@@ -46,7 +46,7 @@ bool OgrenciKilitKontrol(store::Database &db, qint64 kayitId)
     const std::optional<QString> h = holder(db, kayitId, QStringLiteral("Modul:OgrenciKilitKontrol"));
     if (!h)
         return s_ok;
-    if (!h->isEmpty() && *h != shell::durum().AktifKullanici) {
+    if (!h->isEmpty() && *h != shell::durum().AktifKullanici.left(20)) {
         s_ok = false;
         tell(*h);
     }
@@ -122,7 +122,9 @@ shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QStri
         if (!holder.isEmpty() && holder != me)
             return holder;
     }
-    return QString();
+    return shell::Error{3260,
+                        QStringLiteral("Öğrenci işaretlenemedi; lütfen yeniden deneyiniz."),
+                        label};
 }
 
 bool OgrenciKilitle(store::Database &db, qint64 kayitId)

@@ -27,7 +27,8 @@ shell::Status OgrenciKilitBirak(store::Database &db, bool tumu);
 bool OgrenciKilitle(store::Database &db, qint64 kayitId);
 
 // The test-and-set itself, for a named user and without a word to the screen: "" when the user
-// now holds the student (or there is no such student), else the name of the one who does.
+// now holds the student (or there is no such student), else the name of the one who does. The
+// mark keeps the first twenty characters of a name, and names are compared by them.
 shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici);
 
 // The message that names the holder.

@@ -85,7 +85,9 @@ bool SifreDogru(store::Database &db, const QString &kod, const QString &sifre)
 {
     store::Query q(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"));
     q.bind(kod);
-    if (!q.exec() || !q.next())
+    if (!q.exec())
+        return false; // a reading that failed proves nothing
+    if (!q.next())
         return sifre.isEmpty();
     const QString stored = q.value(0).toString();
     if (stored.isEmpty())

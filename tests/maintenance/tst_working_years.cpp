@@ -40,6 +40,10 @@ void tst_WorkingYears::yearsComeAndGo()
     QCOMPARE(listed[0].id, second);
     QCOMPARE(listed[1].id, first);
 
+    // A year whose first opening never made its store does not hold its name.
+    QVERIFY(CalismaKaydet(db, QStringLiteral("Yarım Kalan")));
+    QCOMPARE(*CalismaAdiVar(db, QStringLiteral("Yarım Kalan")), false);
+
     // Names are unique; a rename to its own name is no clash.
     QCOMPARE(*CalismaAdiVar(db, QStringLiteral(" 2024-2025 ")), true);
     QCOMPARE(*CalismaAdiVar(db, QStringLiteral("2024-2025"), first), false);

@@ -31,6 +31,9 @@ void tst_Failure::friendlyTexts_data()
     QTest::addRow("3260-kullaniciyi-adlandirir")
         << 3260 << "Couldn't update; currently locked by user 'ayse' on machine 'MUHASEBE2'."
         << "Zerna" << "Şu Anda Bu Kaydı  ayse   isimli Kullanıcı Kullanıyor";
+    QTest::addRow("3260-kimse-adlandirilmaz")
+        << 3260 << "Kayıt başka bir iş istasyonunda kullanılıyor (database is locked)"
+        << "Zerna" << "Şu Anda Bu Kayıt Başka Bir İş İstasyonunda Kullanılıyor";
     QTest::addRow("52-dizin") << 52 << "" << "Zerna" << "Dataların Yükleneceği Dizin Bulunamadı";
     QTest::addRow("61-disk") << 61 << "" << "Zerna" << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
     QTest::addRow("76-data-yolu") << 76 << "" << "Zerna" << "Tanımlanmış Bulunan Data Yolu Hatalı";

@@ -87,6 +87,20 @@ void tst_School::readingTheSchoolsRow()
     QCOMPARE(old.text(1), QStringLiteral("200410"));
 
     QVERIFY(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL")).isNull());
+
+    // The row and the office switches go together or not at all.
+    OfisAyarlari ofis;
+    ofis.okKilit = true;
+    ofis.kasaAyarVar = true;
+    ofis.kasaAktar = 1;
+    ofis.kasaKod = QStringLiteral("120");
+    store::setWriteGuard([] { return false; });
+    QVERIFY(!OkulbilgisiKaydet(db, back, &ofis));
+    store::setWriteGuard(nullptr);
+    QVERIFY(!OfisAyarlariOku(db).okKilit);
+    QVERIFY(OkulbilgisiKaydet(db, back, &ofis).ok());
+    QVERIFY(OfisAyarlariOku(db).okKilit);
+    QCOMPARE(OfisAyarlariOku(db).kasaKod, QStringLiteral("120"));
     QVERIFY(OkulbilgisiSil(db).ok());
     QVERIFY(!SabitBilgileriOku(db));
 }

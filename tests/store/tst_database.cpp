@@ -222,6 +222,15 @@ void tst_Database::failedInnerStepUndoesTheWhole()
     }
     QVERIFY(!outer.commit());
     QVERIFY(outer.error().text.contains(QStringLiteral("hiçbir değişiklik kaydedilmedi")));
+    // A connection closed under a transaction ends it; the next one starts from nothing.
+    {
+        Transaction cut(db);
+        QVERIFY(cut);
+        DatabaseKapat(db);
+        QVERIFY(!cut.commit());
+    }
+    QCOMPARE(db.transactionDepth(), 0);
+    QVERIFY(s.openYear());
     Query count(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
     QVERIFY(count.exec() && count.next());
     QCOMPARE(count.integer(0), 0);

@@ -99,6 +99,10 @@ void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
     QCOMPARE(storedPassword(db, QStringLiteral("admin")), hashed);
 
     QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("para")), GirisSonucu::Kabul);
+    // A new password keeps such a user's own row.
+    QVERIFY(KullaniciKaydet(db, QStringLiteral("kasa"), QStringLiteral("yeni")).ok());
+    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 3);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("yeni")), GirisSonucu::Kabul);
     QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QString()), GirisSonucu::Kabul);
     QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QStringLiteral("x")), GirisSonucu::SifreHatali);
 }

@@ -84,6 +84,14 @@ void tst_RecordLock::marksBetweenWorkstations()
     QCOMPARE(holderOf(s.db(), 3), QStringLiteral("veli"));
     QVERIFY(OgrenciKilitBirak(s.db(), true).ok());
     QCOMPARE(holderOf(s.db(), 3), QString());
+
+    // A name longer than the mark's twenty characters is still its own holder.
+    messages.clear();
+    shell::durum().AktifKullanici = QStringLiteral("Muhasebe Müdür Yardımcısı");
+    QVERIFY(OgrenciKilitle(s.db(), 1));
+    QVERIFY(OgrenciKilitKontrol(s.db(), 1));
+    QVERIFY(OgrenciKilitle(s.db(), 1));
+    QVERIFY(messages.texts().isEmpty());
 }
 
 void tst_RecordLock::twoWorkstationsAtOnceNeverBothTakeHim()

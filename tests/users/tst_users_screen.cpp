@@ -68,15 +68,19 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     w.MenuDurumAyarla(true);
     w.show();
 
+    QVERIFY(users::KullaniciKaydet(db, QStringLiteral("zerna"), QStringLiteral("servis")).ok());
     w.ActBar_Click(QStringLiteral("popKullanici"));
     QMdiSubWindow *sub = w.screenWindow(QStringLiteral("Kullanici_Sifre"));
     QVERIFY(sub);
     QWidget *screen = sub->widget();
     auto *users = screen->findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
     auto *rights = screen->findChild<ui::Grid *>(QStringLiteral("vaSpread2"));
-    QCOMPARE(users->rowCount(), 1);
+    // Every user who can log in is listed, the service user too; no password is shown.
+    QCOMPARE(users->rowCount(), 2);
     QCOMPARE(users->text(0, 0), QStringLiteral("Müdür"));
-    QCOMPARE(users->text(0, 1), QStringLiteral("••••••")); // never the password itself
+    QCOMPARE(users->text(1, 0), QStringLiteral("zerna"));
+    QCOMPARE(users->text(0, 1), QStringLiteral("••••••"));
+    QCOMPARE(users->text(1, 1), QStringLiteral("••••••"));
 
     // The administrator keeps every right: once any right exists, a command without one is closed.
     users->setCurrentCell(0, 0);
@@ -87,20 +91,19 @@ void tst_UsersScreen::administratorGivesLimitedRights()
 
     // A new user with no name, then with a password that is not confirmed, is refused.
     click(screen, QStringLiteral("Command2"));
-    QCOMPARE(users->rowCount(), 2);
+    QCOMPARE(users->rowCount(), 3);
     click(screen, QStringLiteral("Command2"));
     QCOMPARE(messages.texts().value(0), QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"));
-    users->setValue(1, 0, QString());
-    users->gridModel()->setData(users->gridModel()->index(1, 0), QStringLiteral("Sekreter"), Qt::EditRole);
+    users->gridModel()->setData(users->gridModel()->index(2, 0), QStringLiteral("Sekreter"), Qt::EditRole);
     typeInto(screen, QStringLiteral("Txt_Yeni1"), QStringLiteral("abc"));
     typeInto(screen, QStringLiteral("Txt_Yeni2"), QStringLiteral("abd"));
     click(screen, QStringLiteral("Cmd_Ok"));
     QCOMPARE(messages.texts().value(1), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."));
-    QCOMPARE(users->text(1, 1), QString());
+    QCOMPARE(users->text(2, 1), QString());
     typeInto(screen, QStringLiteral("Txt_Yeni1"), QStringLiteral("abc"));
     typeInto(screen, QStringLiteral("Txt_Yeni2"), QStringLiteral("abc"));
     click(screen, QStringLiteral("Cmd_Ok"));
-    QCOMPARE(users->text(1, 1), QStringLiteral("••••••"));
+    QCOMPARE(users->text(2, 1), QStringLiteral("••••••"));
     // The secretary may read the school's settings, and nothing else.
     const int okul = rowOf(rights, 3, QStringLiteral("popOkulBilgileri"));
     QVERIFY(okul >= 0);
@@ -109,7 +112,7 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     messages.clear();
     click(screen, QStringLiteral("cmdKaydet"));
     QVERIFY(messages.texts().isEmpty());
-    QCOMPARE(users->rowCount(), 2);
+    QCOMPARE(users->rowCount(), 3);
     const QString sekreter = *users::Sifrele(QStringLiteral("Sekreter"));
     QVERIFY(users::SifreOzetiMi(scalar(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"), {sekreter}).toString()));
     QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"), {sekreter}).toInt(), 1);
