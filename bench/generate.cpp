@@ -14,12 +14,15 @@ bool generate(Database &db, int students)
     QSqlQuery ogr(db.sql()), tanim(db.sql()), detay(db.sql()), odeme(db.sql());
     ogr.prepare(QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi, Ogr_Soyadi, Ogr_Sinif) "
                                "VALUES (?, ?, ?, ?) RETURNING KayitID"));
+    // Rows as the ledger writes them, with the markers that opening a year fills in otherwise.
     tanim.prepare(QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, AidatID, "
-                                 "AidatTanim) VALUES (?, ?, ?, ?, ?, ?) RETURNING KayitID"));
+                                 "AidatTanim, YTLCevrim, IskontoTutari) VALUES (?, ?, ?, ?, ?, ?, 0, 0) "
+                                 "RETURNING KayitID"));
     detay.prepare(QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, Odenecek, "
-                                 "PesinatTaksitID) VALUES (?, ?, ?, ?, 1)"));
+                                 "PesinatTaksitID, YTLCevrim, Fatura_ID) VALUES (?, ?, ?, ?, 1, 0, 0)"));
     odeme.prepare(QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
-                                 "OdemeSekli, PesinatTaksitID) VALUES (?, ?, ?, ?, 'N', 1)"));
+                                 "OdemeSekli, PesinatTaksitID, YTLCevrim, Fatura_ID) "
+                                 "VALUES (?, ?, ?, ?, 'N', 1, 0, 0)"));
     const QStringList names = {QStringLiteral("Ayşe"), QStringLiteral("Mehmet"), QStringLiteral("Çağla"),
                                QStringLiteral("İbrahim"), QStringLiteral("Ömer"), QStringLiteral("Zeynep")};
     for (int i = 0; i < students; ++i) {

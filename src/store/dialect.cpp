@@ -156,12 +156,13 @@ QString Dialect::createIndex(const QString &schemaName,
 {
     const QString unique = index.unique ? QStringLiteral("UNIQUE ") : QString();
     const QString fields = index.fields.join(QStringLiteral(", "));
+    const QString where = index.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + index.where;
     if (m_engine == Engine::SQLite) {
-        return QStringLiteral("CREATE %1INDEX %2.%3 ON %4 (%5)")
-            .arg(unique, schemaName, index.name, table, fields);
+        return QStringLiteral("CREATE %1INDEX %2.%3 ON %4 (%5)%6")
+            .arg(unique, schemaName, index.name, table, fields, where);
     }
-    return QStringLiteral("CREATE %1INDEX %2 ON %3.%4 (%5)")
-        .arg(unique, index.name, schemaName, table, fields);
+    return QStringLiteral("CREATE %1INDEX %2 ON %3.%4 (%5)%6")
+        .arg(unique, index.name, schemaName, table, fields, where);
 }
 
 QString Dialect::addColumn(const QString &qualifiedTable, const Field &field) const

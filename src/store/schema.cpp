@@ -33,6 +33,17 @@ Index laterIndex(const QString &name, const QStringList &fields, bool unique = f
 {
     return Index{name, fields, unique, true};
 }
+// The rows whose field is still Null: an index that stays empty, so that the back-fill that
+// opening a year runs every time ("... WHERE f IS NULL") finds nothing without reading the
+// whole ledger.
+Index nullsOf(const QString &table, const QString &field)
+{
+    return Index{table + QLatin1Char('_') + field + QStringLiteral("_Bos"),
+                 {field},
+                 false,
+                 true,
+                 field + QStringLiteral(" IS NULL")};
+}
 
 // The guardian's, mother's and father's fields share sizes.
 void addParent(std::vector<Field> &fields, const QString &who)
@@ -404,7 +415,9 @@ std::vector<Table> yearTables()
                  {laterIndex(QStringLiteral("OgrenciAidatTanim_index2"),
                              {QStringLiteral("OgrKayitID")}),
                   laterIndex(QStringLiteral("OgrenciAidatTanim_AidatID"),
-                             {QStringLiteral("AidatID")})}});
+                             {QStringLiteral("AidatID")}),
+                  nullsOf(QStringLiteral("OgrenciAidatTanim"), QStringLiteral("YTLCevrim")),
+                  nullsOf(QStringLiteral("OgrenciAidatTanim"), QStringLiteral("IskontoTutari"))}});
     t.push_back({QStringLiteral("OgrenciAidatDetay"),
                  Store::Year,
                  false,
@@ -421,7 +434,9 @@ std::vector<Table> yearTables()
                         {QStringLiteral("KayitID"), QStringLiteral("Sira")},
                         true),
                   laterIndex(QStringLiteral("OgrenciAidatDetay_OdemeTarihi"),
-                             {QStringLiteral("OdemeTarihi")})}});
+                             {QStringLiteral("OdemeTarihi")}),
+                  nullsOf(QStringLiteral("OgrenciAidatDetay"), QStringLiteral("YTLCevrim")),
+                  nullsOf(QStringLiteral("OgrenciAidatDetay"), QStringLiteral("Fatura_ID"))}});
     Field aciklama = text(QStringLiteral("Ogr_Cari_Durum_Aciklamasi"), 50);
     aciklama.modelName = QStringLiteral("Aciklama");
     t.push_back({QStringLiteral("OgrenciAidatOdeme"),
@@ -457,7 +472,8 @@ std::vector<Table> yearTables()
                   laterIndex(QStringLiteral("OgrenciAidatOdeme_KayitID"),
                              {QStringLiteral("KayitID")}),
                   laterIndex(QStringLiteral("OgrenciAidatOdeme_OdemeTarihi"),
-                             {QStringLiteral("OdemeTarihi")})}});
+                             {QStringLiteral("OdemeTarihi")}),
+                  nullsOf(QStringLiteral("OgrenciAidatOdeme"), QStringLiteral("YTLCevrim"))}});
     t.push_back({QStringLiteral("Fatura"),
                  Store::Year,
                  false,
@@ -477,7 +493,11 @@ std::vector<Table> yearTables()
                   later(autoNumber(QStringLiteral("ID")))},
                  {laterIndex(QStringLiteral("Fatura_OgrKayitID"), {QStringLiteral("OgrKayitID")}),
                   laterIndex(QStringLiteral("Fatura_KayitID"), {QStringLiteral("KayitID")}),
-                  laterIndex(QStringLiteral("Fatura_FaturaNo"), {QStringLiteral("FaturaNo")})}});
+                  laterIndex(QStringLiteral("Fatura_FaturaNo"), {QStringLiteral("FaturaNo")}),
+                  nullsOf(QStringLiteral("Fatura"), QStringLiteral("YTLCevrim")),
+                  nullsOf(QStringLiteral("Fatura"), QStringLiteral("KDVOrani")),
+                  nullsOf(QStringLiteral("Fatura"), QStringLiteral("KDVTutari")),
+                  nullsOf(QStringLiteral("Fatura"), QStringLiteral("KDVsizTutar"))}});
     t.push_back(haklar(Store::Year));
     t.push_back({QStringLiteral("IskontoTanim"),
                  Store::Year,

@@ -44,6 +44,7 @@ struct Index
     QStringList fields;
     bool unique = false;
     bool added = false;
+    QString where = {}; // a partial index: only the rows this condition holds for
 };
 
 struct Table
