@@ -35,6 +35,15 @@ QString lines(const QStringList &l)
     return l.join(QLatin1Char('\n'));
 }
 
+// "Form:Procedure" as the error table keeps it: module and object.
+QPair<QString, QString> moduleAndObject(const QString &label)
+{
+    const int colon = label.indexOf(QLatin1Char(':'));
+    if (colon < 0)
+        return {label, QString()};
+    return {label.left(colon), label.mid(colon + 1)};
+}
+
 } // namespace
 
 void setProgramAdi(const QString &ad)
@@ -62,12 +71,8 @@ void GenelHata(int hataNo, const QString &hataAciklama, const QString &rutinAdi,
                                 QStringLiteral(" Rutin Adi      : ") + rutinAdi,
                                 QStringLiteral(" Hata Kodu      : ") + QString::number(hataNo),
                                 QStringLiteral(" Hata Aciklamasi: ") + hataAciklama});
-    const int colon = rutinAdi.indexOf(QLatin1Char(':'));
-    HataKaydet(hataNo,
-               0,
-               hataAciklama,
-               colon >= 0 ? rutinAdi.left(colon) : rutinAdi,
-               colon >= 0 ? rutinAdi.mid(colon + 1) : QString());
+    const QPair<QString, QString> where = moduleAndObject(rutinAdi);
+    HataKaydet(hataNo, 0, hataAciklama, where.first, where.second);
     const ui::Answer answer = ui::show(
         ui::Message{QStringLiteral("Genel HATA"), text, ui::Icon::Critical, ui::Buttons::OkCancel});
     if (answer == ui::Answer::Cancel || !devamEdilebilir.has_value())
@@ -198,10 +203,8 @@ void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const Q
 
 void HataBildir(const Error &hata)
 {
-    const int colon = hata.label.indexOf(QLatin1Char(':'));
-    const QString modul = colon >= 0 ? hata.label.left(colon) : hata.label;
-    const QString obje = colon >= 0 ? hata.label.mid(colon + 1) : QString();
-    HataGoster(hata.number, hata.line, hata.text, modul, obje);
+    const QPair<QString, QString> where = moduleAndObject(hata.label);
+    HataGoster(hata.number, hata.line, hata.text, where.first, where.second);
 }
 
 } // namespace shell

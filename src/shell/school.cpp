@@ -3,6 +3,7 @@
 #include "shell/settings.h"
 #include "shell/turkish_text.h"
 #include "store/database.h"
+#include "store/schema.h"
 
 namespace shell {
 
@@ -31,6 +32,14 @@ QString fieldList()
     fields << QStringLiteral("MersisNo") << QStringLiteral("TicaretSicilNo") << QStringLiteral("VergiSicilNo")
            << QStringLiteral("VergiDairesiAdi") << QStringLiteral("Adres");
     return fields.join(QStringLiteral(", "));
+}
+
+// A text as the field keeps it: cut to the field's size.
+QString cut(const QString &value, const char *field)
+{
+    const int size = store::schema::textSize(store::Store::Year, QStringLiteral("Sabit"),
+                                             QString::fromLatin1(field));
+    return size > 0 ? value.left(size) : value;
 }
 
 QDateTime dateOrZero(const store::Query &q, const QString &field)
@@ -110,7 +119,7 @@ Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAy
     if (!tx)
         return tx.error();
     // The row has no key of its own: it is the one of the school year that was read.
-    const QString key = o.kayitVar ? o.yuklenenOgretimYili : o.OgretimYili.left(20);
+    const QString key = o.kayitVar ? o.yuklenenOgretimYili : cut(o.OgretimYili, "OgretimYili");
     if (!o.kayitVar) {
         store::Query insert(db, QStringLiteral("INSERT INTO Sabit (OgretimYili) VALUES (?)"));
         insert.bind(key);
@@ -125,38 +134,38 @@ Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAy
                               ? QStringLiteral("(OgretimYili IS NULL OR OgretimYili = '')")
                               : QStringLiteral("OgretimYili = ?");
     store::Query q(db, QStringLiteral("UPDATE Sabit SET %1 WHERE %2").arg(sets.join(QStringLiteral(", ")), where));
-    q.bind(o.OkulAdi.left(100))
-        .bind(o.OkulIlAdi.left(50))
-        .bind(o.OkulIlceAdi.left(50))
+    q.bind(cut(o.OkulAdi, "OkulAdi"))
+        .bind(cut(o.OkulIlAdi, "OkulIlAdi"))
+        .bind(cut(o.OkulIlceAdi, "OkulIlceAdi"))
         .bind(o.SonSenetNo)
         .bind(o.SonFaturaNo)
         .bind(o.SonFisNo)
-        .bind(o.Banka.left(50))
+        .bind(cut(o.Banka, "Banka"))
         .bind(o.ParaTuru)
         .bind(o.TaksitYuvarlama)
-        .bind(o.ParaBirimi.left(10))
-        .bind(o.OgretimYili.left(20))
-        .bind(o.Telefon.left(30))
+        .bind(cut(o.ParaBirimi, "ParaBirimi"))
+        .bind(cut(o.OgretimYili, "OgretimYili"))
+        .bind(cut(o.Telefon, "Telefon"))
         .bind(o.DonemBasTarihi.isValid() ? o.DonemBasTarihi : SifirTarih)
         .bind(o.DonemBitTarihi.isValid() ? o.DonemBitTarihi : SifirTarih)
-        .bind(o.CariAy.left(6))
-        .bind(o.BaslangicAy.left(6))
-        .bind(o.OgrAOtoDeg.left(1))
+        .bind(cut(o.CariAy, "CariAy"))
+        .bind(cut(o.BaslangicAy, "BaslangicAy"))
+        .bind(cut(o.OgrAOtoDeg, "OgrAOtoDeg"))
         .bind(o.TaksitKilitle)
-        .bind(o.FisNoKilitle.left(1))
-        .bind(o.TaksitFatura.left(1))
-        .bind(o.OgrKayitSilinenRapordaGoster.left(1))
-        .bind(o.ResmiListeBaslik.left(100))
+        .bind(cut(o.FisNoKilitle, "FisNoKilitle"))
+        .bind(cut(o.TaksitFatura, "TaksitFatura"))
+        .bind(cut(o.OgrKayitSilinenRapordaGoster, "OgrKayitSilinenRapordaGoster"))
+        .bind(cut(o.ResmiListeBaslik, "ResmiListeBaslik"))
         .bind(o.EgitimDestekTutari);
     for (int i = 0; i < 4; ++i)
         q.bind(o.EgitimDestekAy[i]);
     for (int i = 0; i < 4; ++i)
         q.bind(o.EgitimDestekTaksit[i]);
-    q.bind(o.MersisNo.left(16))
-        .bind(o.TicaretSicilNo.left(16))
-        .bind(o.VergiSicilNo.left(10))
-        .bind(o.VergiDairesiAdi.left(30))
-        .bind(o.Adres.left(150));
+    q.bind(cut(o.MersisNo, "MersisNo"))
+        .bind(cut(o.TicaretSicilNo, "TicaretSicilNo"))
+        .bind(cut(o.VergiSicilNo, "VergiSicilNo"))
+        .bind(cut(o.VergiDairesiAdi, "VergiDairesiAdi"))
+        .bind(cut(o.Adres, "Adres"));
     if (!key.isEmpty())
         q.bind(key);
     if (!q.exec())

@@ -21,17 +21,6 @@ shell::Status YeniTabloEkle(Database &db)
     return {};
 }
 
-QString LogIslemAdi(const QString &islemTuru)
-{
-    if (islemTuru == LogYeniKayit)
-        return QStringLiteral("Yeni Kayıt");
-    if (islemTuru == LogDegisiklik)
-        return QStringLiteral("Değişiklik");
-    if (islemTuru == LogKayitSil)
-        return QStringLiteral("Kayıt Sil");
-    return islemTuru;
-}
-
 shell::Status LogOgrenci(Database &db, const OgrenciLogSatiri &o, const QString &islemTuru,
                          const QString &kullanici)
 {

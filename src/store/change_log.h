@@ -8,11 +8,10 @@ namespace store {
 // moment, the user and the operation word.
 shell::Status YeniTabloEkle(Database &db);
 
-// The operation words that writers hand to the log, and how the log screen shows them.
+// The operation words that writers hand to the log.
 inline const QString LogYeniKayit = QStringLiteral("AddNew");
 inline const QString LogDegisiklik = QStringLiteral("Edit");
 inline const QString LogKayitSil = QStringLiteral("Delete");
-QString LogIslemAdi(const QString &islemTuru);
 
 // What the log keeps of a student.
 struct OgrenciLogSatiri

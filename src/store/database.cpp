@@ -452,9 +452,8 @@ shell::Status Database::openErrorStore()
     return openConnection();
 }
 
-shell::Status Database::ensureStore(Store store, int calismaId)
+shell::Status Database::ensureStore(Store store)
 {
-    Q_UNUSED(calismaId);
     shell::Result<Catalog> catalog = m_dialect->readCatalog(*this, store);
     if (!catalog)
         return catalog.error();
@@ -463,9 +462,8 @@ shell::Status Database::ensureStore(Store store, int calismaId)
     return store == Store::Log ? YeniTabloEkle(*this) : createModel(*this);
 }
 
-shell::Status Database::attachYear(int calismaId, bool createLogTables)
+shell::Status Database::attachYear(int calismaId)
 {
-    Q_UNUSED(createLogTables);
     const QString label = QStringLiteral("DatabaseAc");
     if (m_openYear == calismaId && isOpen(Store::Year))
         return {};
@@ -527,7 +525,7 @@ shell::Status Database::attachYear(int calismaId, bool createLogTables)
         }
     }
     for (Store s : {Store::Year, Store::Log}) {
-        if (shell::Status st = ensureStore(s, calismaId); !st) {
+        if (shell::Status st = ensureStore(s); !st) {
             detachYear();
             return st;
         }
@@ -825,7 +823,7 @@ bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
     // A different working year ends every connection of the old one.
     if (db.openYear() != 0 && db.openYear() != year)
         DatabaseKapat(db);
-    if (shell::Status s = db.attachYear(year, true); !s) {
+    if (shell::Status s = db.attachYear(year); !s) {
         qCWarning(lcStore).noquote() << s.error().text;
         if (!sessiz) {
             const QString message = tur == Store::Log

@@ -93,7 +93,7 @@ public:
     // Opens this connection on the error store instead: on SQLite the file HATALAR.db of the
     // data folder, which no save ever locks; on PostgreSQL the global schema.
     shell::Status openErrorStore();
-    shell::Status attachYear(int calismaId, bool createLogTables);
+    shell::Status attachYear(int calismaId);
     void detachYear();
     void close();
 
@@ -112,7 +112,7 @@ private:
     shell::Status prepareSqlite();
     shell::Status preparePostgres();
     shell::Status setSearchPath();
-    shell::Status ensureStore(Store store, int calismaId);
+    shell::Status ensureStore(Store store);
 
     ConnectionSettings m_settings;
     std::unique_ptr<Dialect> m_dialect;

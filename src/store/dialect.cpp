@@ -86,13 +86,13 @@ int sizeOf(const QString &typeName)
     return m.hasMatch() ? m.captured(1).toInt() : 0;
 }
 
-bool isTextual(const QString &typeName)
+} // namespace
+
+bool isTextType(const QString &typeName)
 {
     return typeName.contains(QLatin1String("char"), Qt::CaseInsensitive)
            || typeName.compare(QLatin1String("text"), Qt::CaseInsensitive) == 0;
 }
-
-} // namespace
 
 QString Dialect::collation() const
 {
@@ -312,7 +312,7 @@ shell::Status rebuildSqlite(Database &db,
         QString definition = c.name + QLatin1Char(' ') + c.type;
         if (c.autoNumber)
             definition += QStringLiteral(" PRIMARY KEY AUTOINCREMENT");
-        else if (isTextual(c.type))
+        else if (isTextType(c.type))
             definition += QStringLiteral(" COLLATE ") + dialect.collation();
         if (!c.defaultValue.isEmpty())
             definition += QStringLiteral(" DEFAULT ") + c.defaultValue;

@@ -74,6 +74,10 @@ private:
     Engine m_engine;
 };
 
+// True for a text column as either engine names its type ("VARCHAR(20)", "character varying",
+// "TEXT").
+bool isTextType(const QString &typeName);
+
 // Catalogue operations that need more than one statement on one of the engines (SQLite has
 // no ALTER COLUMN and cannot add an autonumber to a table that has rows): the table is rebuilt
 // with the same columns in the same order, its rows and indexes carried over.

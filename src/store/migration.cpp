@@ -17,19 +17,13 @@ const QString s_label = QStringLiteral("DatabaseGuncelle");
 
 int s_failingStep = 0;
 
-bool isTextual(const QString &typeName)
-{
-    return typeName.contains(QLatin1String("char"), Qt::CaseInsensitive)
-           || typeName.compare(QLatin1String("text"), Qt::CaseInsensitive) == 0;
-}
-
 bool sameType(const ColumnInfo &current, const Field &wanted)
 {
     if (wanted.type == FieldType::Text)
-        return isTextual(current.typeName) && current.size == wanted.size;
+        return isTextType(current.typeName) && current.size == wanted.size;
     if (wanted.type == FieldType::Memo)
-        return isTextual(current.typeName) && current.size == 0;
-    return !isTextual(current.typeName);
+        return isTextType(current.typeName) && current.size == 0;
+    return !isTextType(current.typeName);
 }
 
 const Field &declared(Store store, const QString &table, const QString &field)

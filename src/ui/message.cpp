@@ -38,11 +38,6 @@ void setMessageHook(MessageHook h)
     hook() = std::move(h);
 }
 
-bool hasMessageHook()
-{
-    return bool(hook());
-}
-
 Answer show(const Message &message, QWidget *parent)
 {
     if (hook())

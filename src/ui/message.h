@@ -26,7 +26,6 @@ struct Message
 // With a hook set, no box is shown: the hook reads the message and answers it.
 using MessageHook = std::function<Answer(const Message &message)>;
 void setMessageHook(MessageHook hook);
-bool hasMessageHook();
 
 Answer show(const Message &message, QWidget *parent = nullptr);
 // A notice with one button.

@@ -8,41 +8,40 @@
 
 namespace users {
 
-bool HakKontrol(store::Database &db, const QString &tool)
+shell::Result<Hak> HakOku(store::Database &db, const QString &tool)
 {
-    shell::CalismaDurumu &d = shell::durum();
-    d.HakOkuma = false;
-    d.HakYazma = false;
     const QString label = QStringLiteral("Modul:HakKontrol");
-    if (!store::DatabaseAc(db, store::Store::Global, false, false))
-        return false;
+    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return open.error();
     store::Query count(db,
                        QStringLiteral("SELECT COUNT(Kullanici_Program) AS SAYI FROM Haklar WHERE "
                                       "TRIM(Kullanici_Program) <> ''"));
-    if (!count.exec() || !count.next()) {
-        shell::HataBildir(count.error(label));
-        return false;
-    }
-    if (count.integer(0) == 0) {
-        d.HakOkuma = true;
-        d.HakYazma = true;
-        return true;
-    }
-    QString kod = d.AktifKullaniciKodu;
-    if (kod.isEmpty())
-        kod = Sifrele(d.AktifKullanici).value_or(QString());
+    if (!count.exec() || !count.next())
+        return count.error(label);
+    if (count.integer(0) == 0)
+        return Hak{true, true};
+    const shell::CalismaDurumu &d = shell::durum();
+    const QString kod = d.AktifKullaniciKodu.isEmpty() ? Sifrele(d.AktifKullanici).value_or(QString())
+                                                       : d.AktifKullaniciKodu;
     store::Query row(db,
                      QStringLiteral("SELECT Haklar_Okuma, Haklar_Yazma FROM Haklar WHERE "
                                     "Kullanici_Adi = ? AND Kullanici_Program = ?"));
     row.bind(kod).bind(tool);
-    if (!row.exec()) {
-        shell::HataBildir(row.error(label));
-        return false;
-    }
-    if (row.next()) {
-        d.HakOkuma = row.integer(0) != 0;
-        d.HakYazma = row.integer(1) != 0;
-    }
+    if (!row.exec())
+        return row.error(label);
+    if (!row.next())
+        return Hak{};
+    return Hak{row.integer(0) != 0, row.integer(1) != 0};
+}
+
+bool HakKontrol(store::Database &db, const QString &tool)
+{
+    shell::CalismaDurumu &d = shell::durum();
+    const shell::Result<Hak> hak = HakOku(db, tool);
+    if (!hak)
+        shell::HataBildir(hak.error());
+    d.HakOkuma = hak && hak->okuma;
+    d.HakYazma = hak && hak->yazma;
     return d.HakOkuma;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/result.h"
+
 #include <QString>
 
 namespace store {
@@ -7,6 +9,15 @@ class Database;
 }
 
 namespace users {
+
+// The logged-in user's marks on a tool name: both true while no right is defined at all (an
+// empty table, or rows whose tool names are all blank), both false for a tool without a row.
+struct Hak
+{
+    bool okuma = false;
+    bool yazma = false;
+};
+shell::Result<Hak> HakOku(store::Database &db, const QString &tool);
 
 // The rights test of a command: sets HakOkuma and HakYazma of the working state and gives
 // HakOkuma. With no right defined at all (an empty table, or rows whose tool names are all

@@ -3,7 +3,7 @@
 #include "shell/settings.h"
 #include "shell/turkish_text.h"
 #include "store/database.h"
-#include "users/passwords.h"
+#include "users/rights.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -116,21 +116,8 @@ QString KartNoMaskele(const QString &kartNo)
 
 bool KartNoGorebilir(store::Database &db)
 {
-    if (!store::DatabaseAc(db, store::Store::Global, true, false))
-        return false;
-    store::Query count(db, QStringLiteral("SELECT COUNT(Kullanici_Program) FROM Haklar WHERE "
-                                          "TRIM(Kullanici_Program) <> ''"));
-    if (!count.exec() || !count.next())
-        return false;
-    if (count.integer(0) == 0)
-        return true;
-    const shell::CalismaDurumu &d = shell::durum();
-    const QString kod = d.AktifKullaniciKodu.isEmpty() ? Sifrele(d.AktifKullanici).value_or(QString())
-                                                       : d.AktifKullaniciKodu;
-    store::Query row(db, QStringLiteral("SELECT Haklar_Okuma FROM Haklar WHERE Kullanici_Adi = ? AND "
-                                        "Kullanici_Program = ?"));
-    row.bind(kod).bind(KartNoGormeAraci);
-    return row.exec() && row.next() && row.integer(0) != 0;
+    const shell::Result<Hak> hak = HakOku(db, KartNoGormeAraci);
+    return hak && hak->okuma;
 }
 
 } // namespace users

@@ -70,6 +70,7 @@ void tst_MainWindow::aNewOfficeStartsUp()
             typeInto(d, QStringLiteral("txtKullaniciAdi"), QStringLiteral("Müdür"));
             typeInto(d, QStringLiteral("txtSifre1"), QStringLiteral("gizli-123"));
             typeInto(d, QStringLiteral("txtSifre2"), QStringLiteral("gizli-123"));
+            testing::screenshot(d, QStringLiteral("ilk-kullanici"));
             click(d, QStringLiteral("cmdKaydet"));
         });
         driver.then([](QWidget *d) {
@@ -96,6 +97,7 @@ void tst_MainWindow::aNewOfficeStartsUp()
         driver.then([](QWidget *d) {
             QCOMPARE(d->objectName(), QStringLiteral("FrmYeniCalisma"));
             typeInto(d, QStringLiteral("txtCalismaAdi"), QStringLiteral("2025-2026 Dönemi"));
+            testing::screenshot(d, QStringLiteral("yeni-calisma"));
             click(d, QStringLiteral("cmdKaydet"));
         });
         QVERIFY(w.MDIForm_Load());

@@ -172,6 +172,7 @@ void tst_UsersScreen::passwordMaintenanceScreen()
     typeInto(screen, QStringLiteral("txtPassword"), QStringLiteral("x1"));
     typeInto(screen, QStringLiteral("txtPassword2"), QStringLiteral("x1"));
     click(screen, QStringLiteral("cmdKaydet"));
+    testing::screenshot(screen, QStringLiteral("giris-sifresi-degistirme"));
     auto *list = screen->findChild<QListWidget *>(QStringLiteral("ListUsername"));
     QCOMPARE(list->count(), 1);
     QCOMPARE(list->item(0)->text(), QStringLiteral("Kasiyer"));
