@@ -8,8 +8,8 @@
 
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "maintenance/school.h"
+#include "users/session.h"
 #include "store/migration.h"
 #include "ui/message.h"
 #include "users/login.h"
@@ -41,16 +41,16 @@ bool prepare(const QString &folder, int students)
     store::Database db(store::ConnectionSettings::sqlite(folder));
     if (!users::KullaniciKaydet(db, QStringLiteral("muhasebe"), QStringLiteral("gizli")).ok())
         return false;
-    const shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("2025-2026"));
+    const base::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("2025-2026"));
     if (!id)
         return false;
     maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("2025-2026")}, 0);
     if (!store::DatabaseAc(db, store::Store::Year, true, true))
         return false;
     store::SonAlanlariEkle(db);
-    shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 11, 1));
+    maintenance::OkulBilgisi okul = maintenance::YeniOkulBilgisi(QDate(2025, 11, 1));
     okul.OkulAdi = QStringLiteral("Ölçüm Koleji");
-    if (!shell::OkulbilgisiKaydet(db, okul).ok())
+    if (!maintenance::OkulbilgisiKaydet(db, okul).ok())
         return false;
     return bench::generate(db, students);
 }
@@ -78,7 +78,7 @@ int main(int argc, char *argv[])
     std::vector<double> toLogin;
     std::vector<double> toMain;
     for (int round = 0; round < 7; ++round) {
-        shell::durum() = shell::CalismaDurumu();
+        users::durum() = users::CalismaDurumu();
         store::Database db(store::ConnectionSettings::sqlite(data));
         store::setDefaultDatabase(&db);
         QElapsedTimer t;

@@ -9,7 +9,7 @@
 // Usage: bench_students [students]   (PostgreSQL too when VORTEL_TEST_PG names a server)
 #include "generate.h"
 
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "students/frm_ogrenci.h"
@@ -215,9 +215,9 @@ int main(int argc, char *argv[])
     }
     QApplication app(argc, argv);
     const int students = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 10000;
-    shell::durum().AktifKullanici = QStringLiteral("muhasebe");
-    shell::durum().OgretimYili = QStringLiteral("2025-2026");
-    shell::durum().CariAy = QStringLiteral("202511");
+    users::durum().AktifKullanici = QStringLiteral("muhasebe");
+    users::durum().OgretimYili = QStringLiteral("2025-2026");
+    users::durum().CariAy = QStringLiteral("202511");
     ui::setMessageHook([](const ui::Message &m) {
         std::printf("message: %s\n", qPrintable(m.text));
         return ui::Answer::No;

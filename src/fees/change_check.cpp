@@ -1,11 +1,11 @@
 #include "fees/change_check.h"
 
 #include "fees/store_steps.h"
-#include "shell/para.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "base/para.h"
+#include "store/settings.h"
+#include "store/settings.h"
+#include "users/session.h"
 #include "store/database.h"
-#include "ui/message.h"
 
 namespace fees {
 
@@ -15,13 +15,13 @@ const QString s_baslik = QStringLiteral("Aidat Değişikliği");
 
 struct HesapSatiri
 {
-    shell::Para borc;
-    shell::Para kalan;
+    base::Para borc;
+    base::Para kalan;
     QString aidatTanim;
     qint64 aidatId = 0;
 };
 
-shell::Result<std::optional<HesapSatiri>> ilkHesap(store::Database &db, qint64 aidatId,
+base::Result<std::optional<HesapSatiri>> ilkHesap(store::Database &db, qint64 aidatId,
                                                    qint64 ogrKayitId, const QString &label)
 {
     store::Query q(db, QStringLiteral("SELECT KayitID, Borc, Kalan, AidatTanim, AidatID "
@@ -39,40 +39,38 @@ shell::Result<std::optional<HesapSatiri>> ilkHesap(store::Database &db, qint64 a
 
 } // namespace
 
-shell::Result<bool> AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 ogrKayitId)
+base::Status AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 ogrKayitId)
 {
     const QString label = QStringLiteral("Modul:AidatDegisiklikKontrol");
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Query sabit(db,
-                       QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ") + shell::SabitSirasi);
+                       QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ") + store::SabitSirasi);
     if (!sabit.exec()) {
         return sabit.error(label);
     }
     if (!sabit.next()) {
-        ui::notify(s_baslik, QStringLiteral("Okul kaydı bulunamadı."), ui::Icon::Warning);
-        return false;
+        return base::Error::refusal(s_baslik, QStringLiteral("Okul kaydı bulunamadı."));
     }
     const bool otomatikDegissin = sabit.text(0) == QLatin1String("1");
     sabit.finish();
 
     if (ogrKayitId < 1) {
-        ui::notify(QStringLiteral("Öğrenci Hata"), QStringLiteral("Lütfen öğrenci seçiniz."),
-                   ui::Icon::Warning);
-        return false;
+        return base::Error::refusal(QStringLiteral("Öğrenci Hata"),
+                                    QStringLiteral("Lütfen öğrenci seçiniz."));
     }
 
-    shell::Result<std::optional<HesapSatiri>> hesap = ilkHesap(db, aidatId, ogrKayitId, label);
+    base::Result<std::optional<HesapSatiri>> hesap = ilkHesap(db, aidatId, ogrKayitId, label);
     if (!hesap) {
         return hesap.error();
     }
     const std::optional<HesapSatiri> &h = *hesap;
-    const bool harcanmisYerTutucu = h && h->borc > shell::Para() && h->kalan <= shell::Para()
+    const bool harcanmisYerTutucu = h && h->borc > base::Para() && h->kalan <= base::Para()
                                     && h->aidatTanim == QStringLiteral("Aidat Tanımı")
                                     && h->aidatId == 0;
     // The repair is a write: a user who may only read goes on with the rows as they stand.
-    if (harcanmisYerTutucu && shell::durum().HakYazma) {
+    if (harcanmisYerTutucu && users::durum().HakYazma) {
         store::Query onar(db,
                           QStringLiteral("UPDATE OgrenciAidatTanim SET Borc = 0, Kalan = 0 "
                                          "WHERE Kalan <= 0 AND AidatTanim = ? AND OgrKayitID = ? "
@@ -87,22 +85,19 @@ shell::Result<bool> AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, 
         }
     }
     if (!hesap->has_value()) {
-        return true;
+        return {};
     }
     const HesapSatiri &satir = **hesap;
     if (satir.borc != satir.kalan) {
-        ui::notify(s_baslik, QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."),
-                   ui::Icon::Warning);
-        return false;
+        return base::Error::refusal(s_baslik,
+                                    QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
     }
     if (otomatikDegissin) {
-        return true;
+        return {};
     }
-    ui::notify(s_baslik,
-               QStringLiteral("Sabit Bilgiler >> Okul Bilgileri ekranındaki seçeneği kontrol "
-                              "ediniz."),
-               ui::Icon::Warning);
-    return false;
+    return base::Error::refusal(
+        s_baslik,
+        QStringLiteral("Sabit Bilgiler >> Okul Bilgileri ekranındaki seçeneği kontrol ediniz."));
 }
 
 } // namespace fees

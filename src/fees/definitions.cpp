@@ -1,9 +1,8 @@
 #include "fees/definitions.h"
 
 #include "fees/store_steps.h"
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
-#include "ui/message.h"
 #include "users/rights.h"
 
 namespace fees {
@@ -12,7 +11,7 @@ namespace {
 
 QDate tarihVeyaBos(const QDateTime &stored)
 {
-    if (!stored.isValid() || shell::SifirTarihMi(stored)) {
+    if (!stored.isValid() || base::SifirTarihMi(stored)) {
         return QDate();
     }
     return stored.date();
@@ -20,7 +19,7 @@ QDate tarihVeyaBos(const QDateTime &stored)
 
 QDateTime tarihVeyaSifir(const QDate &tarih)
 {
-    return tarih.isValid() ? QDateTime(tarih, QTime(0, 0)) : shell::SifirTarih;
+    return tarih.isValid() ? QDateTime(tarih, QTime(0, 0)) : base::SifirTarih;
 }
 
 } // namespace
@@ -36,11 +35,11 @@ const QStringList &AidatTurleri()
     return turler;
 }
 
-shell::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, const QString &etiket)
+base::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, const QString &etiket)
 {
     const QString label
         = etiket.isEmpty() ? QStringLiteral("FrmAidatTanimlama:AidatTaksitGoster") : etiket;
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("SELECT KayitID, AidatTanim, AidatToplam, AidatBirimAdeti, "
@@ -55,11 +54,11 @@ shell::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, co
     return liste;
 }
 
-shell::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db,
+base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db,
                                                                  qint64 kayitId)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayGoster");
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Query q(db,
@@ -102,13 +101,13 @@ shell::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database
     return std::optional<AidatTanimi>(t);
 }
 
-shell::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const AidatTanimi &t)
+base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const AidatTanimi &t)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayKaydet");
-    if (!users::YazmaYetkisiVar()) {
-        return KayitSonucu{};
+    if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
+        return yetki.error();
     }
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Transaction tx(db);
@@ -176,17 +175,17 @@ shell::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aid
     if (!tx.commit()) {
         return etiketle(tx.error(), label);
     }
-    return KayitSonucu{true, key};
+    return KayitSonucu{key};
 }
 
-shell::Result<SilmeSonucu> TaksitAidatSil(store::Database &db, qint64 kayitId,
+base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
                                           const QString &aidatTanim)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:TaksitAidatSil");
-    if (!users::YazmaYetkisiVar()) {
-        return SilmeSonucu::YetkiYok;
+    if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
+        return yetki.error();
     }
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
         return s.error();
     }
     store::Transaction tx(db);
@@ -202,12 +201,9 @@ shell::Result<SilmeSonucu> TaksitAidatSil(store::Database &db, qint64 kayitId,
     if (kullanan.next()) {
         kullanan.finish();
         tx.rollback();
-        ui::notify(QStringLiteral("AİDAT KULLANILIYOR"),
-                   aidatTanim
-                       + QStringLiteral(" Aidat/Taksit tanımlaması kullanıldığı için "
-                                        "silinemedi!"),
-                   ui::Icon::Warning);
-        return SilmeSonucu::Kullaniliyor;
+        return base::Error::refusal(
+            QStringLiteral("AİDAT KULLANILIYOR"),
+            aidatTanim + QStringLiteral(" Aidat/Taksit tanımlaması kullanıldığı için silinemedi!"));
     }
     for (const char *tablo : {"AidatTanim", "AidatDetay"}) {
         store::Query q(
@@ -220,7 +216,7 @@ shell::Result<SilmeSonucu> TaksitAidatSil(store::Database &db, qint64 kayitId,
     if (!tx.commit()) {
         return etiketle(tx.error(), label);
     }
-    return SilmeSonucu::Silindi;
+    return {};
 }
 
 } // namespace fees

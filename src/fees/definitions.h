@@ -1,8 +1,8 @@
 #pragma once
 
 #include "fees/installment_plan.h"
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
+#include "base/result.h"
 
 #include <QDate>
 #include <QList>
@@ -51,30 +51,24 @@ struct AidatTanimi
 };
 
 // Every definition, in the order of their keys ("AidatTaksitGoster", "AidatYukle").
-shell::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db,
+base::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db,
                                                          const QString &etiket = QString());
 // One definition with its rows by Sira; nullopt when it is no longer there.
-shell::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db,
+base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db,
                                                                  qint64 kayitId);
 
 struct KayitSonucu
 {
-    bool yazildi = false; // false: the user has no write right, nothing was written
     qint64 kayitId = 0;
 };
 // Writes the definition (a new row when its key is 0 or no longer stands) and replaces its
 // installment rows by the given ones, Sira from 1 in list order, all in one transaction.
 // No check ties the rows' sum to the total.
-shell::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const AidatTanimi &tanim);
+base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const AidatTanimi &tanim);
 
-enum class SilmeSonucu {
-    Silindi,
-    YetkiYok,     // the user has no write right
-    Kullaniliyor, // an account holds the definition: nothing is deleted
-};
-// Deletes a definition with its rows, unless a student's account holds it; then the operator
-// is told "{name} Aidat/Taksit tanımlaması kullanıldığı için silinemedi!".
-shell::Result<SilmeSonucu> TaksitAidatSil(store::Database &db, qint64 kayitId,
+// Deletes a definition with its rows, unless a student's account holds it; then nothing is
+// deleted and the refusal reads "{name} Aidat/Taksit tanımlaması kullanıldığı için silinemedi!".
+base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
                                           const QString &aidatTanim);
 
 } // namespace fees

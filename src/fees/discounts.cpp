@@ -14,9 +14,9 @@ const QString s_okuEtiketi = QStringLiteral("FrmAidatTanimlama:IskontoGoster");
 
 } // namespace
 
-shell::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
+base::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
 {
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, s_okuEtiketi); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, s_okuEtiketi); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("SELECT ID, IskontoAciklama, IskontoOrani, IskontoTipi, "
@@ -39,12 +39,12 @@ shell::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
     return liste;
 }
 
-shell::Result<bool> IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &liste)
+base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &liste)
 {
-    if (!users::YazmaYetkisiVar()) {
-        return false;
+    if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
+        return yetki.error();
     }
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, s_kaydetEtiketi); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, s_kaydetEtiketi); !s) {
         return s.error();
     }
     QList<IskontoTanimi> yazilan = liste;
@@ -99,15 +99,15 @@ shell::Result<bool> IskontoTanimlariKaydet(store::Database &db, QList<IskontoTan
         return etiketle(tx.error(), s_kaydetEtiketi);
     }
     liste = yazilan;
-    return true;
+    return {};
 }
 
-shell::Result<bool> IskontoTanimiSil(store::Database &db, qint64 id)
+base::Status IskontoTanimiSil(store::Database &db, qint64 id)
 {
-    if (!users::YazmaYetkisiVar()) {
-        return false;
+    if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
+        return yetki.error();
     }
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, s_silEtiketi); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, s_silEtiketi); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("DELETE FROM IskontoTanim WHERE ID = ?"));
@@ -115,13 +115,13 @@ shell::Result<bool> IskontoTanimiSil(store::Database &db, qint64 id)
     if (!q.exec()) {
         return q.error(s_silEtiketi);
     }
-    return true;
+    return {};
 }
 
-shell::Result<Para> GenelIskontoOrani(store::Database &db)
+base::Result<Para> GenelIskontoOrani(store::Database &db)
 {
     const QString etiket = QStringLiteral("FrmAidatTanimlama:TaksitPlanla");
-    if (shell::Status s = store::ensureOpen(db, store::Store::Year, etiket); !s) {
+    if (base::Status s = store::ensureOpen(db, store::Store::Year, etiket); !s) {
         return s.error();
     }
     store::Query q(db, QStringLiteral("SELECT IskontoOrani, IskontoTipi FROM IskontoTanim "

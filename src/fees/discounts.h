@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
+#include "base/result.h"
 
 #include <QList>
 #include <QString>
@@ -14,7 +14,7 @@ class Database;
 // student's discounts are computed.
 namespace fees {
 
-using shell::Para;
+using base::Para;
 
 // The base of a discount: the fee's full amount, or what the discounts before it left.
 enum IskontoEsasi : int { EsasTutardan = 0, KalanTutardan = 1 };
@@ -32,19 +32,19 @@ struct IskontoTanimi
 };
 
 // The list, always read by IskontoSirasi.
-shell::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db);
+base::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db);
 
 // Writes every row of the list in one transaction, each with IskontoSirasi = its place in the
-// list (from 1); new rows learn their ID. A new row left without a name is not written. False
-// (nothing written) when the user has no write right.
-shell::Result<bool> IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &liste);
+// list (from 1); new rows learn their ID. A new row left without a name is not written. Without
+// the write right nothing is written and the refusal comes back.
+base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &liste);
 
-// Deletes one row. False when the user has no write right.
-shell::Result<bool> IskontoTanimiSil(store::Database &db, qint64 id);
+// Deletes one row; without the write right, the refusal.
+base::Status IskontoTanimiSil(store::Database &db, qint64 id);
 
 // The general rate that a fee definition knows of: IskontoOrani of the first row in table order
 // (the lowest ID), 0 when the table is empty. A first row of the kind "Tutar" holds an amount,
 // not a rate, and gives no general rate.
-shell::Result<Para> GenelIskontoOrani(store::Database &db);
+base::Result<Para> GenelIskontoOrani(store::Database &db);
 
 } // namespace fees

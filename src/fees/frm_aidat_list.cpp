@@ -1,9 +1,9 @@
 #include "fees/frm_aidat_list.h"
 
-#include "shell/failure.h"
-#include "shell/notifications.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "ui/grid.h"
 #include "ui/message.h"
 
@@ -34,7 +34,7 @@ FrmAidatList::FrmAidatList(store::Database &db, const AidatSecimBaglami &baglam,
 {
     setObjectName(QStringLiteral("frmAidatList"));
     setWindowTitle(QStringLiteral("Aidat Seçimi"));
-    const QString bicim = shell::durum().ParaFormati;
+    const QString bicim = users::durum().ParaFormati;
     m_liste = new ui::Grid(this);
     m_liste->setObjectName(QStringLiteral("vaSpread1"));
     m_liste->setColumns(
@@ -80,7 +80,7 @@ FrmAidatList::FrmAidatList(store::Database &db, const AidatSecimBaglami &baglam,
     connect(m_tamam, &QPushButton::clicked, this, &FrmAidatList::cmdTamam_Click);
     connect(vazgec, &QPushButton::clicked, this, &QDialog::reject);
     // A definition saved or deleted meanwhile shows at once.
-    connect(&shell::Bildirimler::instance(), &shell::Bildirimler::aidatTanimlariDegisti, this,
+    connect(&ui::Bildirimler::instance(), &ui::Bildirimler::aidatTanimlariDegisti, this,
             &FrmAidatList::AidatYukle);
 
     AidatYukle();
@@ -89,10 +89,10 @@ FrmAidatList::FrmAidatList(store::Database &db, const AidatSecimBaglami &baglam,
 
 void FrmAidatList::AidatYukle()
 {
-    shell::Result<QList<AidatListeSatiri>> liste
+    base::Result<QList<AidatListeSatiri>> liste
         = AidatTaksitGoster(m_db, QStringLiteral("FrmAidatList:AidatYukle"));
     if (!liste) {
-        shell::HataBildir(liste.error());
+        ui::HataBildir(liste.error());
         return;
     }
     m_satirlar = *liste;
@@ -155,13 +155,13 @@ void FrmAidatList::cmdTamam_Click()
         return;
     }
     if (secim.degistirildi) {
-        const QString bicim = shell::durum().ParaFormati;
+        const QString bicim = users::durum().ParaFormati;
         const QString soru
             = QStringLiteral("%1 aidatı %2 adet x %3 = %4 tutarıyla eklensin mi?")
                   .arg(secim.aidatTanim)
                   .arg(adetOf(m_liste->value(row, SAdet)))
-                  .arg(shell::Bicimle(secim.birimFiyat, QStringLiteral("#,##0.00##")),
-                       shell::Bicimle(secim.toplam, bicim));
+                  .arg(base::Bicimle(secim.birimFiyat, QStringLiteral("#,##0.00##")),
+                       base::Bicimle(secim.toplam, bicim));
         if (!ui::askYesNo(QStringLiteral("Uyarı"), soru, this)) {
             return;
         }

@@ -2,10 +2,10 @@
 
 #include "fees/discounts.h"
 #include "fees/installment_plan.h"
-#include "shell/failure.h"
-#include "shell/notifications.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
@@ -68,7 +68,7 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
                  parent)
     , m_db(db)
 {
-    const QString bicim = shell::durum().ParaFormati;
+    const QString bicim = users::durum().ParaFormati;
 
     // ---- the definitions
     auto *listeKutusu = new QGroupBox(QStringLiteral("Aidat Tanımları"), this);
@@ -330,9 +330,9 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
 
 void FrmAidatTanimlama::AidatTaksitGoster()
 {
-    shell::Result<QList<AidatListeSatiri>> liste = fees::AidatTaksitGoster(m_db);
+    base::Result<QList<AidatListeSatiri>> liste = fees::AidatTaksitGoster(m_db);
     if (!liste) {
-        shell::HataBildir(liste.error());
+        ui::HataBildir(liste.error());
         return;
     }
     m_dolduruluyor = true;
@@ -381,9 +381,9 @@ void FrmAidatTanimlama::listeSecimi(int row)
 
 void FrmAidatTanimlama::AidatTaksitDetayGoster(qint64 kayitId)
 {
-    shell::Result<std::optional<AidatTanimi>> okunan = fees::AidatTaksitDetayGoster(m_db, kayitId);
+    base::Result<std::optional<AidatTanimi>> okunan = fees::AidatTaksitDetayGoster(m_db, kayitId);
     if (!okunan) {
-        shell::HataBildir(okunan.error());
+        ui::HataBildir(okunan.error());
         return;
     }
     if (!okunan->has_value()) {
@@ -461,7 +461,7 @@ void FrmAidatTanimlama::KaydetKontrol()
 qint64 FrmAidatTanimlama::adetDegeri() const
 {
     // A unit price without a count is one unit.
-    const std::optional<qint64> adet = shell::TamSayiCoz(m_adet->text());
+    const std::optional<qint64> adet = base::TamSayiCoz(m_adet->text());
     return adet ? *adet : 1;
 }
 
@@ -474,7 +474,7 @@ void FrmAidatTanimlama::birimFiyatCikis()
         m_toplam->clear();
         return;
     }
-    const std::optional<shell::Para> fiyat = m_birimFiyat->value();
+    const std::optional<base::Para> fiyat = m_birimFiyat->value();
     if (!fiyat) {
         return;
     }
@@ -494,7 +494,7 @@ void FrmAidatTanimlama::ondalikDegisti()
         m_toplam->clear();
         return;
     }
-    const std::optional<shell::Para> fiyat = m_miktar->value();
+    const std::optional<base::Para> fiyat = m_miktar->value();
     if (!fiyat) {
         return;
     }
@@ -510,7 +510,7 @@ void FrmAidatTanimlama::adetCikis()
         return;
     }
     const QString metin = m_adet->text().trimmed();
-    if (!metin.isEmpty() && (!shell::TamSayiCoz(metin) || *shell::TamSayiCoz(metin) < 0)) {
+    if (!metin.isEmpty() && (!base::TamSayiCoz(metin) || *base::TamSayiCoz(metin) < 0)) {
         QPointer<QLineEdit> kutu(m_adet);
         QTimer::singleShot(0, this, [this, kutu] {
             ui::notify(QStringLiteral("Dikkat"),
@@ -553,7 +553,7 @@ bool FrmAidatTanimlama::taksitSayisiOku(int *sayi, bool uyar)
         *sayi = 0;
         return true;
     }
-    const std::optional<qint64> n = shell::TamSayiCoz(metin);
+    const std::optional<qint64> n = base::TamSayiCoz(metin);
     if (n && *n >= 0 && *n <= 999) {
         *sayi = int(*n);
         return true;
@@ -566,11 +566,11 @@ bool FrmAidatTanimlama::taksitSayisiOku(int *sayi, bool uyar)
     return false;
 }
 
-shell::Para FrmAidatTanimlama::kutuDegeri(const ui::MoneyEdit *kutu) const
+base::Para FrmAidatTanimlama::kutuDegeri(const ui::MoneyEdit *kutu) const
 {
     // What the box shows: a text that is no amount counts as 0.
-    const std::optional<shell::Para> v = kutu->value();
-    return shell::BicimeYuvarla(v ? *v : shell::SayiOku(kutu->text()), shell::durum().ParaFormati);
+    const std::optional<base::Para> v = kutu->value();
+    return base::BicimeYuvarla(v ? *v : base::SayiOku(kutu->text()), users::durum().ParaFormati);
 }
 
 void FrmAidatTanimlama::TaksitPlanla()
@@ -589,9 +589,9 @@ void FrmAidatTanimlama::TaksitPlanla()
     if (!taksitSayisiOku(&n, true)) {
         return;
     }
-    shell::Result<shell::Para> oran = GenelIskontoOrani(m_db);
+    base::Result<base::Para> oran = GenelIskontoOrani(m_db);
     if (!oran) {
-        shell::HataBildir(oran.error());
+        ui::HataBildir(oran.error());
         return;
     }
     PlanGirdisi g;
@@ -600,8 +600,8 @@ void FrmAidatTanimlama::TaksitPlanla()
     g.taksitSayisi = n;
     g.baslangic = baslangic;
     g.genelOran = *oran;
-    g.yuvarlama = shell::durum().TaksitYuvarlama;
-    g.paraFormati = shell::durum().ParaFormati;
+    g.yuvarlama = users::durum().TaksitYuvarlama;
+    g.paraFormati = users::durum().ParaFormati;
     const PlanSonucu plan = fees::TaksitPlanla(g);
     if (plan.durum != PlanDurumu::Planlandi) {
         return;
@@ -620,25 +620,25 @@ void FrmAidatTanimlama::TaksitPlanla()
 
 void FrmAidatTanimlama::TaksitTutarHesapla()
 {
-    shell::Result<shell::Para> oran = GenelIskontoOrani(m_db);
+    base::Result<base::Para> oran = GenelIskontoOrani(m_db);
     if (!oran) {
-        shell::Error e = oran.error();
+        base::Error e = oran.error();
         e.label = QStringLiteral("FrmAidatTanimlama:TaksitTutarHesapla");
-        shell::HataBildir(e);
+        ui::HataBildir(e);
         return;
     }
-    QList<shell::Para> tutarlar;
+    QList<base::Para> tutarlar;
     for (int row = 0; row < m_taksitler->rowCount(); ++row) {
         tutarlar.append(m_taksitler->para(row, TsTutar));
     }
-    const QString bicim = shell::durum().ParaFormati;
+    const QString bicim = users::durum().ParaFormati;
     const TaksitOzeti ozet = fees::TaksitTutarHesapla(kutuDegeri(m_toplam), kutuDegeri(m_pesinat),
                                                       tutarlar, *oran, bicim);
     m_kalanEtiketi->setText(ozet.etiket);
-    m_kalan->setText(shell::Bicimle(ozet.kalan, bicim));
-    m_ikinciKutu->setText(shell::Bicimle(ozet.ikinciKutu, bicim));
-    m_taksitToplami->setText(shell::Bicimle(ozet.taksitToplami, bicim));
-    m_pesinatOzet->setText(shell::Bicimle(kutuDegeri(m_pesinat), bicim));
+    m_kalan->setText(base::Bicimle(ozet.kalan, bicim));
+    m_ikinciKutu->setText(base::Bicimle(ozet.ikinciKutu, bicim));
+    m_taksitToplami->setText(base::Bicimle(ozet.taksitToplami, bicim));
+    m_pesinatOzet->setText(base::Bicimle(kutuDegeri(m_pesinat), bicim));
 }
 
 // ---- save and delete ----------------------------------------------------------------------
@@ -675,22 +675,19 @@ bool FrmAidatTanimlama::AidatTaksitDetayKaydet()
     t.toplam = kutuDegeri(m_toplam);
     t.pesinat = kutuDegeri(m_pesinat);
     t.birimFiyati
-        = (m_ondalik->isChecked() ? m_miktar : m_birimFiyat)->value().value_or(shell::Para());
-    t.birimAdeti = shell::TamSayiCoz(m_adet->text()).value_or(0);
-    t.kdvOrani = m_kdv->value().value_or(shell::Para());
+        = (m_ondalik->isChecked() ? m_miktar : m_birimFiyat)->value().value_or(base::Para());
+    t.birimAdeti = base::TamSayiCoz(m_adet->text()).value_or(0);
+    t.kdvOrani = m_kdv->value().value_or(base::Para());
     t.taksitSayisi = n;
     t.odemeBasTarihi = m_basTarihi->date();
-    t.ytlCevrim = shell::durum().ParaTuru;
+    t.ytlCevrim = users::durum().ParaTuru;
     for (int row = 0; row < m_taksitler->rowCount(); ++row) {
         t.taksitler.append(
             TaksitSatiri{m_taksitler->date(row, TsTarih), m_taksitler->para(row, TsTutar)});
     }
-    shell::Result<KayitSonucu> sonuc = fees::AidatTaksitDetayKaydet(m_db, t);
+    base::Result<KayitSonucu> sonuc = fees::AidatTaksitDetayKaydet(m_db, t);
     if (!sonuc) {
-        shell::HataBildir(sonuc.error());
-        return false;
-    }
-    if (!sonuc->yazildi) {
+        ui::HataBildir(sonuc.error());
         return false;
     }
     m_kayitId = sonuc->kayitId;
@@ -700,7 +697,7 @@ bool FrmAidatTanimlama::AidatTaksitDetayKaydet()
     setDirty(false);
     AidatTaksitGoster();
     KaydetKontrol();
-    emit shell::Bildirimler::instance().aidatTanimlariDegisti();
+    emit ui::Bildirimler::instance().aidatTanimlariDegisti();
     return true;
 }
 
@@ -715,17 +712,12 @@ void FrmAidatTanimlama::TaksitAidatSil()
                       this)) {
         return;
     }
-    shell::Result<SilmeSonucu> sonuc = fees::TaksitAidatSil(m_db, m_kayitId, ad);
-    if (!sonuc) {
-        shell::HataBildir(sonuc.error());
-        return;
-    }
-    if (*sonuc != SilmeSonucu::Silindi) {
+    if (!ui::passed(fees::TaksitAidatSil(m_db, m_kayitId, ad))) {
         return;
     }
     Yeni();
     AidatTaksitGoster();
-    emit shell::Bildirimler::instance().aidatTanimlariDegisti();
+    emit ui::Bildirimler::instance().aidatTanimlariDegisti();
 }
 
 void FrmAidatTanimlama::closeEvent(QCloseEvent *event)
@@ -733,7 +725,7 @@ void FrmAidatTanimlama::closeEvent(QCloseEvent *event)
     ui::Screen::closeEvent(event);
     if (event->isAccepted()) {
         // An open fee choice shows the definitions as they now stand.
-        emit shell::Bildirimler::instance().aidatTanimlariDegisti();
+        emit ui::Bildirimler::instance().aidatTanimlariDegisti();
     }
 }
 
@@ -741,9 +733,9 @@ void FrmAidatTanimlama::closeEvent(QCloseEvent *event)
 
 void FrmAidatTanimlama::IskontoGoster()
 {
-    shell::Result<QList<IskontoTanimi>> liste = IskontoTanimlariOku(m_db);
+    base::Result<QList<IskontoTanimi>> liste = IskontoTanimlariOku(m_db);
     if (!liste) {
-        shell::HataBildir(liste.error());
+        ui::HataBildir(liste.error());
         return;
     }
     m_indirimler->clearRows();
@@ -761,7 +753,7 @@ void FrmAidatTanimlama::IskontoEkle()
 {
     const int row = m_indirimler->appendRow();
     m_indirimler->setValue(row, IsId, qint64(0));
-    m_indirimler->setValue(row, IsDeger, QVariant::fromValue(shell::Para()));
+    m_indirimler->setValue(row, IsDeger, QVariant::fromValue(base::Para()));
     m_indirimler->setValue(row, IsEsas, s_esaslar.first());
     m_indirimler->setValue(row, IsTip, s_tipler.first());
     m_indirimler->setFocus();
@@ -782,12 +774,7 @@ void FrmAidatTanimlama::IskontoKaydet()
         t.tipi = m_indirimler->text(row, IsTip) == s_tipler.first() ? Oran : Tutar;
         liste.append(t);
     }
-    shell::Result<bool> sonuc = IskontoTanimlariKaydet(m_db, liste);
-    if (!sonuc) {
-        shell::HataBildir(sonuc.error());
-        return;
-    }
-    if (!*sonuc) {
+    if (!ui::passed(IskontoTanimlariKaydet(m_db, liste))) {
         return;
     }
     IskontoGoster();
@@ -808,12 +795,7 @@ void FrmAidatTanimlama::IskontoSil()
     }
     const qint64 id = m_indirimler->number(row, IsId);
     if (id != 0) {
-        shell::Result<bool> sonuc = IskontoTanimiSil(m_db, id);
-        if (!sonuc) {
-            shell::HataBildir(sonuc.error());
-            return;
-        }
-        if (!*sonuc) {
+        if (!ui::passed(IskontoTanimiSil(m_db, id))) {
             return;
         }
     }

@@ -66,7 +66,7 @@ private:
     void ondalikSecildi(bool ondalik);
     bool taksitSayisiOku(int *sayi, bool uyar);
     qint64 adetDegeri() const;
-    shell::Para kutuDegeri(const ui::MoneyEdit *kutu) const;
+    base::Para kutuDegeri(const ui::MoneyEdit *kutu) const;
     void satirSec(qint64 kayitId);
 
     store::Database &m_db;

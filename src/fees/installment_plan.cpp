@@ -1,6 +1,6 @@
 #include "fees/installment_plan.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 
 #include <algorithm>
 #include <limits>
@@ -53,7 +53,7 @@ Para roundExact(Wide exact, int places)
 
 int formatPlaces(const QString &paraFormati)
 {
-    return std::min(shell::BicimOndalik(paraFormati), 4);
+    return std::min(base::BicimOndalik(paraFormati), 4);
 }
 
 } // namespace
@@ -83,7 +83,7 @@ PlanSonucu TaksitPlanla(const PlanGirdisi &g)
     if (g.yuvarlama > Para()) {
         // Cut down to a multiple of the step (Int goes down, also below zero); what was cut
         // goes to the first installment.
-        taksit = shell::BicimeYuvarla(taksit.floorToMultiple(g.yuvarlama), g.paraFormati);
+        taksit = base::BicimeYuvarla(taksit.floorToMultiple(g.yuvarlama), g.paraFormati);
         artan = roundExact(kalan - Wide(taksit.raw()) * n * KalanOlcek, places);
     } else {
         artan = g.toplam - taksit * n - g.pesinat;
@@ -95,7 +95,7 @@ PlanSonucu TaksitPlanla(const PlanGirdisi &g)
     sonuc.taksitler.reserve(n);
     for (int i = 1; i <= n; ++i) {
         sonuc.taksitler.append(
-            TaksitSatiri{shell::AyEkle(g.baslangic, i - 1), i == 1 ? taksit + artan : taksit});
+            TaksitSatiri{base::AyEkle(g.baslangic, i - 1), i == 1 ? taksit + artan : taksit});
     }
     return sonuc;
 }
@@ -104,13 +104,13 @@ TaksitOzeti TaksitTutarHesapla(Para toplam, Para pesinat, const QList<Para> &tut
                                Para genelOran, const QString &paraFormati)
 {
     const int places = formatPlaces(paraFormati);
-    const Para t = shell::BicimeYuvarla(toplam, paraFormati);
-    const Para p = shell::BicimeYuvarla(pesinat, paraFormati);
+    const Para t = base::BicimeYuvarla(toplam, paraFormati);
+    const Para p = base::BicimeYuvarla(pesinat, paraFormati);
     Para s;
     for (const Para &tutar : tutarlar) {
-        s += shell::BicimeYuvarla(tutar, paraFormati);
+        s += base::BicimeYuvarla(tutar, paraFormati);
     }
-    const Para iskonto = t.percent(genelOran, places, shell::RoundingMode::HalfAwayFromZero);
+    const Para iskonto = t.percent(genelOran, places, base::RoundingMode::HalfAwayFromZero);
     TaksitOzeti ozet;
     ozet.taksitToplami = s;
     if (genelOran > Para()) {

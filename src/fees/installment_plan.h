@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/para.h"
+#include "base/para.h"
 
 #include <QDate>
 #include <QList>
@@ -13,7 +13,7 @@
 // Plain values in and out; the screen reads its boxes and the store, and shows what comes back.
 namespace fees {
 
-using shell::Para;
+using base::Para;
 
 // One row of a plan: its due date and its amount.
 struct TaksitSatiri

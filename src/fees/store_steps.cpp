@@ -4,14 +4,14 @@
 
 namespace fees {
 
-shell::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket)
+base::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket)
 {
-    shell::Error hata = q.error(etiket);
+    base::Error hata = q.error(etiket);
     tx.rollback();
     return hata;
 }
 
-shell::Error etiketle(shell::Error hata, const QString &etiket)
+base::Error etiketle(base::Error hata, const QString &etiket)
 {
     hata.label = etiket;
     return hata;

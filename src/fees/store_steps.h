@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -15,9 +15,9 @@ namespace fees {
 
 // A failed step inside a transaction: its error is taken, then the transaction is rolled back
 // at once, so that the statements still open are freed outside an aborted transaction.
-shell::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket);
+base::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket);
 
 // An error of the transaction machinery, told under the operation's own label.
-shell::Error etiketle(shell::Error hata, const QString &etiket);
+base::Error etiketle(base::Error hata, const QString &etiket);
 
 } // namespace fees

@@ -1,6 +1,6 @@
 #include "maintenance/frm_calisma_ac.h"
 
-#include "shell/failure.h"
+#include "ui/failure.h"
 #include "store/database.h"
 #include "ui/input_box.h"
 #include "ui/inputs.h"
@@ -104,9 +104,9 @@ FrmCalismaAc::FrmCalismaAc(store::Database &db, const QString &callerMark, QWidg
 void FrmCalismaAc::CalismaDoldur()
 {
     m_lstRecent->clear();
-    shell::Result<QList<Calisma>> years = maintenance::CalismaDoldur(m_db);
+    base::Result<QList<Calisma>> years = maintenance::CalismaDoldur(m_db);
     if (!years) {
-        shell::HataBildir(years.error());
+        ui::HataBildir(years.error());
         m_years.clear();
         return;
     }
@@ -119,11 +119,11 @@ void FrmCalismaAc::CalismaDoldur()
 
 bool FrmCalismaAc::rightsForChange()
 {
-    if (!users::HakKontrol(m_db, QStringLiteral("btnCalismaAc"))) {
+    if (!ui::HakKontrol(m_db, QStringLiteral("btnCalismaAc"))) {
         ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
         return false;
     }
-    return users::YazmaYetkisiVar();
+    return ui::YazmaYetkisiVar();
 }
 
 void FrmCalismaAc::cmdTamam_Click()
@@ -172,8 +172,8 @@ void FrmCalismaAc::cmdSil_Click()
                       this)) {
         return;
     }
-    if (shell::Status s = CalismaSil(m_db, c.id); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = CalismaSil(m_db, c.id); !s) {
+        ui::HataBildir(s.error());
         return;
     }
     CalismaDoldur();
@@ -200,9 +200,9 @@ void FrmCalismaAc::MnuDegistir_Click()
                    ui::Icon::Warning, this);
         return;
     }
-    shell::Result<bool> taken = CalismaAdiVar(m_db, *ad, m_years[row].id);
+    base::Result<bool> taken = CalismaAdiVar(m_db, *ad, m_years[row].id);
     if (!taken) {
-        shell::HataBildir(taken.error());
+        ui::HataBildir(taken.error());
         return;
     }
     if (*taken) {
@@ -212,8 +212,8 @@ void FrmCalismaAc::MnuDegistir_Click()
                    ui::Icon::Warning, this);
         return;
     }
-    if (shell::Status s = CalismaAdiDegistir(m_db, m_years[row].id, *ad); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = CalismaAdiDegistir(m_db, m_years[row].id, *ad); !s) {
+        ui::HataBildir(s.error());
         return;
     }
     CalismaDoldur();
@@ -263,9 +263,9 @@ void FrmYeniCalisma::CalismaKaydet()
     }
     if (!store::DatabaseAc(m_db, store::Store::Global, false, false))
         return;
-    shell::Result<bool> taken = CalismaAdiVar(m_db, ad);
+    base::Result<bool> taken = CalismaAdiVar(m_db, ad);
     if (!taken) {
-        shell::HataBildir(taken.error());
+        ui::HataBildir(taken.error());
         return;
     }
     if (*taken) {
@@ -276,9 +276,9 @@ void FrmYeniCalisma::CalismaKaydet()
         m_ad->clear();
         return;
     }
-    shell::Result<int> id = maintenance::CalismaKaydet(m_db, ad);
+    base::Result<int> id = maintenance::CalismaKaydet(m_db, ad);
     if (!id) {
-        shell::HataBildir(id.error());
+        ui::HataBildir(id.error());
         return;
     }
     m_calisma = Calisma{*id, ad};

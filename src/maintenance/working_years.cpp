@@ -1,16 +1,17 @@
 #include "maintenance/working_years.h"
 
-#include "shell/settings.h"
+#include "store/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 
 #include <QFileInfo>
 
 namespace maintenance {
 
-shell::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
+base::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
 {
     const QString label = QStringLiteral("FrmCalismaAc:CalismaDoldur");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     store::Query q(db, QStringLiteral("SELECT CalismaID, CalismaAdi FROM Calisma ORDER BY CalismaID DESC"));
     if (!q.exec())
@@ -25,10 +26,10 @@ shell::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
     return list;
 }
 
-shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId)
+base::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId)
 {
     const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     store::Query q(db, QStringLiteral("SELECT CalismaID FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
     q.bind(ad.trimmed()).bind(haricId);
@@ -43,10 +44,10 @@ shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int ha
     return false;
 }
 
-shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
+base::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
 {
     const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     store::Transaction tx(db);
     if (!tx)
@@ -66,12 +67,12 @@ shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
     return id;
 }
 
-shell::Status CalismaSil(store::Database &db, int id)
+base::Status CalismaSil(store::Database &db, int id)
 {
     const QString label = QStringLiteral("FrmCalismaAc:cmdSil_Click");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
-    if (shell::Status s = db.drop(id); !s)
+    if (base::Status s = db.drop(id); !s)
         return s;
     store::Query q(db, QStringLiteral("DELETE FROM Calisma WHERE CalismaID = ?"));
     q.bind(id);
@@ -80,10 +81,10 @@ shell::Status CalismaSil(store::Database &db, int id)
     return {};
 }
 
-shell::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)
+base::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)
 {
     const QString label = QStringLiteral("FrmCalismaAc:MnuDegistir_Click");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     store::Query q(db, QStringLiteral("UPDATE Calisma SET CalismaAdi = ? WHERE CalismaID = ?"));
     q.bind(ad.trimmed().left(50)).bind(id);
@@ -94,18 +95,18 @@ shell::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)
 
 void CalismaSecimiYap(store::Database &db, const Calisma &calisma, int listeSirasi)
 {
-    shell::CalismaDurumu &d = shell::durum();
+    users::CalismaDurumu &d = users::durum();
     d.AktifCalismaID = calisma.id;
     d.AktifCalismaAdi = calisma.adi;
     db.selectYear(calisma.id);
-    shell::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Aidat.ini"), QStringLiteral("AktifCalisma"),
+    store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Aidat.ini"), QStringLiteral("AktifCalisma"),
                    QStringLiteral("ID"), QString::number(listeSirasi));
 }
 
 int KayitliCalismaSirasi(store::Database &db, int listeBoyu)
 {
     bool ok = false;
-    const int index = shell::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Aidat.ini"),
+    const int index = store::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Aidat.ini"),
                                      QStringLiteral("AktifCalisma"), QStringLiteral("ID"))
                           .toInt(&ok);
     return ok && index >= 0 && index < listeBoyu ? index : 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QList>
 #include <QString>
@@ -18,14 +18,14 @@ struct Calisma
 };
 
 // The working years whose store exists, newest first.
-shell::Result<QList<Calisma>> CalismaDoldur(store::Database &db);
+base::Result<QList<Calisma>> CalismaDoldur(store::Database &db);
 // True when another year (not `haricId`) has this name.
-shell::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId = 0);
+base::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId = 0);
 // Adds a working year by name and gives its number; its store is made at the first opening.
-shell::Result<int> CalismaKaydet(store::Database &db, const QString &ad);
+base::Result<int> CalismaKaydet(store::Database &db, const QString &ad);
 // Deletes a year's stores and its row.
-shell::Status CalismaSil(store::Database &db, int id);
-shell::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad);
+base::Status CalismaSil(store::Database &db, int id);
+base::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad);
 // Makes a year the session's choice: the working state, the connection's chosen year, and the
 // list position remembered under AktifCalisma/ID of Aidat.ini.
 void CalismaSecimiYap(store::Database &db, const Calisma &calisma, int listeSirasi);

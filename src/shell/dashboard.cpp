@@ -1,6 +1,6 @@
 #include "shell/dashboard.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 
 #include <QDate>
@@ -8,15 +8,15 @@
 
 namespace shell {
 
-Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy)
+base::Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy)
 {
     const QString label = QStringLiteral("FrmBackGround:RaporHazirla");
     PanoBilgisi pano;
     const int year = cariAy.left(4).toInt();
     const int month = cariAy.right(2).toInt();
-    pano.ayAdi = AyAdi(month);
+    pano.ayAdi = base::AyAdi(month);
     if (!store::DatabaseAc(db, store::Store::Year, true, false))
-        return Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+        return base::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
 
     store::Query count(db, QStringLiteral("SELECT count(KayitID) AS TOPLAMOGRENCI FROM Ogrenci"));
     if (!count.exec() || !count.next())
@@ -27,11 +27,11 @@ Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy)
     const QDate first(year, month, 1);
     if (!first.isValid())
         return pano;
-    const QDate limit = AyEkle(first, 1);
+    const QDate limit = base::AyEkle(first, 1);
     // The accounts of students that still exist.
     const QString accounts = QStringLiteral("SELECT OT.KayitID FROM OgrenciAidatTanim OT "
                                             "JOIN Ogrenci O ON O.KayitID = OT.OgrKayitID");
-    QHash<int, Para> paid; // by year * 100 + month
+    QHash<int, base::Para> paid; // by year * 100 + month
     {
         store::Query q(db,
                        QStringLiteral("SELECT year(P.OdemeTarihi), month(P.OdemeTarihi), sum(P.Odenen) "
@@ -57,7 +57,7 @@ Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy)
     const int current = year * 100 + month;
     while (due.next()) {
         const int key = int(due.integer(0) * 100 + due.integer(1));
-        const Para rest = due.para(2) - paid.value(key);
+        const base::Para rest = due.para(2) - paid.value(key);
         if (key < current)
             pano.gecmis += rest;
         else if (key == current)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -16,14 +16,14 @@ namespace shell {
 struct PanoBilgisi
 {
     QString ayAdi;
-    Para buAy;      // due in the working month, less what was paid in it
-    Para gecmis;    // due in the months before, less what was paid in them
-    Para toplam;    // to collect in the working month: both together
+    base::Para buAy;      // due in the working month, less what was paid in it
+    base::Para gecmis;    // due in the months before, less what was paid in them
+    base::Para toplam;    // to collect in the working month: both together
     qint64 ogrenciSayisi = 0;
 };
 
 // cariAy is "yyyyMM". Installments of every account of an existing student are summed by month
 // up to the end of the working month; the payments of each such month are taken off it.
-Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy);
+base::Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy);
 
 } // namespace shell

@@ -1,9 +1,10 @@
 #include "shell/frm_background.h"
 
 #include "shell/dashboard.h"
-#include "shell/failure.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "ui/failure.h"
+#include "store/settings.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 
@@ -124,7 +125,7 @@ void FrmBackGround::contextMenuEvent(QContextMenuEvent *event)
     if (chosen == gizle || chosen == goster) {
         const bool show = chosen == goster;
         aciklamalariGoster(show);
-        INIAyar(m_db, QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
+        store::INIAyar(m_db, QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
                 QStringLiteral("AÇIKLAMALAR"), show ? QStringLiteral("TRUE") : QStringLiteral("FALSE"));
     }
 }
@@ -141,7 +142,7 @@ bool FrmBackGround::aciklamalarGorunur() const
 
 void FrmBackGround::BilgiGuncelle()
 {
-    const CalismaDurumu &d = durum();
+    const users::CalismaDurumu &d = users::durum();
     m_lblCariAy->setText(QStringLiteral("Aktif Çalışma : ") + d.AktifCalismaAdi
                          + QStringLiteral("   Cari Ay : ") + CariAyMetni(d.CariAy));
     m_lblOkulAdi->setText(d.OkulAdi);
@@ -150,23 +151,23 @@ void FrmBackGround::BilgiGuncelle()
 
 void FrmBackGround::RaporHazirla()
 {
-    const CalismaDurumu &d = durum();
+    const users::CalismaDurumu &d = users::durum();
     const bool open = d.AktifCalismaID != 0 && m_db.openYear() != 0;
     m_pano->setVisible(open);
     if (!open)
         return;
-    const Result<PanoBilgisi> pano = shell::RaporHazirla(m_db, d.CariAy);
+    const base::Result<PanoBilgisi> pano = shell::RaporHazirla(m_db, d.CariAy);
     if (!pano) {
-        HataBildir(pano.error());
+        ui::HataBildir(pano.error());
         return;
     }
     m_lblBilgi[0]->setText(pano->ayAdi + QStringLiteral(" ayında tahsil edilecek TOPLAM TUTAR : "));
     m_lblBilgi[1]->setText(QStringLiteral("Geçmiş aylardan tahsil edilecek TOPLAM TUTAR : "));
     m_lblBilgi[2]->setText(QStringLiteral("Cari Ay'da tahsil edilecek TOPLAM TUTAR : "));
     m_lblBilgi[3]->setText(QStringLiteral("TOPLAM ÖĞRENCİ SAYISI : "));
-    m_lblTutar[0]->setText(Bicimle(pano->buAy, d.ParaFormati));
-    m_lblTutar[1]->setText(Bicimle(pano->gecmis, d.ParaFormati));
-    m_lblTutar[2]->setText(Bicimle(pano->toplam, d.ParaFormati));
+    m_lblTutar[0]->setText(base::Bicimle(pano->buAy, d.ParaFormati));
+    m_lblTutar[1]->setText(base::Bicimle(pano->gecmis, d.ParaFormati));
+    m_lblTutar[2]->setText(base::Bicimle(pano->toplam, d.ParaFormati));
     m_lblTutar[3]->setText(QString::number(pano->ogrenciSayisi));
     m_pano->layout()->activate();
     m_pano->adjustSize();

@@ -1,9 +1,9 @@
 #include "shell/frm_okul_bilgileri.h"
 
-#include "shell/failure.h"
-#include "shell/notifications.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 #include "ui/inputs.h"
@@ -181,7 +181,7 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
         m_destekAy[i]->setObjectName(QStringLiteral("CmbEgitimDestekAy%1").arg(i + 1));
         m_destekAy[i]->addItem(QString(), 0);
         for (int m = 1; m <= 12; ++m)
-            m_destekAy[i]->addItem(AyAdi(m), m);
+            m_destekAy[i]->addItem(base::AyAdi(m), m);
         m_destekTaksit[i] = new ui::MoneyEdit(destek);
         m_destekTaksit[i]->setObjectName(QStringLiteral("txtEgitimDestekTaksit%1").arg(i + 1));
         m_destekTaksit[i]->setMaximumWidth(160);
@@ -280,13 +280,13 @@ void FrmOkulBilgileri::selectMonth(QComboBox *combo, const QString &yyyymm)
 
 void FrmOkulBilgileri::OkulbilgisiGetir()
 {
-    Result<OkulBilgisi> row = shell::OkulbilgisiGetir(m_db);
+    base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(m_db);
     if (!row) {
-        HataBildir(row.error());
+        ui::HataBildir(row.error());
         return;
     }
-    m_row = row->kayitVar ? *row : YeniOkulBilgisi(QDate::currentDate());
-    const OkulBilgisi &o = m_row;
+    m_row = row->kayitVar ? *row : maintenance::YeniOkulBilgisi(QDate::currentDate());
+    const maintenance::OkulBilgisi &o = m_row;
     m_okulAdi->setText(o.OkulAdi);
     m_il->setText(o.OkulIlAdi);
     m_ilce->setText(o.OkulIlceAdi);
@@ -305,7 +305,7 @@ void FrmOkulBilgileri::OkulbilgisiGetir()
     selectMonth(m_cariAy, o.CariAy);
     m_donemBas->setDate(o.DonemBasTarihi.date());
     m_donemBit->setDate(o.DonemBitTarihi.date());
-    m_yuvarlama->setCurrentText(Bicimle(o.TaksitYuvarlama, QStringLiteral("#,##0.##")));
+    m_yuvarlama->setCurrentText(base::Bicimle(o.TaksitYuvarlama, QStringLiteral("#,##0.##")));
     (o.ParaTuru == 0 ? m_paraTL : m_paraYTL)->setChecked(true);
     m_sonSenet->setText(QString::number(o.SonSenetNo));
     m_sonFatura->setText(QString::number(o.SonFaturaNo));
@@ -322,7 +322,7 @@ void FrmOkulBilgileri::OkulbilgisiGetir()
         m_destekAy[i]->setCurrentIndex(index < 0 ? 0 : index);
         m_destekTaksit[i]->setValue(o.EgitimDestekTaksit[i]);
     }
-    const OfisAyarlari ofis = OfisAyarlariOku(m_db);
+    const maintenance::OfisAyarlari ofis = maintenance::OfisAyarlariOku(m_db);
     m_okKilit->setChecked(ofis.okKilit);
     m_fisKilit->setChecked(ofis.fisKilit);
     m_kasaAktar->setChecked(ofis.kasaAktar >= 1);
@@ -346,7 +346,7 @@ void FrmOkulBilgileri::refuse(const QString &text, QWidget *focus)
     focus->setFocus();
 }
 
-bool FrmOkulBilgileri::formToRow(OkulBilgisi &o)
+bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
 {
     if (m_okulAdi->text().trimmed().isEmpty()) {
         refuse(QStringLiteral("Okul adını girmeniz gerekmektedir."), m_okulAdi);
@@ -371,8 +371,8 @@ bool FrmOkulBilgileri::formToRow(OkulBilgisi &o)
         refuse(QStringLiteral("Dönem bitiş tarihi başlangıç tarihinden önce olamaz."), m_donemBit);
         return false;
     }
-    const std::optional<Para> yuvarlama = ParaCoz(m_yuvarlama->currentText());
-    if (!yuvarlama || *yuvarlama <= Para()) {
+    const std::optional<base::Para> yuvarlama = base::ParaCoz(m_yuvarlama->currentText());
+    if (!yuvarlama || *yuvarlama <= base::Para()) {
         refuse(QStringLiteral("Taksit yuvarlama tutarı sıfırdan büyük bir tutar olmalıdır (örnek: 1 ya "
                               "da 0,50)."),
                m_yuvarlama);
@@ -386,7 +386,7 @@ bool FrmOkulBilgileri::formToRow(OkulBilgisi &o)
     } counters[] = {{m_sonSenet, "Son senet"}, {m_sonFatura, "Son fatura"}, {m_sonFis, "Son fiş"}};
     for (int i = 0; i < 3; ++i) {
         const QString text = counters[i].box->text().trimmed();
-        const std::optional<qint64> n = text.isEmpty() ? std::optional<qint64>(0) : TamSayiCoz(text);
+        const std::optional<qint64> n = text.isEmpty() ? std::optional<qint64>(0) : base::TamSayiCoz(text);
         if (!n || *n < 0 || *n > 2147483647) {
             refuse(QStringLiteral("%1 numarası sıfır ya da pozitif bir tam sayı olmalıdır.")
                        .arg(QString::fromUtf8(counters[i].name)),
@@ -423,8 +423,8 @@ bool FrmOkulBilgileri::formToRow(OkulBilgisi &o)
     o.OgretimYili = year;
     o.BaslangicAy = m_basAy->currentData().toInt() ? QString::number(m_basAy->currentData().toInt()) : QString();
     o.CariAy = m_cariAy->currentData().toInt() ? QString::number(m_cariAy->currentData().toInt()) : QString();
-    o.DonemBasTarihi = m_donemBas->date().isValid() ? QDateTime(m_donemBas->date(), QTime(0, 0)) : SifirTarih;
-    o.DonemBitTarihi = m_donemBit->date().isValid() ? QDateTime(m_donemBit->date(), QTime(0, 0)) : SifirTarih;
+    o.DonemBasTarihi = m_donemBas->date().isValid() ? QDateTime(m_donemBas->date(), QTime(0, 0)) : base::SifirTarih;
+    o.DonemBitTarihi = m_donemBit->date().isValid() ? QDateTime(m_donemBit->date(), QTime(0, 0)) : base::SifirTarih;
     o.TaksitYuvarlama = *yuvarlama;
     o.ParaTuru = m_paraTL->isChecked() ? 0 : 1;
     o.ParaBirimi = m_paraTL->isChecked() ? QStringLiteral("TL") : QStringLiteral("YTL");
@@ -446,45 +446,45 @@ bool FrmOkulBilgileri::formToRow(OkulBilgisi &o)
 
 bool FrmOkulBilgileri::OkulbilgisiKaydet()
 {
-    if (!users::YazmaYetkisiVar())
+    if (!ui::YazmaYetkisiVar())
         return false;
-    OkulBilgisi row = m_row;
+    maintenance::OkulBilgisi row = m_row;
     if (!formToRow(row))
         return false;
-    OfisAyarlari ofis;
+    maintenance::OfisAyarlari ofis;
     ofis.okKilit = m_okKilit->isChecked();
     ofis.fisKilit = m_fisKilit->isChecked();
     ofis.kasaAyarVar = true;
     ofis.kasaAktar = m_kasaAktar->isChecked() ? 1 : 0;
     ofis.kasaKod = m_kasaKod->text().trimmed();
     ofis.kasaSor = m_kasaSor->isChecked() ? 1 : 0;
-    if (Status s = shell::OkulbilgisiKaydet(m_db, row, &ofis); !s) {
-        HataBildir(s.error());
+    if (base::Status s = maintenance::OkulbilgisiKaydet(m_db, row, &ofis); !s) {
+        ui::HataBildir(s.error());
         return false;
     }
     setDirty(false);
     ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Okul bilgileri kaydedildi."), ui::Icon::Information, this);
-    SabitBilgileriOku(m_db);
+    maintenance::SabitBilgileriOku(m_db);
     OkulbilgisiGetir();
-    emit Bildirimler::instance().sabitBilgileriDegisti();
+    emit ui::Bildirimler::instance().sabitBilgileriDegisti();
     return true;
 }
 
 void FrmOkulBilgileri::OkulbilgisiSil()
 {
-    if (!users::YazmaYetkisiVar())
+    if (!ui::YazmaYetkisiVar())
         return;
     if (!ui::askYesNo(QStringLiteral("Dikkat!"),
                       QStringLiteral("Okul kaydını sabit bilgilerden silmek istiyor musunuz?"), this)) {
         return;
     }
-    if (Status s = shell::OkulbilgisiSil(m_db); !s) {
-        HataBildir(s.error());
+    if (base::Status s = maintenance::OkulbilgisiSil(m_db); !s) {
+        ui::HataBildir(s.error());
         return;
     }
-    SabitBilgileriOku(m_db);
+    maintenance::SabitBilgileriOku(m_db);
     OkulbilgisiGetir();
-    emit Bildirimler::instance().sabitBilgileriDegisti();
+    emit ui::Bildirimler::instance().sabitBilgileriDegisti();
 }
 
 } // namespace shell

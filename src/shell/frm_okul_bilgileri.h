@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/school.h"
+#include "maintenance/school.h"
 #include "ui/screen.h"
 
 class QCheckBox;
@@ -38,11 +38,11 @@ protected:
 private:
     void fillMonths(const QString &ogretimYili);
     void selectMonth(QComboBox *combo, const QString &yyyymm);
-    bool formToRow(OkulBilgisi &row);
+    bool formToRow(maintenance::OkulBilgisi &row);
     void refuse(const QString &text, QWidget *focus);
 
     store::Database &m_db;
-    OkulBilgisi m_row;
+    maintenance::OkulBilgisi m_row;
 
     QLineEdit *m_okulAdi = nullptr;
     QLineEdit *m_il = nullptr;

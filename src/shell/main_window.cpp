@@ -1,15 +1,16 @@
 #include "shell/main_window.h"
 
 #include "maintenance/frm_calisma_ac.h"
-#include "shell/command_table.h"
-#include "shell/failure.h"
+#include "users/command_table.h"
+#include "ui/failure.h"
 #include "shell/frm_background.h"
-#include "shell/notifications.h"
-#include "shell/school.h"
-#include "shell/screen_registry.h"
+#include "ui/notifications.h"
+#include "maintenance/school.h"
+#include "ui/screen_registry.h"
 #include "shell/screens.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "store/settings.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 #include "store/migration.h"
@@ -118,12 +119,12 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
     setObjectName(QStringLiteral("MDIAidat"));
     setWindowTitle(programBasligi());
     TumEkranlariKaydet();
-    setKomutCalistirici([this](const QString &tool) { ActBar_Click(tool); });
-    setEkranAcici([this](const QString &form, const QString &tool, const QVariantMap &ayar) {
+    ui::setKomutCalistirici([this](const QString &tool) { ActBar_Click(tool); });
+    ui::setEkranAcici([this](const QString &form, const QString &tool, const QVariantMap &ayar) {
         return openScreen(tool, form, ayar);
     });
     // The store refuses a write that the rights of the screen in use do not allow.
-    store::setWriteGuard([] { return durum().HakYazma; });
+    store::setWriteGuard([] { return users::durum().HakYazma; });
     auto *area = new MdiArea(this);
     area->setObjectName(QStringLiteral("mdiArea"));
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -142,7 +143,7 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
         if (w)
             rightsOfActiveScreen();
     });
-    connect(&Bildirimler::instance(), &Bildirimler::sabitBilgileriDegisti, this, [this] {
+    connect(&ui::Bildirimler::instance(), &ui::Bildirimler::sabitBilgileriDegisti, this, [this] {
         BaslikGuncelle();
         CariAyDoldur();
         m_background->BilgiGuncelle();
@@ -151,8 +152,8 @@ MDIAidat::MDIAidat(store::Database &db, QWidget *parent)
 
 MDIAidat::~MDIAidat()
 {
-    setKomutCalistirici(nullptr);
-    setEkranAcici(nullptr);
+    ui::setKomutCalistirici(nullptr);
+    ui::setEkranAcici(nullptr);
     store::setWriteGuard(nullptr);
 }
 
@@ -169,8 +170,8 @@ void MDIAidat::buildBands()
     // ---- menu band
     QMenuBar *bar = menuBar();
     bar->setObjectName(QStringLiteral("BndMenu"));
-    for (const AnaMenu &m : AnaMenuler()) {
-        const Komut *direct = KomutBul(m.tool);
+    for (const users::AnaMenu &m : users::AnaMenuler()) {
+        const users::Komut *direct = users::KomutBul(m.tool);
         if (direct) {
             QAction *a = bar->addAction(m.caption);
             a->setObjectName(m.tool);
@@ -182,7 +183,7 @@ void MDIAidat::buildBands()
         menu->setObjectName(m.tool);
         m_menus.insert(m.tool, menu);
     }
-    for (const Komut &k : KomutTablosu()) {
+    for (const users::Komut &k : users::KomutTablosu()) {
         if (k.menu.isEmpty())
             continue;
         QMenu *menu = m_menus.value(k.menu);
@@ -223,7 +224,7 @@ void MDIAidat::buildBands()
     };
     for (const auto &b : buttons) {
         const QString tool = QString::fromLatin1(b.tool);
-        const Komut *k = KomutBul(tool);
+        const users::Komut *k = users::KomutBul(tool);
         QAction *a = band->addAction(b.icon, k->caption.isEmpty() ? QStringLiteral("Öğrenci") : k->caption);
         a->setObjectName(tool);
         a->setToolTip(k->caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri") : k->caption);
@@ -262,9 +263,9 @@ bool MDIAidat::MDIForm_Load()
     show();
 
     // With no user defined nobody could log in: the first one is made here.
-    shell::Result<bool> users = users::KullaniciVarMi(m_db);
+    base::Result<bool> users = users::KullaniciVarMi(m_db);
     if (!users) {
-        HataBildir(users.error());
+        ui::HataBildir(users.error());
         return false;
     }
     if (!*users) {
@@ -276,7 +277,7 @@ bool MDIAidat::MDIForm_Load()
     if (login.exec() != QDialog::Accepted)
         return false;
     statusBar()->showMessage(QStringLiteral("Kullanıcı: %1     Veriler: %2")
-                                 .arg(durum().AktifKullanici, m_db.settings().describe()));
+                                 .arg(users::durum().AktifKullanici, m_db.settings().describe()));
 
     m_calismaCaller.clear(); // the start-up, not the command, opens the working-year screen
     CalismaSec();
@@ -286,7 +287,7 @@ bool MDIAidat::MDIForm_Load()
 
 void MDIAidat::MenuAciklamaOku()
 {
-    const QString value = INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("mnuShow.ini"),
+    const QString value = store::INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("mnuShow.ini"),
                                   QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"));
     m_background->aciklamalariGoster(value.toUpper() != QLatin1String("FALSE"));
 }
@@ -295,13 +296,13 @@ void MDIAidat::yedekHatirlat()
 {
     // The automatic backup reminder: due when the days since the last backup reach the count.
     const auto get = [this](const QString &key) {
-        return INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("ZERYEDEK.INI"),
+        return store::INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("ZERYEDEK.INI"),
                        QStringLiteral("YEDEK"), key);
     };
-    const int days = int(SayiDegeri(get(QStringLiteral("YEDEK GUN SAYISI"))));
+    const int days = int(base::SayiDegeri(get(QStringLiteral("YEDEK GUN SAYISI"))));
     if (days == 0)
         return;
-    const std::optional<QDate> last = TarihOku(get(QStringLiteral("SON TARIH")));
+    const std::optional<QDate> last = base::TarihOku(get(QStringLiteral("SON TARIH")));
     if (last && last->daysTo(QDate::currentDate()) < days)
         return;
     ui::notify(QStringLiteral("UYARI"),
@@ -353,7 +354,7 @@ void MDIAidat::CalismaSec()
     }
     store::SonAlanlariEkle(m_db);
     MenuDurumAyarla(true);
-    SabitBilgileriOku(m_db);
+    maintenance::SabitBilgileriOku(m_db);
     BaslikGuncelle();
     CariAyDoldur();
     m_background->BilgiGuncelle();
@@ -361,7 +362,7 @@ void MDIAidat::CalismaSec()
 
 void MDIAidat::MenuDurumAyarla(bool acik)
 {
-    for (const QString &name : CalismaGerektirenler()) {
+    for (const QString &name : users::CalismaGerektirenler()) {
         if (QAction *a = m_actions.value(name))
             a->setEnabled(acik);
         if (QMenu *m = m_menus.value(name))
@@ -372,7 +373,7 @@ void MDIAidat::MenuDurumAyarla(bool acik)
 
 void MDIAidat::CariAyDoldur()
 {
-    CalismaDurumu &d = durum();
+    users::CalismaDurumu &d = users::durum();
     // Without a school year the selector shows this year and the next; the state keeps it empty,
     // so that commands still ask for the school's settings.
     const QString year = d.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate())
@@ -403,25 +404,25 @@ void MDIAidat::ActBar_ComboChange(const QString &tool)
     if (tool != QLatin1String("Cmb_CariAy") || m_cmbCariAy->currentIndex() < 0)
         return;
     const QString value = QString::number(m_cmbCariAy->currentData().toInt());
-    CalismaDurumu &d = durum();
+    users::CalismaDurumu &d = users::durum();
     if (value == d.CariAy)
         return;
     d.CariAy = value;
     m_background->BilgiGuncelle();
-    if (Status s = CariAyKaydet(m_db, value); !s)
-        HataBildir(s.error());
+    if (base::Status s = maintenance::CariAyKaydet(m_db, value); !s)
+        ui::HataBildir(s.error());
 }
 
 bool MDIAidat::SabitBilgiKontrol()
 {
-    if (!durum().OgretimYili.isEmpty())
+    if (!users::durum().OgretimYili.isEmpty())
         return true;
     ui::notify(QStringLiteral("Okul Bilgi Girişi"),
                QStringLiteral("Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."),
                ui::Icon::Information, this);
     // The school's screen opens with its own rights, not those of the command that asked.
-    if (!SabitBilgileriOku(m_db)) {
-        if (users::HakKontrol(m_db, QStringLiteral("popOkulBilgileri")))
+    if (!maintenance::SabitBilgileriOku(m_db)) {
+        if (ui::HakKontrol(m_db, QStringLiteral("popOkulBilgileri")))
             openScreen(QStringLiteral("popOkulBilgileri"), QStringLiteral("FrmOkulBilgileri"));
         else
             ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
@@ -432,7 +433,7 @@ bool MDIAidat::SabitBilgiKontrol()
 void MDIAidat::BaslikGuncelle()
 {
     QString title = programBasligi();
-    const CalismaDurumu &d = durum();
+    const users::CalismaDurumu &d = users::durum();
     if (!d.AktifCalismaAdi.isEmpty())
         title += QStringLiteral(" [ ") + d.AktifCalismaAdi + QStringLiteral(" ]");
     if (!d.OgretimYili.isEmpty())
@@ -450,9 +451,9 @@ void MDIAidat::rightsOfActiveScreen()
     const QVariant read = w->property("hakOkuma");
     const QVariant write = w->property("hakYazma");
     if (read.isValid())
-        durum().HakOkuma = read.toBool();
+        users::durum().HakOkuma = read.toBool();
     if (write.isValid())
-        durum().HakYazma = write.toBool();
+        users::durum().HakYazma = write.toBool();
 }
 
 void MDIAidat::ActBar_Click(const QString &tool)
@@ -469,11 +470,11 @@ void MDIAidat::ActBar_Click(const QString &tool)
 
 void MDIAidat::dispatch(const QString &tool)
 {
-    if (!HakTestsiz(tool) && !users::HakKontrol(m_db, tool)) {
+    if (!users::HakTestsiz(tool) && !ui::HakKontrol(m_db, tool)) {
         ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
         return;
     }
-    const Komut *komut = KomutBul(tool);
+    const users::Komut *komut = users::KomutBul(tool);
     if (!komut)
         return;
     if (komut->okulTesti && !SabitBilgiKontrol())
@@ -488,8 +489,8 @@ void MDIAidat::dispatch(const QString &tool)
 
 bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVariantMap &ayar)
 {
-    const bool read = durum().HakOkuma;
-    const bool write = durum().HakYazma;
+    const bool read = users::durum().HakOkuma;
+    const bool write = users::durum().HakYazma;
     if (QMdiSubWindow *open = screenWindow(screen)) {
         open->setProperty("hakOkuma", read);
         open->setProperty("hakYazma", write);
@@ -499,9 +500,9 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
             QMetaObject::invokeMethod(open->widget(), "ekranAyarla", Q_ARG(QVariantMap, ayar));
         return true;
     }
-    QWidget *widget = EkranYarat(screen, EkranBaglami{m_db, this, tool, ayar});
+    QWidget *widget = ui::EkranYarat(screen, ui::EkranBaglami{m_db, this, tool, ayar});
     if (!widget) {
-        const Komut *k = KomutBul(tool);
+        const users::Komut *k = users::KomutBul(tool);
         const QString caption = k && !k->caption.isEmpty() ? k->caption : screen;
         ui::notify(QStringLiteral("Dikkat"),
                    QStringLiteral("\"%1\" bölümü bu sürümde henüz hazır değil.").arg(caption),

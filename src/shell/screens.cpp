@@ -2,7 +2,7 @@
 
 #include "fees/screens.h"
 #include "shell/frm_okul_bilgileri.h"
-#include "shell/screen_registry.h"
+#include "ui/screen_registry.h"
 #include "students/screens.h"
 #include "users/screens.h"
 
@@ -14,8 +14,8 @@ void TumEkranlariKaydet()
     if (s_done)
         return;
     s_done = true;
-    EkranKaydet(QStringLiteral("FrmOkulBilgileri"),
-                [](const EkranBaglami &b) { return new FrmOkulBilgileri(b.db); });
+    ui::EkranKaydet(QStringLiteral("FrmOkulBilgileri"),
+                [](const ui::EkranBaglami &b) { return new FrmOkulBilgileri(b.db); });
     users::EkranlariKaydet();
     students::EkranlariKaydet();
     fees::EkranlariKaydet();

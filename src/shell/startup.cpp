@@ -1,8 +1,8 @@
 #include "shell/startup.h"
 
-#include "shell/failure.h"
+#include "ui/failure.h"
 #include "shell/main_window.h"
-#include "shell/settings.h"
+#include "users/session.h"
 #include "ui/message.h"
 
 #include <QApplication>
@@ -74,7 +74,7 @@ int Main(int argc, char *argv[])
     if (!instance.tryLock(0))
         return 0;
 
-    durum().UygulamaYolu = QCoreApplication::applicationDirPath();
+    users::durum().UygulamaYolu = QCoreApplication::applicationDirPath();
     store::Database db(k.settings);
     store::setDefaultDatabase(&db);
     store::setMessageHandler([](store::MessageKind kind, const QString &title, const QString &text) {
@@ -83,7 +83,7 @@ int Main(int argc, char *argv[])
                    : kind == store::MessageKind::Warning ? ui::Icon::Warning
                                                          : ui::Icon::Information);
     });
-    setProgramAdi(MDIAidat::programBasligi());
+    ui::setProgramAdi(MDIAidat::programBasligi());
 
     int result = 0;
     {

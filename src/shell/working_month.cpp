@@ -1,6 +1,6 @@
 #include "shell/working_month.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 
 namespace shell {
 
@@ -11,7 +11,7 @@ QList<AyGirdisi> CariAyListesi(const QString &ogretimYili)
     for (int i = 1; i <= 48; ++i) {
         const int month = (i - 1) % 12 + 1;
         const int year = base - 1 + (i - 1) / 12;
-        list.append(AyGirdisi{AyAdi(month) + QStringLiteral(" - ") + QString::number(year),
+        list.append(AyGirdisi{base::AyAdi(month) + QStringLiteral(" - ") + QString::number(year),
                               year * 100 + month});
     }
     return list;
@@ -46,7 +46,7 @@ QString CariAyMetni(const QString &cariAy)
 {
     if (cariAy.size() < 6)
         return QString();
-    return AyAdi(cariAy.right(2).toInt()) + QStringLiteral(" - ") + cariAy.left(4);
+    return base::AyAdi(cariAy.right(2).toInt()) + QStringLiteral(" - ") + cariAy.left(4);
 }
 
 } // namespace shell

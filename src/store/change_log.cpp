@@ -5,7 +5,7 @@
 
 namespace store {
 
-shell::Status YeniTabloEkle(Database &db)
+base::Status YeniTabloEkle(Database &db)
 {
     Transaction tx(db);
     if (!tx)
@@ -13,7 +13,7 @@ shell::Status YeniTabloEkle(Database &db)
     for (const schema::Table &t : schema::tables()) {
         if (t.store != Store::Log)
             continue;
-        if (shell::Status s = createDeclaredTable(db, t); !s)
+        if (base::Status s = createDeclaredTable(db, t); !s)
             return s;
     }
     if (!tx.commit())
@@ -21,7 +21,7 @@ shell::Status YeniTabloEkle(Database &db)
     return {};
 }
 
-shell::Status LogOgrenci(Database &db, const OgrenciLogSatiri &o, const QString &islemTuru,
+base::Status LogOgrenci(Database &db, const OgrenciLogSatiri &o, const QString &islemTuru,
                          const QString &kullanici)
 {
     Query q(db,

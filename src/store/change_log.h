@@ -6,7 +6,7 @@ namespace store {
 
 // Creates the change-log tables of the open working year: each mirrors its table and adds the
 // moment, the user and the operation word.
-shell::Status YeniTabloEkle(Database &db);
+base::Status YeniTabloEkle(Database &db);
 
 // The operation words that writers hand to the log.
 inline const QString LogYeniKayit = QStringLiteral("AddNew");
@@ -27,7 +27,7 @@ struct OgrenciLogSatiri
 // The student writer: one row in the log's Ogrenci table with the mirrored fields, the present
 // moment, the user and the operation word. Called inside the save's transaction, after the
 // student's own row is written, so that both stand or neither does.
-shell::Status LogOgrenci(Database &db, const OgrenciLogSatiri &ogrenci, const QString &islemTuru,
+base::Status LogOgrenci(Database &db, const OgrenciLogSatiri &ogrenci, const QString &islemTuru,
                          const QString &kullanici);
 
 } // namespace store

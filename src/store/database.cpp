@@ -119,7 +119,7 @@ void showMessage(MessageKind kind, const QString &title, const QString &text)
 
 // ---- errors and values ---------------------------------------------------------------------
 
-shell::Error toError(const QSqlError &error, const QString &label, Engine engine)
+base::Error toError(const QSqlError &error, const QString &label, Engine engine)
 {
     const QString native = error.nativeErrorCode();
     QString text = error.databaseText().trimmed();
@@ -183,7 +183,7 @@ shell::Error toError(const QSqlError &error, const QString &label, Engine engine
     }
     if (!native.isEmpty())
         text += QStringLiteral(" [%1]").arg(native);
-    return shell::Error{number, text, label, 0};
+    return base::Error{number, text, label, 0};
 }
 
 QVariant toStoredDate(Engine engine, const QDateTime &value)
@@ -300,7 +300,7 @@ bool Database::exists(Store store, int calismaId) const
     return q.exec() && q.next();
 }
 
-shell::Status Database::drop(int calismaId)
+base::Status Database::drop(int calismaId)
 {
     if (m_openYear == calismaId)
         detachYear();
@@ -309,7 +309,7 @@ shell::Status Database::drop(int calismaId)
             const QString path = location(s, calismaId);
             QFile::remove(path + QStringLiteral("-journal"));
             if (QFileInfo::exists(path) && !QFile::remove(path)) {
-                return shell::Error{70,
+                return base::Error{70,
                                     QStringLiteral("Dosya silinemedi: ")
                                         + QDir::toNativeSeparators(path),
                                     QStringLiteral("Database:drop")};
@@ -318,7 +318,7 @@ shell::Status Database::drop(int calismaId)
         return {};
     }
     for (Store s : {Store::Year, Store::Log}) {
-        if (shell::Status st = exec(QStringLiteral("DROP SCHEMA IF EXISTS %1 CASCADE")
+        if (base::Status st = exec(QStringLiteral("DROP SCHEMA IF EXISTS %1 CASCADE")
                                         .arg(location(s, calismaId)),
                                     QStringLiteral("Database:drop"));
             !st) {
@@ -328,7 +328,7 @@ shell::Status Database::drop(int calismaId)
     return {};
 }
 
-shell::Status Database::openConnection()
+base::Status Database::openConnection()
 {
     if (m_sql.isOpen())
         return {};
@@ -341,7 +341,7 @@ shell::Status Database::openConnection()
     }
     if (engine() == Engine::SQLite) {
         if (!QDir().mkpath(m_settings.dataFolder)) {
-            return shell::Error{76,
+            return base::Error{76,
                                 QStringLiteral("Veri klasörü oluşturulamadı: ")
                                     + QDir::toNativeSeparators(m_settings.dataFolder),
                                 QStringLiteral("DatabaseAc")};
@@ -362,10 +362,10 @@ shell::Status Database::openConnection()
     return engine() == Engine::SQLite ? prepareSqlite() : preparePostgres();
 }
 
-shell::Status Database::prepareSqlite()
+base::Status Database::prepareSqlite()
 {
     if (!registerSqliteFunctions(m_sql)) {
-        return shell::Error{3146,
+        return base::Error{3146,
                             QStringLiteral("SQLite bağlantısına Türkçe sıralama eklenemedi."),
                             QStringLiteral("DatabaseAc")};
     }
@@ -375,21 +375,21 @@ shell::Status Database::prepareSqlite()
     for (const char *pragma : {"PRAGMA main.journal_mode = DELETE",
                                "PRAGMA main.synchronous = FULL",
                                "PRAGMA foreign_keys = OFF"}) {
-        if (shell::Status s = exec(QString::fromLatin1(pragma), QStringLiteral("DatabaseAc")); !s)
+        if (base::Status s = exec(QString::fromLatin1(pragma), QStringLiteral("DatabaseAc")); !s)
             return s;
     }
     return {};
 }
 
-shell::Status Database::preparePostgres()
+base::Status Database::preparePostgres()
 {
     const QString label = QStringLiteral("DatabaseAc");
-    if (shell::Status s = exec(QStringLiteral("SET TIME ZONE 'UTC'"), label); !s)
+    if (base::Status s = exec(QStringLiteral("SET TIME ZONE 'UTC'"), label); !s)
         return s;
-    if (shell::Status s = exec(QStringLiteral("SET client_min_messages = WARNING"), label); !s)
+    if (base::Status s = exec(QStringLiteral("SET client_min_messages = WARNING"), label); !s)
         return s;
     if (!exists(Store::Global, 0)) {
-        if (shell::Status s = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS sabit"), label); !s)
+        if (base::Status s = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS sabit"), label); !s)
             return s;
     }
     // The date functions that SQLite gets from the program, as SQL functions.
@@ -415,14 +415,14 @@ shell::Status Database::preparePostgres()
                            "timestamp LANGUAGE sql IMMUTABLE AS $$SELECT date_trunc('day', $1)$$"),
         };
         for (const QString &f : functions) {
-            if (shell::Status s = exec(f, label); !s)
+            if (base::Status s = exec(f, label); !s)
                 return s;
         }
     }
     return setSearchPath();
 }
 
-shell::Status Database::setSearchPath()
+base::Status Database::setSearchPath()
 {
     if (engine() != Engine::PostgreSQL)
         return {};
@@ -432,29 +432,29 @@ shell::Status Database::setSearchPath()
     return exec(QStringLiteral("SET search_path TO ") + path, QStringLiteral("DatabaseAc"));
 }
 
-shell::Status Database::openGlobal()
+base::Status Database::openGlobal()
 {
-    if (shell::Status s = openConnection(); !s)
+    if (base::Status s = openConnection(); !s)
         return s;
     if (m_globalOpen)
         return {};
-    if (shell::Status s = createGlobalTables(*this); !s)
+    if (base::Status s = createGlobalTables(*this); !s)
         return s;
-    if (shell::Status s = HaklarTabloEkle(*this, Store::Global); !s)
+    if (base::Status s = HaklarTabloEkle(*this, Store::Global); !s)
         return s;
     m_globalOpen = true;
     return {};
 }
 
-shell::Status Database::openErrorStore()
+base::Status Database::openErrorStore()
 {
     m_errorStore = true;
     return openConnection();
 }
 
-shell::Status Database::ensureStore(Store store)
+base::Status Database::ensureStore(Store store)
 {
-    shell::Result<Catalog> catalog = m_dialect->readCatalog(*this, store);
+    base::Result<Catalog> catalog = m_dialect->readCatalog(*this, store);
     if (!catalog)
         return catalog.error();
     if (!catalog->tableNames().isEmpty())
@@ -462,14 +462,14 @@ shell::Status Database::ensureStore(Store store)
     return store == Store::Log ? YeniTabloEkle(*this) : createModel(*this);
 }
 
-shell::Status Database::attachYear(int calismaId)
+base::Status Database::attachYear(int calismaId)
 {
     const QString label = QStringLiteral("DatabaseAc");
     if (m_openYear == calismaId && isOpen(Store::Year))
         return {};
     if (m_openYear != 0)
         detachYear();
-    if (shell::Status s = openGlobal(); !s)
+    if (base::Status s = openGlobal(); !s)
         return s;
 
     if (engine() == Engine::SQLite) {
@@ -477,7 +477,7 @@ shell::Status Database::attachYear(int calismaId)
             for (Store s : {Store::Year, Store::Log}) {
                 const QString path = location(s, calismaId);
                 if (QFileInfo::exists(path)) {
-                    if (shell::Status st = DatabaseSikistir(path); !st)
+                    if (base::Status st = DatabaseSikistir(path); !st)
                         return st;
                 }
             }
@@ -492,7 +492,7 @@ shell::Status Database::attachYear(int calismaId)
             q.prepare(QStringLiteral("ATTACH DATABASE ? AS %1").arg(QLatin1String(file.alias)));
             q.addBindValue(location(file.store, calismaId));
             if (!q.exec()) {
-                const shell::Error e = toError(q.lastError(), label, engine());
+                const base::Error e = toError(q.lastError(), label, engine());
                 q.finish();
                 detachYear();
                 return e;
@@ -500,7 +500,7 @@ shell::Status Database::attachYear(int calismaId)
             for (const QString &pragma :
                  {QStringLiteral("PRAGMA %1.journal_mode = DELETE"),
                   QStringLiteral("PRAGMA %1.synchronous = FULL")}) {
-                if (shell::Status st = exec(pragma.arg(QLatin1String(file.alias)), label); !st) {
+                if (base::Status st = exec(pragma.arg(QLatin1String(file.alias)), label); !st) {
                     detachYear();
                     return st;
                 }
@@ -510,7 +510,7 @@ shell::Status Database::attachYear(int calismaId)
     } else {
         for (Store s : {Store::Year, Store::Log}) {
             if (!exists(s, calismaId)) {
-                if (shell::Status st = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS ")
+                if (base::Status st = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS ")
                                                 + location(s, calismaId),
                                             label);
                     !st) {
@@ -519,13 +519,13 @@ shell::Status Database::attachYear(int calismaId)
             }
         }
         m_openYear = calismaId;
-        if (shell::Status s = setSearchPath(); !s) {
+        if (base::Status s = setSearchPath(); !s) {
             m_openYear = 0;
             return s;
         }
     }
     for (Store s : {Store::Year, Store::Log}) {
-        if (shell::Status st = ensureStore(s); !st) {
+        if (base::Status st = ensureStore(s); !st) {
             detachYear();
             return st;
         }
@@ -582,7 +582,7 @@ bool Database::tryExec(const QString &sqlText)
     return ok;
 }
 
-shell::Status Database::exec(const QString &sqlText, const QString &label)
+base::Status Database::exec(const QString &sqlText, const QString &label)
 {
     QSqlQuery q(m_sql);
     if (!q.exec(sqlText))
@@ -669,14 +669,14 @@ double Query::real(const QString &field) const
     return m_query.value(field).toDouble();
 }
 
-shell::Para Query::para(const QString &field) const
+base::Para Query::para(const QString &field) const
 {
-    return shell::Para::fromRaw(m_query.value(field).toLongLong());
+    return base::Para::fromRaw(m_query.value(field).toLongLong());
 }
 
-shell::Para Query::para(int column) const
+base::Para Query::para(int column) const
 {
-    return shell::Para::fromRaw(m_query.value(column).toLongLong());
+    return base::Para::fromRaw(m_query.value(column).toLongLong());
 }
 
 QDateTime Query::dateTime(const QString &field) const
@@ -689,15 +689,15 @@ QDateTime Query::dateTime(int column) const
     return fromStoredDate(m_query.value(column));
 }
 
-shell::Error Query::error(const QString &label) const
+base::Error Query::error(const QString &label) const
 {
     if (m_refused) {
-        return shell::Error{YazmaYetkisiYokHatasi,
+        return base::Error{YazmaYetkisiYokHatasi,
                             QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi "
                                            "ile görüşünüz"),
                             label};
     }
-    shell::Error e = toError(m_query.lastError(), label, m_db.engine());
+    base::Error e = toError(m_query.lastError(), label, m_db.engine());
     if (!m_prepared && e.text.startsWith(QLatin1String("Bilinmeyen")))
         e.text = QStringLiteral("Sorgu hazırlanamadı: ") + m_sql;
     return e;
@@ -729,7 +729,7 @@ Transaction::Transaction(Database &db, Mode mode)
         const QString begin = m_db.engine() == Engine::SQLite && mode == Mode::Immediate
                                   ? QStringLiteral("BEGIN IMMEDIATE")
                                   : QStringLiteral("BEGIN");
-        if (shell::Status s = m_db.exec(begin, QStringLiteral("Transaction")); !s) {
+        if (base::Status s = m_db.exec(begin, QStringLiteral("Transaction")); !s) {
             m_error = s.error();
             return;
         }
@@ -745,7 +745,7 @@ bool Transaction::stillOpen()
     if (m_generation == m_db.m_generation)
         return true;
     m_done = true;
-    m_error = shell::Error{3146,
+    m_error = base::Error{3146,
                            QStringLiteral("Bağlantı kapandığı için işlem geri alındı."),
                            QStringLiteral("Transaction")};
     return false;
@@ -766,13 +766,13 @@ bool Transaction::commit()
         return !m_db.m_rollbackOnly;
     if (m_db.m_rollbackOnly) {
         (void) m_db.exec(QStringLiteral("ROLLBACK"));
-        m_error = shell::Error{3146,
+        m_error = base::Error{3146,
                                QStringLiteral("İşlemin bir adımı başarısız olduğu için hiçbir "
                                               "değişiklik kaydedilmedi."),
                                QStringLiteral("Transaction")};
         return false;
     }
-    if (shell::Status s = m_db.exec(QStringLiteral("COMMIT"), QStringLiteral("Transaction")); !s) {
+    if (base::Status s = m_db.exec(QStringLiteral("COMMIT"), QStringLiteral("Transaction")); !s) {
         m_error = s.error();
         (void) m_db.exec(QStringLiteral("ROLLBACK"));
         return false;
@@ -801,7 +801,7 @@ bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
     const WriteGuardExemption own;
     const QString title = QStringLiteral("Dikkat!");
     if (tur == Store::Global) {
-        if (shell::Status s = db.openGlobal(); !s) {
+        if (base::Status s = db.openGlobal(); !s) {
             qCWarning(lcStore).noquote() << s.error().text;
             if (!sessiz) {
                 showMessage(MessageKind::Warning,
@@ -823,7 +823,7 @@ bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
     // A different working year ends every connection of the old one.
     if (db.openYear() != 0 && db.openYear() != year)
         DatabaseKapat(db);
-    if (shell::Status s = db.attachYear(year); !s) {
+    if (base::Status s = db.attachYear(year); !s) {
         qCWarning(lcStore).noquote() << s.error().text;
         if (!sessiz) {
             const QString message = tur == Store::Log
@@ -838,11 +838,11 @@ bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
     return true;
 }
 
-shell::Status ensureOpen(Database &db, Store tur, const QString &label)
+base::Status ensureOpen(Database &db, Store tur, const QString &label)
 {
     if (DatabaseAc(db, tur, false, false))
         return {};
-    return shell::Error{3044,
+    return base::Error{3044,
                         tur == Store::Global ? QStringLiteral("Veri dosyası açılamadı.")
                                              : QStringLiteral("Çalışma dosyası açılamadı."),
                         label};
@@ -861,7 +861,7 @@ bool DatabaseAcikMi(Database &db, Store tur)
     return q.exec(QStringLiteral("SELECT 1")) && q.next();
 }
 
-shell::Status DatabaseSikistir(const QString &yol)
+base::Status DatabaseSikistir(const QString &yol)
 {
     const QString label = QStringLiteral("DatabaseSikistir");
     const QString tmp = yol + QStringLiteral("_tmp");
@@ -869,7 +869,7 @@ shell::Status DatabaseSikistir(const QString &yol)
     QFile::remove(tmp);
     QFile::remove(old);
     const QString name = uniqueConnectionName();
-    shell::Status result;
+    base::Status result;
     {
         QSqlDatabase c = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
         c.setDatabaseName(yol);
@@ -893,11 +893,11 @@ shell::Status DatabaseSikistir(const QString &yol)
         return result;
     if (!QFile::rename(yol, old)) {
         QFile::remove(tmp);
-        return shell::Error{70, QStringLiteral("Dosya yeniden adlandırılamadı: ") + yol, label};
+        return base::Error{70, QStringLiteral("Dosya yeniden adlandırılamadı: ") + yol, label};
     }
     if (!QFile::rename(tmp, yol)) {
         QFile::rename(old, yol);
-        return shell::Error{70, QStringLiteral("Dosya yeniden adlandırılamadı: ") + tmp, label};
+        return base::Error{70, QStringLiteral("Dosya yeniden adlandırılamadı: ") + tmp, label};
     }
     return {};
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
+#include "base/result.h"
 
 #include <QDateTime>
 #include <QSqlDatabase>
@@ -86,21 +86,21 @@ public:
     QString location(Store store, int calismaId = 0) const;
     bool exists(Store store, int calismaId) const;
     // Removes a working year's two stores.
-    shell::Status drop(int calismaId);
+    base::Status drop(int calismaId);
 
     // Connection steps used by the opening procedure.
-    shell::Status openGlobal();
+    base::Status openGlobal();
     // Opens this connection on the error store instead: on SQLite the file HATALAR.db of the
     // data folder, which no save ever locks; on PostgreSQL the global schema.
-    shell::Status openErrorStore();
-    shell::Status attachYear(int calismaId);
+    base::Status openErrorStore();
+    base::Status attachYear(int calismaId);
     void detachYear();
     void close();
 
     // Runs a statement whose failure is an answer, not an error: inside a transaction it is
     // fenced by a savepoint so that PostgreSQL's transaction survives the failure.
     bool tryExec(const QString &sqlText);
-    shell::Status exec(const QString &sqlText, const QString &label = QString());
+    base::Status exec(const QString &sqlText, const QString &label = QString());
 
     // Transaction bookkeeping for store::Transaction.
     int transactionDepth() const { return m_depth; }
@@ -108,11 +108,11 @@ public:
 private:
     friend class Transaction;
 
-    shell::Status openConnection();
-    shell::Status prepareSqlite();
-    shell::Status preparePostgres();
-    shell::Status setSearchPath();
-    shell::Status ensureStore(Store store);
+    base::Status openConnection();
+    base::Status prepareSqlite();
+    base::Status preparePostgres();
+    base::Status setSearchPath();
+    base::Status ensureStore(Store store);
 
     ConnectionSettings m_settings;
     std::unique_ptr<Dialect> m_dialect;
@@ -143,7 +143,7 @@ public:
     Query &bind(qint64 value) { return bind(QVariant(value)); }
     Query &bind(double value) { return bind(QVariant(value)); }
     Query &bind(bool value) { return bind(QVariant(value ? 1 : 0)); }
-    Query &bind(shell::Para value) { return bind(QVariant(value.raw())); }
+    Query &bind(base::Para value) { return bind(QVariant(value.raw())); }
     Query &bind(const QDate &value);
     Query &bind(const QDateTime &value);
     Query &bindNull() { return bind(QVariant()); }
@@ -163,14 +163,14 @@ public:
     qint64 integer(const QString &field) const;
     qint64 integer(int column) const;
     double real(const QString &field) const;
-    shell::Para para(const QString &field) const;
-    shell::Para para(int column) const;
+    base::Para para(const QString &field) const;
+    base::Para para(int column) const;
     // Null or unreadable as an invalid QDateTime; the zero date comes back as the zero date.
     QDateTime dateTime(const QString &field) const;
     QDateTime dateTime(int column) const;
     QDate date(const QString &field) const { return dateTime(field).date(); }
 
-    shell::Error error(const QString &label) const;
+    base::Error error(const QString &label) const;
     QSqlQuery &raw() { return m_query; }
 
 private:
@@ -199,7 +199,7 @@ public:
     Transaction &operator=(const Transaction &) = delete;
 
     explicit operator bool() const { return m_active; }
-    const shell::Error &error() const { return m_error; }
+    const base::Error &error() const { return m_error; }
     [[nodiscard]] bool commit();
     void rollback();
 
@@ -211,13 +211,13 @@ private:
     int m_generation = 0;
     bool m_active = false;
     bool m_done = false;
-    shell::Error m_error;
+    base::Error m_error;
 };
 
 // The engine's error turned into the reporter's form: a number the failure table knows where
 // one fits (3260 for a record held by another user, 3075 for a malformed statement, 61 for a
 // full disk...), the engine's own text and the label.
-shell::Error toError(const QSqlError &error, const QString &label, Engine engine);
+base::Error toError(const QSqlError &error, const QString &label, Engine engine);
 
 // Values as the engines keep them.
 QVariant toStoredDate(Engine engine, const QDateTime &value);
@@ -250,14 +250,14 @@ inline constexpr int YazmaYetkisiYokHatasi = 3111;
 bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle);
 // DatabaseAc at the head of an operation, quietly: the store is open, or the error that says
 // it could not be, under the operation's label.
-shell::Status ensureOpen(Database &db, Store tur, const QString &label);
+base::Status ensureOpen(Database &db, Store tur, const QString &label);
 // Closes every store of the connection; the next DatabaseAc opens afresh.
 void DatabaseKapat(Database &db);
 // True while the connection answers and the store of that kind is open on it.
 bool DatabaseAcikMi(Database &db, Store tur);
 // Compacts one SQLite file: VACUUM INTO yol_tmp, then yol -> yol_old and yol_tmp -> yol; a
 // leftover _tmp or _old of an earlier failed run is removed first.
-shell::Status DatabaseSikistir(const QString &yol);
+base::Status DatabaseSikistir(const QString &yol);
 
 // The process-wide connection of the running program.
 void setDefaultDatabase(Database *db);

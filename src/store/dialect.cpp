@@ -177,7 +177,7 @@ QString Dialect::renameColumn(const QString &qualifiedTable,
     return QStringLiteral("ALTER TABLE %1 RENAME COLUMN %2 TO %3").arg(qualifiedTable, from, to);
 }
 
-shell::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
+base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
 {
     Catalog catalog;
     const QString schemaName = db.schema(store);
@@ -262,7 +262,7 @@ struct SqliteColumn
 // Rebuilds `table` of a SQLite store with the given columns: `replace` gives a column a new
 // definition, `append` adds one at the end. Rows and indexes are carried over; the caller's
 // transaction makes it all or nothing.
-shell::Status rebuildSqlite(Database &db,
+base::Status rebuildSqlite(Database &db,
                             Store store,
                             const QString &table,
                             const Field *replace,
@@ -285,7 +285,7 @@ shell::Status rebuildSqlite(Database &db,
         }
     }
     if (columns.isEmpty())
-        return shell::Error{3265, QStringLiteral("Tablo bulunamadı: ") + table, label};
+        return base::Error{3265, QStringLiteral("Tablo bulunamadı: ") + table, label};
 
     QStringList indexSql;
     {
@@ -332,7 +332,7 @@ shell::Status rebuildSqlite(Database &db,
         QStringLiteral("ALTER TABLE %1.%2 RENAME TO %3").arg(schemaName, temporary, table),
     };
     for (const QString &step : steps) {
-        if (shell::Status s = db.exec(step, label); !s)
+        if (base::Status s = db.exec(step, label); !s)
             return s;
     }
     // The stored text of an index has no schema in front of its name; put it back.
@@ -344,7 +344,7 @@ shell::Status rebuildSqlite(Database &db,
             continue;
         const QString rewritten = m.captured(0) + schemaName + QLatin1Char('.')
                                   + sqlText.mid(m.capturedLength(0));
-        if (shell::Status s = db.exec(rewritten, label); !s)
+        if (base::Status s = db.exec(rewritten, label); !s)
             return s;
     }
     return {};
@@ -352,7 +352,7 @@ shell::Status rebuildSqlite(Database &db,
 
 } // namespace
 
-shell::Status addAutoNumberColumn(Database &db, Store store, const QString &table, const Field &field)
+base::Status addAutoNumberColumn(Database &db, Store store, const QString &table, const Field &field)
 {
     if (db.engine() == Engine::SQLite)
         return rebuildSqlite(db, store, table, nullptr, &field);
@@ -360,7 +360,7 @@ shell::Status addAutoNumberColumn(Database &db, Store store, const QString &tabl
                    QStringLiteral("DatabaseGuncelle:") + table);
 }
 
-shell::Status changeColumnType(Database &db, Store store, const QString &table, const Field &field)
+base::Status changeColumnType(Database &db, Store store, const QString &table, const Field &field)
 {
     if (db.engine() == Engine::SQLite)
         return rebuildSqlite(db, store, table, &field, nullptr);

@@ -65,7 +65,7 @@ public:
                          const QString &to) const;
 
     // Reads what a store holds.
-    shell::Result<Catalog> readCatalog(Database &db, Store store) const;
+    base::Result<Catalog> readCatalog(Database &db, Store store) const;
 
     // The name of the Turkish collation in column definitions.
     QString collation() const;
@@ -81,11 +81,11 @@ bool isTextType(const QString &typeName);
 // Catalogue operations that need more than one statement on one of the engines (SQLite has
 // no ALTER COLUMN and cannot add an autonumber to a table that has rows): the table is rebuilt
 // with the same columns in the same order, its rows and indexes carried over.
-shell::Status addAutoNumberColumn(Database &db,
+base::Status addAutoNumberColumn(Database &db,
                                   Store store,
                                   const QString &table,
                                   const schema::Field &field);
-shell::Status changeColumnType(Database &db,
+base::Status changeColumnType(Database &db,
                                Store store,
                                const QString &table,
                                const schema::Field &field);

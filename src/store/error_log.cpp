@@ -28,7 +28,7 @@ bool sameSettings(const ConnectionSettings &a, const ConnectionSettings &b)
            && a.port == b.port && a.database == b.database && a.user == b.user;
 }
 
-shell::Result<Database *> open(const ConnectionSettings &settings)
+base::Result<Database *> open(const ConnectionSettings &settings)
 {
     ErrorConnection &c = connection();
     if (c.db && !sameSettings(c.settings, settings)) {
@@ -45,16 +45,16 @@ shell::Result<Database *> open(const ConnectionSettings &settings)
 
     Database &db = *c.db;
     const QString label = QStringLiteral("HataKaydet");
-    const shell::Status opened = db.openErrorStore();
+    const base::Status opened = db.openErrorStore();
     if (!opened)
         return opened.error();
-    shell::Result<Catalog> catalog = db.dialect().readCatalog(db, Store::Global);
+    base::Result<Catalog> catalog = db.dialect().readCatalog(db, Store::Global);
     if (!catalog)
         return catalog.error();
     const schema::Table &t = schema::errorTable();
     if (!catalog->hasTable(t.name)) {
         QList<schema::Field> fields(t.fields.begin(), t.fields.end());
-        if (shell::Status s = db.exec(db.dialect().createTable(db.table(Store::Global, t.name), fields),
+        if (base::Status s = db.exec(db.dialect().createTable(db.table(Store::Global, t.name), fields),
                                       label);
             !s) {
             return s.error();
@@ -66,11 +66,11 @@ shell::Result<Database *> open(const ConnectionSettings &settings)
 
 } // namespace
 
-shell::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &row)
+base::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &row)
 {
     // A failure is written down whatever the user may change.
     const WriteGuardExemption own;
-    shell::Result<Database *> db = open(settings);
+    base::Result<Database *> db = open(settings);
     if (!db)
         return db.error();
     Query q(**db,
@@ -90,9 +90,9 @@ shell::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &
     return {};
 }
 
-shell::Result<QList<ErrorRow>> readErrorRows(const ConnectionSettings &settings)
+base::Result<QList<ErrorRow>> readErrorRows(const ConnectionSettings &settings)
 {
-    shell::Result<Database *> db = open(settings);
+    base::Result<Database *> db = open(settings);
     if (!db)
         return db.error();
     Query q(**db,

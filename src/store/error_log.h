@@ -21,8 +21,8 @@ struct ErrorRow
 // transaction the failing screen left open neither hides nor blocks the row. On SQLite the table
 // lives in HATALAR.db of the data folder; on PostgreSQL in the global schema. The table is made
 // when missing.
-shell::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &row);
+base::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &row);
 // Reads the rows back, oldest first (for the tests and the maintenance screen).
-shell::Result<QList<ErrorRow>> readErrorRows(const ConnectionSettings &settings);
+base::Result<QList<ErrorRow>> readErrorRows(const ConnectionSettings &settings);
 
 } // namespace store

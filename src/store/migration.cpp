@@ -42,9 +42,9 @@ public:
         , m_store(store)
     {}
 
-    shell::Status load()
+    base::Status load()
     {
-        shell::Result<Catalog> c = m_db.dialect().readCatalog(m_db, m_store);
+        base::Result<Catalog> c = m_db.dialect().readCatalog(m_db, m_store);
         if (!c)
             return c.error();
         m_catalog = std::move(*c);
@@ -52,7 +52,7 @@ public:
     }
 
     bool ok() const { return m_ok; }
-    const shell::Error &error() const { return m_error; }
+    const base::Error &error() const { return m_error; }
     const Catalog &catalog() const { return m_catalog; }
 
     QString qualified(const QString &table) const { return m_db.table(m_store, table); }
@@ -129,7 +129,7 @@ public:
             (void) check(load());
     }
 
-    bool check(const shell::Status &status)
+    bool check(const base::Status &status)
     {
         if (!status && m_ok) {
             m_ok = false;
@@ -145,7 +145,7 @@ private:
     Store m_store;
     Catalog m_catalog;
     bool m_ok = true;
-    shell::Error m_error;
+    base::Error m_error;
 };
 
 // Adds each field, and after each one runs its back-fill "UPDATE t SET f=v WHERE f IS NULL",
@@ -410,7 +410,7 @@ const std::vector<Step> &steps()
     return s_steps;
 }
 
-shell::Status createIndexes(Database &db, const schema::Table &table, bool modelOnly)
+base::Status createIndexes(Database &db, const schema::Table &table, bool modelOnly)
 {
     for (const schema::Index &ix : table.indexes) {
         if (modelOnly && ix.added)
@@ -424,7 +424,7 @@ shell::Status createIndexes(Database &db, const schema::Table &table, bool model
                     fieldName = f->modelName;
             }
         }
-        if (shell::Status s = db.exec(db.dialect().createIndex(db.schema(table.store), table.name, named),
+        if (base::Status s = db.exec(db.dialect().createIndex(db.schema(table.store), table.name, named),
                                       QStringLiteral("DatabaseAc:") + table.name);
             !s) {
             return s;
@@ -433,7 +433,7 @@ shell::Status createIndexes(Database &db, const schema::Table &table, bool model
     return {};
 }
 
-shell::Status createTable(Database &db, const schema::Table &table, bool bornFieldsOnly)
+base::Status createTable(Database &db, const schema::Table &table, bool bornFieldsOnly)
 {
     QList<Field> fields;
     for (const Field &f : table.fields) {
@@ -454,7 +454,7 @@ shell::Status createTable(Database &db, const schema::Table &table, bool bornFie
 
 bool Field_Exist(Database &db, Store store, const QString &table, const QString &field)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     return c && c->hasColumn(table, field);
 }
 
@@ -464,7 +464,7 @@ bool AddField_ToTable(Database &db,
                       const Field &field,
                       const QString &defaultValue)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c || !c->hasTable(table) || c->hasColumn(table, field.name))
         return false;
     const bool added = field.autoNumber ? addAutoNumberColumn(db, store, table, field).ok()
@@ -486,13 +486,13 @@ bool AlanYoksaEkle(Database &db, Store store, const QString &table, const Field 
 
 bool TabloYoksaEkle(Database &db, Store store, const QString &table)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     return c && !c->hasTable(table);
 }
 
 void IndeksEkle(Database &db, Store store, const QString &table, const schema::Index &index)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c || c->hasIndex(index.name))
         return;
     (void) db.tryExec(db.dialect().createIndex(db.schema(store), table, index));
@@ -501,15 +501,15 @@ void IndeksEkle(Database &db, Store store, const QString &table, const schema::I
 void AlanAdiDegistir(Database &db, Store store, const QString &table, const QString &from,
                      const QString &to)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c || !c->hasColumn(table, from) || c->hasColumn(table, to))
         return;
     (void) db.tryExec(db.dialect().renameColumn(db.table(store, table), from, to));
 }
 
-shell::Status AlanDegistir(Database &db, Store store, const QString &table, const Field &field)
+base::Status AlanDegistir(Database &db, Store store, const QString &table, const Field &field)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, store);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c)
         return c.error();
     const ColumnInfo *current = c->column(table, field.name);
@@ -518,7 +518,7 @@ shell::Status AlanDegistir(Database &db, Store store, const QString &table, cons
     Transaction tx(db);
     if (!tx)
         return tx.error();
-    if (shell::Status s = changeColumnType(db, store, table, field); !s)
+    if (base::Status s = changeColumnType(db, store, table, field); !s)
         return s;
     if (!tx.commit())
         return tx.error();
@@ -527,9 +527,9 @@ shell::Status AlanDegistir(Database &db, Store store, const QString &table, cons
 
 // ---- creation ------------------------------------------------------------------------------
 
-shell::Status createDeclaredTable(Database &db, const schema::Table &table)
+base::Status createDeclaredTable(Database &db, const schema::Table &table)
 {
-    if (shell::Status s = createTable(db, table, true); !s)
+    if (base::Status s = createTable(db, table, true); !s)
         return s;
     // Indexes of a table that a step makes come with that step; the model's come with it.
     if (!table.added)
@@ -537,9 +537,9 @@ shell::Status createDeclaredTable(Database &db, const schema::Table &table)
     return {};
 }
 
-shell::Status createGlobalTables(Database &db)
+base::Status createGlobalTables(Database &db)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, Store::Global);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Global);
     if (!c)
         return c.error();
     bool missing = false;
@@ -553,9 +553,9 @@ shell::Status createGlobalTables(Database &db)
     for (const schema::Table &t : schema::tables()) {
         if (t.store != Store::Global || t.added || c->hasTable(t.name))
             continue;
-        if (shell::Status s = createTable(db, t, false); !s)
+        if (base::Status s = createTable(db, t, false); !s)
             return s;
-        if (shell::Status s = createIndexes(db, t, false); !s)
+        if (base::Status s = createIndexes(db, t, false); !s)
             return s;
     }
     if (!tx.commit())
@@ -563,7 +563,7 @@ shell::Status createGlobalTables(Database &db)
     return {};
 }
 
-shell::Status createModel(Database &db)
+base::Status createModel(Database &db)
 {
     Transaction tx(db);
     if (!tx)
@@ -571,7 +571,7 @@ shell::Status createModel(Database &db)
     for (const schema::Table &t : schema::tables()) {
         if (t.store != Store::Year || t.added)
             continue;
-        if (shell::Status s = createDeclaredTable(db, t); !s)
+        if (base::Status s = createDeclaredTable(db, t); !s)
             return s;
     }
     if (!tx.commit())
@@ -579,10 +579,10 @@ shell::Status createModel(Database &db)
     return {};
 }
 
-shell::Status HaklarTabloEkle(Database &db, Store store)
+base::Status HaklarTabloEkle(Database &db, Store store)
 {
     Migrator m(db, store);
-    if (shell::Status s = m.load(); !s)
+    if (base::Status s = m.load(); !s)
         return s;
     if (m.catalog().hasTable(QStringLiteral("Haklar"))
         && m.catalog().columns(QStringLiteral("Haklar")).size() >= 5) {
@@ -599,10 +599,10 @@ shell::Status HaklarTabloEkle(Database &db, Store store)
     return {};
 }
 
-shell::Status KasaPersonelTabloEkle(Database &db)
+base::Status KasaPersonelTabloEkle(Database &db)
 {
     Migrator m(db, Store::Year);
-    if (shell::Status s = m.load(); !s)
+    if (base::Status s = m.load(); !s)
         return s;
     Transaction tx(db);
     if (!tx)
@@ -615,7 +615,7 @@ shell::Status KasaPersonelTabloEkle(Database &db)
     return {};
 }
 
-shell::Status IskontoSirasiDoldur(Database &db)
+base::Status IskontoSirasiDoldur(Database &db)
 {
     const QString label = QStringLiteral("DatabaseGuncelle:IskontoSirasiDoldur");
     QList<qint64> ids;
@@ -664,11 +664,11 @@ void failMigrationStepForTest(int step)
     s_failingStep = step;
 }
 
-shell::Status DatabaseGuncelle(Database &db)
+base::Status DatabaseGuncelle(Database &db)
 {
     const WriteGuardExemption own;
     Migrator m(db, Store::Year);
-    shell::Status result = m.load();
+    base::Status result = m.load();
     int number = 0;
     for (const Step &step : steps()) {
         if (!result)
@@ -682,7 +682,7 @@ shell::Status DatabaseGuncelle(Database &db)
         step(m, db);
         if (number == s_failingStep) {
             s_failingStep = 0;
-            m.check(shell::Error{3061,
+            m.check(base::Error{3061,
                                  QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
                                  s_label});
         }
@@ -711,7 +711,7 @@ void SonAlanlariEkle(Database &db)
     const WriteGuardExemption own;
     // One reading of the catalogue serves the three tests; an add is refused, quietly, when
     // the field is there after all.
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
     if (!c)
         return;
     const struct

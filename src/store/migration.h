@@ -28,27 +28,27 @@ void AlanAdiDegistir(Database &db, Store store, const QString &table, const QStr
                      const QString &to);
 // Changes a field's type in place, keeping its rows and its place in the table. Nothing is
 // done when the field already has that type.
-shell::Status AlanDegistir(Database &db, Store store, const QString &table,
+base::Status AlanDegistir(Database &db, Store store, const QString &table,
                            const schema::Field &field);
 
 // ---- creation --------------------------------------------------------------------------------
 
 // The global store's own tables, made when missing (settings, SMS, free lists).
-shell::Status createGlobalTables(Database &db);
+base::Status createGlobalTables(Database &db);
 // A new working year at the model shape: the tables and fields that existed before anything
 // was added to the product. DatabaseGuncelle brings it forward.
-shell::Status createModel(Database &db);
+base::Status createModel(Database &db);
 // Creates one declared table with the fields and indexes it is born with: the model's for a
 // table of the model, the first ones for a table that a step of the migration makes.
-shell::Status createDeclaredTable(Database &db, const schema::Table &table);
+base::Status createDeclaredTable(Database &db, const schema::Table &table);
 
 // The rights table, made if missing with its five fields, in the global store and in a year.
-shell::Status HaklarTabloEkle(Database &db, Store store);
+base::Status HaklarTabloEkle(Database &db, Store store);
 // The cash box and personnel tables with their keys, each only if missing.
-shell::Status KasaPersonelTabloEkle(Database &db);
+base::Status KasaPersonelTabloEkle(Database &db);
 // The running order of the discount definitions, by their key, carried into the students'
 // discounts; then the free-form discount "Serbest İndirim" behind them.
-shell::Status IskontoSirasiDoldur(Database &db);
+base::Status IskontoSirasiDoldur(Database &db);
 
 // ---- migration -----------------------------------------------------------------------------
 
@@ -56,7 +56,7 @@ shell::Status IskontoSirasiDoldur(Database &db);
 // own transaction; every step is a no-op once done, so a second run changes nothing and a run
 // that failed goes on from where it stopped. A failure shows "Database güncellemede hata!"
 // under "HATA".
-shell::Status DatabaseGuncelle(Database &db);
+base::Status DatabaseGuncelle(Database &db);
 // The steps of DatabaseGuncelle, counted (for tests).
 int migrationStepCount();
 // For tests: make the step with this number fail once, as a broken file would.

@@ -18,7 +18,7 @@ enum class FieldType {
     Byte,
     Integer,
     Long,
-    Money,   // shell::Para: BIGINT ten-thousandths
+    Money,   // base::Para: BIGINT ten-thousandths
     Single,
     Double,
     Date,    // ISO text on SQLite, timestamp on PostgreSQL

@@ -1,6 +1,6 @@
 #include "students/class_moves.h"
 
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/change_log.h"
 #include "store/database.h"
 #include "store/schema.h"
@@ -25,7 +25,7 @@ QString cutOgrenci(const QString &value, const char *field)
 
 // ---- quick entry -------------------------------------------------------------------------------
 
-shell::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara)
+base::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara)
 {
     store::Query q(db, QStringLiteral("SELECT Ogr_Numarasi FROM Ogrenci WHERE Ogr_Numarasi = ? "
                                       "LIMIT 1"));
@@ -36,13 +36,13 @@ shell::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara)
     return q.next();
 }
 
-shell::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
+base::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
                                                 const QList<HizliSatir> &satirlar,
                                                 const std::function<void(int, int)> &ilerleme)
 {
     // The save has always been reported under the label of the list filling.
     const QString where = QStringLiteral("FrmHizliOgrenciKayit:AlanBolumYabancidilCombo");
-    const shell::CalismaDurumu &durum = shell::durum();
+    const users::CalismaDurumu &durum = users::durum();
     const QString donem = cutOgrenci(durum.OgretimYili, "Donem");
     store::Transaction tx(db);
     if (!tx) {
@@ -74,7 +74,7 @@ shell::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
         const qint64 key = ogrenci.integer(0);
         ogrenci.finish();
         const store::OgrenciLogSatiri log{key, donem, s.numara, soyadi, adi, sinif};
-        if (shell::Status st
+        if (base::Status st
             = store::LogOgrenci(db, log, store::LogYeniKayit, durum.AktifKullanici);
             !st) {
             return st.error().withLabel(where);
@@ -99,7 +99,7 @@ shell::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
 
 // ---- class moves -------------------------------------------------------------------------------
 
-shell::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const QString &sinif,
+base::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const QString &sinif,
                                                       const QString &label)
 {
     store::Query q(db,
@@ -118,7 +118,7 @@ shell::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const
     return rows;
 }
 
-shell::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiSinif,
+base::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiSinif,
                                         const QString &yeniSinif, const QList<qint64> &numaralar)
 {
     const QString where = QStringLiteral("Form_Sinif_Atlatma:KAYDET");
@@ -156,7 +156,7 @@ shell::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eski
     return moved;
 }
 
-shell::Result<int> TopluSinifDegistir(store::Database &db,
+base::Result<int> TopluSinifDegistir(store::Database &db,
                                       const QList<QPair<qint64, QString>> &kayitSinif)
 {
     const QString where = QStringLiteral("FrmTopluSinifDegistirme:Kayit");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QList>
 #include <QPair>
@@ -31,13 +31,13 @@ struct HizliSatir
 };
 
 // OgrenciNoKontrol: true when a student with that number exists.
-shell::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara);
+base::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara);
 
 // The save of the quick-entry grid: each row becomes a student (number, Donem, names, class,
 // department, language) with his change-log row and a registry row holding the sex. One
 // transaction for all rows: after a failure none is written. `ilerleme` is told after each
 // row. Gives the new keys in the order of the rows.
-shell::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
+base::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
                                                 const QList<HizliSatir> &satirlar,
                                                 const std::function<void(int, int)> &ilerleme = {});
 
@@ -55,16 +55,16 @@ struct SinifOgrencisi
 
 // The students of a class in the order of their numbers ("" is the class of those without
 // one).
-shell::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const QString &sinif,
+base::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const QString &sinif,
                                                       const QString &label);
 
 // Sınıf Atlatma: each number's student in the old class (the first found) goes to the new
 // class. Gives the keys of the students moved.
-shell::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiSinif,
+base::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiSinif,
                                         const QString &yeniSinif, const QList<qint64> &numaralar);
 
 // Toplu Sınıf Değiştirme: each student, by key, gets the class beside him.
-shell::Result<int> TopluSinifDegistir(store::Database &db,
+base::Result<int> TopluSinifDegistir(store::Database &db,
                                       const QList<QPair<qint64, QString>> &kayitSinif);
 
 } // namespace students

@@ -1,7 +1,7 @@
 #include "students/form_sinif_atlatma.h"
 
-#include "shell/failure.h"
-#include "shell/notifications.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
 #include "students/screen_parts.h"
@@ -91,10 +91,10 @@ Form_Sinif_Atlatma::Form_Sinif_Atlatma(store::Database &db, QWidget *parent)
 
 void Form_Sinif_Atlatma::SinifDoldur()
 {
-    shell::Result<QStringList> classes = FarkliDegerler(
+    base::Result<QStringList> classes = FarkliDegerler(
         m_db, QStringLiteral("Ogr_Sinif"), true, QStringLiteral("Form_Sinif_Atlatma:SinifDoldur"));
     if (!classes) {
-        shell::HataBildir(classes.error());
+        ui::HataBildir(classes.error());
         return;
     }
     const QString first = m_siniflar->currentText();
@@ -112,10 +112,10 @@ void Form_Sinif_Atlatma::SinifDoldur()
 void Form_Sinif_Atlatma::OgrenciGoster()
 {
     const QString sinif = m_siniflar->currentText();
-    shell::Result<QList<SinifOgrencisi>> rows
+    base::Result<QList<SinifOgrencisi>> rows
         = SinifOgrencileri(m_db, sinif, QStringLiteral("Form_Sinif_Atlatma:OgrenciGoster"));
     if (!rows) {
-        shell::HataBildir(rows.error());
+        ui::HataBildir(rows.error());
         return;
     }
     m_gosterilen = sinif;
@@ -142,7 +142,7 @@ void Form_Sinif_Atlatma::TumunuSec(bool secili)
 
 bool Form_Sinif_Atlatma::Kaydet()
 {
-    if (!users::YazmaYetkisiVar() || !m_listeVar) {
+    if (!ui::YazmaYetkisiVar() || !m_listeVar) {
         return false;
     }
     QList<qint64> numbers;
@@ -155,13 +155,13 @@ bool Form_Sinif_Atlatma::Kaydet()
         return false;
     }
     const QString yeni = m_siniflar2->currentText().trimmed();
-    shell::Result<QList<qint64>> moved = SinifAtlat(m_db, m_gosterilen, yeni, numbers);
+    base::Result<QList<qint64>> moved = SinifAtlat(m_db, m_gosterilen, yeni, numbers);
     if (!moved) {
-        shell::HataBildir(moved.error());
+        ui::HataBildir(moved.error());
         return false;
     }
     for (const qint64 key : *moved) {
-        emit shell::Bildirimler::instance().ogrenciDegisti(key);
+        emit ui::Bildirimler::instance().ogrenciDegisti(key);
     }
     SinifDoldur();
     // The list shows what is left of the old class, if anything is.

@@ -1,7 +1,7 @@
 #include "students/frm_hizli_ogrenci_kayit.h"
 
-#include "shell/failure.h"
-#include "shell/notifications.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
 #include "students/screen_parts.h"
@@ -121,9 +121,9 @@ void FrmHizliOgrenciKayit::AlanBolumYabancidilCombo()
     const QString fields[3] = {QStringLiteral("Ogr_Sinif"), QStringLiteral("Ogr_Bolumu"),
                                QStringLiteral("Ogr_YabanciDil")};
     for (int i = 0; i < 3; ++i) {
-        shell::Result<QStringList> values = FarkliDegerler(m_db, fields[i], false, Label);
+        base::Result<QStringList> values = FarkliDegerler(m_db, fields[i], false, Label);
         if (!values) {
-            shell::HataBildir(values.error());
+            ui::HataBildir(values.error());
             return;
         }
         lists[i] = *values;
@@ -148,9 +148,9 @@ bool FrmHizliOgrenciKayit::OgrenciNoKontrol(int row)
     if (m_kontrolde || !value.isValid() || value.isNull()) {
         return true;
     }
-    shell::Result<bool> exists = students::OgrenciNoKontrol(m_db, value.toLongLong());
+    base::Result<bool> exists = students::OgrenciNoKontrol(m_db, value.toLongLong());
     if (!exists) {
-        shell::HataBildir(exists.error());
+        ui::HataBildir(exists.error());
         return false;
     }
     if (!*exists) {
@@ -221,7 +221,7 @@ void FrmHizliOgrenciKayit::satirSil()
 
 bool FrmHizliOgrenciKayit::Kaydet()
 {
-    if (!users::YazmaYetkisiVar()) {
+    if (!ui::YazmaYetkisiVar()) {
         return false;
     }
     QList<HizliSatir> rows;
@@ -252,13 +252,13 @@ bool FrmHizliOgrenciKayit::Kaydet()
     m_progress->setRange(0, int(rows.size()));
     m_progress->setValue(0);
     m_progress->setVisible(true);
-    shell::Result<QList<qint64>> keys = HizliOgrenciKaydet(m_db, rows, [this](int done, int) {
+    base::Result<QList<qint64>> keys = HizliOgrenciKaydet(m_db, rows, [this](int done, int) {
         m_progress->setValue(done);
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     });
     m_progress->setVisible(false);
     if (!keys) {
-        shell::HataBildir(keys.error());
+        ui::HataBildir(keys.error());
         return false;
     }
     // The saved rows leave the grid; rows that were not complete stay to be finished.
@@ -269,7 +269,7 @@ bool FrmHizliOgrenciKayit::Kaydet()
         m_grid->appendRow();
     }
     for (const qint64 key : *keys) {
-        emit shell::Bildirimler::instance().ogrenciDegisti(key);
+        emit ui::Bildirimler::instance().ogrenciDegisti(key);
     }
     bool leftOver = false;
     for (int r = 0; r < m_grid->rowCount(); ++r) {

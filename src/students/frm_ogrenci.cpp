@@ -1,10 +1,10 @@
 #include "students/frm_ogrenci.h"
 
-#include "shell/failure.h"
-#include "shell/notifications.h"
-#include "shell/screen_registry.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
+#include "ui/screen_registry.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 #include "store/schema.h"
 #include "students/frm_ogrenci_list.h"
@@ -485,7 +485,7 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
         }
     });
 
-    connect(&shell::Bildirimler::instance(), &shell::Bildirimler::ogrenciDegisti, this,
+    connect(&ui::Bildirimler::instance(), &ui::Bildirimler::ogrenciDegisti, this,
             &FrmOgrenci::baskasiDegistirdi);
 
     ui::moveWithEnter(this);
@@ -514,7 +514,7 @@ QWidget *FrmOgrenci::kutuYap(const Alan &a, QWidget *parent)
         break;
     case Kutu::Para: {
         auto *m = new ui::MoneyEdit(parent);
-        m->setFormat(shell::durum().ParaFormati);
+        m->setFormat(users::durum().ParaFormati);
         w = m;
         break;
     }
@@ -609,9 +609,9 @@ void FrmOgrenci::AlanBolumYabancidilCombo()
     for (const QString &f : {QStringLiteral("Ogr_Sinif"), QStringLiteral("Ogr_Bolumu"),
                              QStringLiteral("Ogr_YabanciDil")}) {
         auto *c = qobject_cast<QComboBox *>(m_kutular.value(f));
-        shell::Result<QStringList> values = FarkliDegerler(m_db, f);
+        base::Result<QStringList> values = FarkliDegerler(m_db, f);
         if (!values) {
-            shell::HataBildir(values.error());
+            ui::HataBildir(values.error());
             return;
         }
         const QString current = c->currentText();
@@ -633,7 +633,7 @@ QVariant FrmOgrenci::kutuDegeri(const QString &alan) const
     case Kutu::Metin: {
         const QString t = qobject_cast<QLineEdit *>(w)->text();
         if (alan == QLatin1String("Ogr_Numarasi")) {
-            return shell::TamSayiCoz(t).value_or(0);
+            return base::TamSayiCoz(t).value_or(0);
         }
         return t;
     }
@@ -641,7 +641,7 @@ QVariant FrmOgrenci::kutuDegeri(const QString &alan) const
         return static_cast<ui::DateEdit *>(w)->date();
     case Kutu::Para:
         return QVariant::fromValue(
-            static_cast<ui::MoneyEdit *>(w)->value().value_or(shell::Para()));
+            static_cast<ui::MoneyEdit *>(w)->value().value_or(base::Para()));
     case Kutu::Onay: {
         const bool on = qobject_cast<QCheckBox *>(w)->isChecked();
         if (alanTuru(a.tablo, alan) == AlanTuru::Metin) {
@@ -684,7 +684,7 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
         static_cast<ui::DateEdit *>(w)->setDate(v.toDate());
         break;
     case Kutu::Para: {
-        const shell::Para p = v.value<shell::Para>();
+        const base::Para p = v.value<base::Para>();
         if (p.isZero()) {
             static_cast<ui::MoneyEdit *>(w)->clear();
         } else {
@@ -743,7 +743,7 @@ void FrmOgrenci::ekraniTemizle()
     for (QLabel *l : {m_buAyToplam, m_toplamBorc, m_toplamOdenen, m_kalan, m_islemYapan}) {
         l->clear();
     }
-    m_ilkKullanici->setText(shell::durum().AktifKullanici);
+    m_ilkKullanici->setText(users::durum().AktifKullanici);
     m_kayitId = 0;
     m_yuklenen = Kimlik();
     m_kayit = OgrenciKaydi();
@@ -787,7 +787,7 @@ OgrenciKaydi FrmOgrenci::ekrandanKayit()
 
 Kimlik FrmOgrenci::ekrandakiKimlik() const
 {
-    return Kimlik{shell::TamSayiCoz(m_numara->text()).value_or(0), m_adi->text().trimmed(),
+    return Kimlik{base::TamSayiCoz(m_numara->text()).value_or(0), m_adi->text().trimmed(),
                   m_soyadi->text().trimmed(), m_sinif->currentText().trimmed()};
 }
 
@@ -803,7 +803,7 @@ bool FrmOgrenci::girisleriDenetle()
         w->setFocus();
         return false;
     };
-    const std::optional<qint64> numara = shell::TamSayiCoz(m_numara->text());
+    const std::optional<qint64> numara = base::TamSayiCoz(m_numara->text());
     if (!numara || !OgrenciNoGecerli(*numara)) {
         return refuse(m_numara, QStringLiteral("\"%1\" geçerli bir öğrenci numarası değil. Öğrenci "
                                                "No olarak yalnız rakam giriniz.")
@@ -843,9 +843,9 @@ bool FrmOgrenci::OgrenciGoster(qint64 numara, bool kayitIdIle)
 {
     qint64 key = numara;
     if (!kayitIdIle) {
-        shell::Result<std::optional<qint64>> found = NumaradanBul(m_db, numara);
+        base::Result<std::optional<qint64>> found = NumaradanBul(m_db, numara);
         if (!found) {
-            shell::HataBildir(found.error());
+            ui::HataBildir(found.error());
             return false;
         }
         if (!found->has_value()) {
@@ -853,16 +853,16 @@ bool FrmOgrenci::OgrenciGoster(qint64 numara, bool kayitIdIle)
         }
         key = **found;
     }
-    shell::Result<std::optional<OgrenciKaydi>> read = OgrenciOku(m_db, key);
+    base::Result<std::optional<OgrenciKaydi>> read = OgrenciOku(m_db, key);
     if (!read) {
-        shell::HataBildir(read.error());
+        ui::HataBildir(read.error());
         return false;
     }
     if (!read->has_value()) {
         return false;
     }
     ekraniTemizle();
-    if (!users::OgrenciKilitle(m_db, key)) {
+    if (!ui::passed(users::OgrenciKilitle(m_db, key))) {
         return false;
     }
     m_kartNoAcik = users::KartNoGorebilir(m_db);
@@ -887,7 +887,7 @@ bool FrmOgrenci::OgrenciGoster(qint64 numara, bool kayitIdIle)
     m_resim = k.resim;
     resmiGoster();
     m_ilkKullanici->setText(k.ilkKullanici);
-    m_islemYapan->setText(shell::durum().AktifKullanici);
+    m_islemYapan->setText(users::durum().AktifKullanici);
     m_yuklenen = Kimlik{k.numara(), k.adi(), k.soyadi(), k.sinif()};
     Genel_Durum();
     BuAyYapilacakOdemeler();
@@ -904,15 +904,15 @@ void FrmOgrenci::Genel_Durum()
     if (m_kayitId == 0) {
         return;
     }
-    shell::Result<GenelDurumSonucu> r = GenelDurum(m_db, m_kayitId);
+    base::Result<GenelDurumSonucu> r = GenelDurum(m_db, m_kayitId);
     if (!r) {
-        shell::HataBildir(r.error());
+        ui::HataBildir(r.error());
         return;
     }
-    const QString &format = shell::durum().ParaFormati;
-    m_toplamBorc->setText(shell::Bicimle(r->toplamBorc, format));
-    m_toplamOdenen->setText(shell::Bicimle(r->toplamOdenen, format));
-    m_kalan->setText(shell::Bicimle(r->kalan, format));
+    const QString &format = users::durum().ParaFormati;
+    m_toplamBorc->setText(base::Bicimle(r->toplamBorc, format));
+    m_toplamOdenen->setText(base::Bicimle(r->toplamOdenen, format));
+    m_kalan->setText(base::Bicimle(r->kalan, format));
 }
 
 void FrmOgrenci::BuAyYapilacakOdemeler()
@@ -922,10 +922,10 @@ void FrmOgrenci::BuAyYapilacakOdemeler()
     if (m_kayitId == 0) {
         return;
     }
-    shell::Result<BuAySonucu> r
-        = students::BuAyYapilacakOdemeler(m_db, m_kayitId, shell::durum().CariAy);
+    base::Result<BuAySonucu> r
+        = students::BuAyYapilacakOdemeler(m_db, m_kayitId, users::durum().CariAy);
     if (!r) {
-        shell::HataBildir(r.error());
+        ui::HataBildir(r.error());
         return;
     }
     for (const BuAySatiri &s : r->satirlar) {
@@ -935,14 +935,14 @@ void FrmOgrenci::BuAyYapilacakOdemeler()
             m_buAy->setValue(row, 1, QVariant::fromValue(*s.tutar));
         }
     }
-    m_buAyToplam->setText(shell::Bicimle(r->toplam, shell::durum().ParaFormati));
+    m_buAyToplam->setText(base::Bicimle(r->toplam, users::durum().ParaFormati));
 }
 
 // ---- saving and deleting -------------------------------------------------------------------
 
 bool FrmOgrenci::OgrenciKaydet()
 {
-    if (!users::YazmaYetkisiVar()) {
+    if (!ui::YazmaYetkisiVar()) {
         return false;
     }
     if (!m_cmdKaydet->isEnabled() || !girisleriDenetle()) {
@@ -950,10 +950,10 @@ bool FrmOgrenci::OgrenciKaydet()
     }
     OgrenciKaydi k = ekrandanKayit();
     if (m_kayitId == 0) {
-        shell::Result<std::optional<qint64>> twin
+        base::Result<std::optional<qint64>> twin
             = AyniOgrenciyiBul(m_db, k.numara(), k.soyadi(), k.adi());
         if (!twin) {
-            shell::HataBildir(twin.error());
+            ui::HataBildir(twin.error());
             return false;
         }
         if (twin->has_value()) {
@@ -974,17 +974,17 @@ bool FrmOgrenci::OgrenciKaydet()
         borclariKapat = ui::askYesNo(QStringLiteral("Dikkat"),
                                      QStringLiteral("Öğrencinin borçları kapatılsın mı?"), this);
     }
-    shell::Result<KaydetSonucu> saved = students::OgrenciKaydet(m_db, k, borclariKapat);
+    base::Result<KaydetSonucu> saved = students::OgrenciKaydet(m_db, k, borclariKapat);
     if (!saved) {
-        shell::HataBildir(saved.error());
+        ui::HataBildir(saved.error());
         return false;
     }
     m_kayitId = saved->kayitId;
     k.kayitId = m_kayitId;
     if (saved->yeni) {
-        k.ilkKullanici = shell::durum().AktifKullanici;
-        if (users::OgrenciKilitle(m_db, m_kayitId)) {
-            m_islemYapan->setText(shell::durum().AktifKullanici);
+        k.ilkKullanici = users::durum().AktifKullanici;
+        if (ui::passed(users::OgrenciKilitle(m_db, m_kayitId))) {
+            m_islemYapan->setText(users::durum().AktifKullanici);
         }
     }
     m_kayit = k;
@@ -1007,21 +1007,21 @@ bool FrmOgrenci::OgrenciKaydet()
 
 void FrmOgrenci::OgrenciSil()
 {
-    if (!users::YazmaYetkisiVar() || m_kayitId == 0) {
+    if (!ui::YazmaYetkisiVar() || m_kayitId == 0) {
         return;
     }
     const Kimlik shown = ekrandakiKimlik();
     const QString question = QStringLiteral("%1 numaralı %2 %3%4 bilgilerini silmek istiyor "
                                             "musunuz?")
                                  .arg(m_numara->text().trimmed(), shown.adi, shown.soyadi,
-                                      shell::EkGetir(shown.soyadi));
+                                      base::EkGetir(shown.soyadi));
     if (!ui::askYesNo(QStringLiteral("Uyarı"), question, this)) {
         return;
     }
-    shell::Result<qint64> deleted
+    base::Result<qint64> deleted
         = students::OgrenciSil(m_db, m_kayitId, shown.numara, shown.adi, shown.soyadi);
     if (!deleted) {
-        shell::HataBildir(deleted.error());
+        ui::HataBildir(deleted.error());
         return;
     }
     if (*deleted == 0) {
@@ -1097,7 +1097,7 @@ void FrmOgrenci::OgrenciBilgiDegistir()
                 return;
             }
         }
-        const std::optional<qint64> n = shell::TamSayiCoz(boxes.at(0)->text());
+        const std::optional<qint64> n = base::TamSayiCoz(boxes.at(0)->text());
         if (!n || !OgrenciNoGecerli(*n)) {
             ui::notify(QStringLiteral("Dikkat"),
                        QStringLiteral("\"%1\" geçerli bir öğrenci numarası değil. Yeni Öğrenci "
@@ -1114,12 +1114,12 @@ void FrmOgrenci::OgrenciBilgiDegistir()
             panel.accept();
             return;
         }
-        if (!users::YazmaYetkisiVar()) {
+        if (!ui::YazmaYetkisiVar()) {
             return;
         }
-        shell::Result<int> r = students::OgrenciBilgiDegistir(m_db, m_kayitId, eski, yeni);
+        base::Result<int> r = students::OgrenciBilgiDegistir(m_db, m_kayitId, eski, yeni);
         if (!r) {
-            shell::HataBildir(r.error());
+            ui::HataBildir(r.error());
             return;
         }
         if (*r == 0) {
@@ -1150,10 +1150,10 @@ void FrmOgrenci::OgrenciAra(Yon yon)
         return;
     }
     const auto anahtar = static_cast<AramaAnahtari>(qMax(0, m_arama->currentIndex()));
-    shell::Result<std::optional<qint64>> found
+    base::Result<std::optional<qint64>> found
         = students::OgrenciAra(m_db, anahtar, yon, ekrandakiKimlik(), m_kayitId);
     if (!found) {
-        shell::HataBildir(found.error());
+        ui::HataBildir(found.error());
         return;
     }
     if (found->has_value()) {
@@ -1172,9 +1172,9 @@ void FrmOgrenci::listedenSec()
 void FrmOgrenci::bildir(qint64 kayitId, bool aidat)
 {
     m_bildiriyor = true;
-    emit shell::Bildirimler::instance().ogrenciDegisti(kayitId);
+    emit ui::Bildirimler::instance().ogrenciDegisti(kayitId);
     if (aidat) {
-        emit shell::Bildirimler::instance().aidatDegisti(kayitId);
+        emit ui::Bildirimler::instance().aidatDegisti(kayitId);
     }
     m_bildiriyor = false;
 }
@@ -1223,14 +1223,14 @@ void FrmOgrenci::cariDurum()
     if (m_kayitId == 0) {
         return;
     }
-    shell::CalismaDurumu &d = shell::durum();
+    users::CalismaDurumu &d = users::durum();
     const bool okuma = d.HakOkuma;
     const bool yazma = d.HakYazma;
     auto restore = [&d, okuma, yazma] {
         d.HakOkuma = okuma;
         d.HakYazma = yazma;
     };
-    if (!users::HakKontrol(m_db, QStringLiteral("popBankayaOdeme"))) {
+    if (!ui::HakKontrol(m_db, QStringLiteral("popBankayaOdeme"))) {
         restore();
         ui::notify(QStringLiteral("Uyarı !"), users::YetkiYokMesaji, ui::Icon::Warning, this);
         return;
@@ -1238,7 +1238,7 @@ void FrmOgrenci::cariDurum()
     // The fee account opens on the shown student and class, in front, with the rights just
     // tested; the student screen's own come back when it is in front again. When nothing
     // opened, they come back at once.
-    if (!shell::EkranAc(QStringLiteral("FrmOgrenciAidat"), QStringLiteral("btnCariDurum"),
+    if (!ui::EkranAc(QStringLiteral("FrmOgrenciAidat"), QStringLiteral("btnCariDurum"),
                         {{QStringLiteral("ogrKayitId"), m_kayitId},
                          {QStringLiteral("ogrSinif"), m_sinif->currentText()}})) {
         restore();
@@ -1359,7 +1359,7 @@ bool FrmOgrenci::eventFilter(QObject *watched, QEvent *event)
     }
     const int k = key->key();
     if (watched == m_numara && (k == Qt::Key_Return || k == Qt::Key_Enter || k == Qt::Key_Down)) {
-        const qint64 numara = shell::TamSayiCoz(m_numara->text()).value_or(0);
+        const qint64 numara = base::TamSayiCoz(m_numara->text()).value_or(0);
         if (numara <= 0) {
             return false; // Enter moves on
         }
@@ -1399,8 +1399,8 @@ void FrmOgrenci::closeEvent(QCloseEvent *event)
     if (!event->isAccepted()) {
         return;
     }
-    if (shell::Status s = users::OgrenciKilitBirak(m_db, false); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = users::OgrenciKilitBirak(m_db, false); !s) {
+        ui::HataBildir(s.error());
     }
 }
 

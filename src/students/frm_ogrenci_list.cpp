@@ -1,6 +1,6 @@
 #include "students/frm_ogrenci_list.h"
 
-#include "shell/failure.h"
+#include "ui/failure.h"
 #include "ui/grid.h"
 
 #include <QEvent>
@@ -100,10 +100,10 @@ FrmOgrenciList::FrmOgrenciList(store::Database &db, QWidget *parent)
 bool FrmOgrenciList::OgrenciYukle(ListeSirasi tur, bool suz)
 {
     const QLineEdit *box = tur == ListeSirasi::Ad ? m_ad : m_soyad;
-    shell::Result<QList<ListeSatiri>> rows
+    base::Result<QList<ListeSatiri>> rows
         = students::OgrenciYukle(m_db, tur, suz ? box->text() : QString());
     if (!rows) {
-        shell::HataBildir(rows.error());
+        ui::HataBildir(rows.error());
         return false;
     }
     m_sira = tur;

@@ -1,7 +1,7 @@
 #include "students/frm_toplu_sinif_degistirme.h"
 
-#include "shell/failure.h"
-#include "shell/notifications.h"
+#include "ui/failure.h"
+#include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
 #include "students/screen_parts.h"
@@ -97,11 +97,11 @@ FrmTopluSinifDegistirme::FrmTopluSinifDegistirme(store::Database &db, QWidget *p
 
 void FrmTopluSinifDegistirme::SinifCombo()
 {
-    shell::Result<QStringList> classes
+    base::Result<QStringList> classes
         = FarkliDegerler(m_db, QStringLiteral("Ogr_Sinif"), true,
                          QStringLiteral("FrmTopluBorcTanimiDegistirme:SinifCombo"));
     if (!classes) {
-        shell::HataBildir(classes.error());
+        ui::HataBildir(classes.error());
         return;
     }
     const QString first = m_combo1->currentText();
@@ -128,10 +128,10 @@ void FrmTopluSinifDegistirme::OgrenciGetir()
         }
         setDirty(false);
     }
-    shell::Result<QList<SinifOgrencisi>> rows = SinifOgrencileri(
+    base::Result<QList<SinifOgrencisi>> rows = SinifOgrencileri(
         m_db, m_combo1->currentText(), QStringLiteral("FrmTopluBorcTanimiDegistirme:OgrenciGetir"));
     if (!rows) {
-        shell::HataBildir(rows.error());
+        ui::HataBildir(rows.error());
         return;
     }
     m_grid->clearRows();
@@ -179,7 +179,7 @@ bool FrmTopluSinifDegistirme::Kayit(bool sor)
                          QStringLiteral("İşaretli Öğrecileri Kaydetmek İstiyor musunuz?"), this)) {
         return false;
     }
-    if (!users::YazmaYetkisiVar()) {
+    if (!ui::YazmaYetkisiVar()) {
         return false;
     }
     QList<QPair<qint64, QString>> rows;
@@ -188,13 +188,13 @@ bool FrmTopluSinifDegistirme::Kayit(bool sor)
             rows.append({m_grid->number(r, Anahtar), m_grid->text(r, Sinif)});
         }
     }
-    shell::Result<int> changed = TopluSinifDegistir(m_db, rows);
+    base::Result<int> changed = TopluSinifDegistir(m_db, rows);
     if (!changed) {
-        shell::HataBildir(changed.error());
+        ui::HataBildir(changed.error());
         return false;
     }
     for (const QPair<qint64, QString> &row : rows) {
-        emit shell::Bildirimler::instance().ogrenciDegisti(row.first);
+        emit ui::Bildirimler::instance().ogrenciDegisti(row.first);
     }
     setDirty(false);
     m_durum->setText(QStringLiteral("%1 öğrencinin sınıfı kaydedildi.").arg(*changed));

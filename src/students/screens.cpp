@@ -1,6 +1,6 @@
 #include "students/screens.h"
 
-#include "shell/screen_registry.h"
+#include "ui/screen_registry.h"
 #include "students/form_sinif_atlatma.h"
 #include "students/frm_hizli_ogrenci_kayit.h"
 #include "students/frm_ogrenci.h"
@@ -10,14 +10,14 @@ namespace students {
 
 void EkranlariKaydet()
 {
-    shell::EkranKaydet(QStringLiteral("FrmOgrenci"), [](const shell::EkranBaglami &b) {
+    ui::EkranKaydet(QStringLiteral("FrmOgrenci"), [](const ui::EkranBaglami &b) {
         return new FrmOgrenci(b.db, b.anaPencere);
     });
-    shell::EkranKaydet(QStringLiteral("FrmHizliOgrenciKayit"),
-                       [](const shell::EkranBaglami &b) { return new FrmHizliOgrenciKayit(b.db); });
-    shell::EkranKaydet(QStringLiteral("Form_Sinif_Atlatma"),
-                       [](const shell::EkranBaglami &b) { return new Form_Sinif_Atlatma(b.db); });
-    shell::EkranKaydet(QStringLiteral("FrmTopluSinifDegistirme"), [](const shell::EkranBaglami &b) {
+    ui::EkranKaydet(QStringLiteral("FrmHizliOgrenciKayit"),
+                       [](const ui::EkranBaglami &b) { return new FrmHizliOgrenciKayit(b.db); });
+    ui::EkranKaydet(QStringLiteral("Form_Sinif_Atlatma"),
+                       [](const ui::EkranBaglami &b) { return new Form_Sinif_Atlatma(b.db); });
+    ui::EkranKaydet(QStringLiteral("FrmTopluSinifDegistirme"), [](const ui::EkranBaglami &b) {
         return new FrmTopluSinifDegistirme(b.db);
     });
 }

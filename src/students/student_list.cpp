@@ -1,11 +1,11 @@
 #include "students/student_list.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 
 namespace students {
 
-shell::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi tur,
+base::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi tur,
                                                const QString &metin)
 {
     const QString order = tur == ListeSirasi::Ad ? QStringLiteral("O.Ogr_Adi, O.Ogr_Soyadi")
@@ -22,7 +22,7 @@ shell::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi 
     }
     // The beginning is tested here rather than with LIKE, whose case rules differ between the
     // engines and know nothing of the Turkish dotted and dotless i.
-    const QString prefix = shell::BuyukHarf(metin.trimmed());
+    const QString prefix = base::BuyukHarf(metin.trimmed());
     QList<ListeSatiri> rows;
     while (q.next()) {
         ListeSatiri r{q.integer(0), q.integer(1), q.text(2), q.text(3), q.text(4), q.text(5)};
@@ -36,12 +36,12 @@ shell::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi 
 
 QString ListeAnahtari(const ListeSatiri &satir, ListeSirasi tur)
 {
-    return shell::BuyukHarf(tur == ListeSirasi::Ad ? satir.adi : satir.soyadi);
+    return base::BuyukHarf(tur == ListeSirasi::Ad ? satir.adi : satir.soyadi);
 }
 
 int IlkEslesen(const QStringList &anahtarlar, const QString &metin)
 {
-    const QString prefix = shell::BuyukHarf(metin.trimmed());
+    const QString prefix = base::BuyukHarf(metin.trimmed());
     for (int i = 0; i < anahtarlar.size(); ++i) {
         if (anahtarlar.at(i).startsWith(prefix)) {
             return i;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QList>
 #include <QString>
@@ -27,7 +27,7 @@ struct ListeSatiri
 // OgrenciYukle: the students whose first name ("AD") or surname ("SOYAD") begins with `metin`,
 // in the order of that name and then the other. The beginning is compared in Turkish upper
 // case, so "ism" finds "İsmail" and "ış" finds "IŞIK"; an empty text gives every student.
-shell::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi tur,
+base::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi tur,
                                                const QString &metin = QString());
 
 // The name of a row that the list is ordered by, in Turkish upper case.

@@ -1,7 +1,7 @@
 #include "students/student_record.h"
 
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "store/change_log.h"
 #include "store/database.h"
 #include "store/schema.h"
@@ -40,13 +40,13 @@ QVariant toStored(const QString &table, const QString &field, const QVariant &va
         return stored(value.toString(), store::schema::textSize(store::Store::Year, table, field));
     case AlanTuru::Tarih: {
         const QDate d = value.toDate();
-        if (d.isValid() && !shell::SifirTarihMi(d)) {
+        if (d.isValid() && !base::SifirTarihMi(d)) {
             return QDateTime(d, QTime(0, 0));
         }
-        return zeroDate ? QVariant(shell::SifirTarih) : QVariant(QMetaType(QMetaType::QDateTime));
+        return zeroDate ? QVariant(base::SifirTarih) : QVariant(QMetaType(QMetaType::QDateTime));
     }
     case AlanTuru::Para:
-        return QVariant(value.value<shell::Para>().raw());
+        return QVariant(value.value<base::Para>().raw());
     case AlanTuru::Sayi: {
         const store::schema::Field *f = store::schema::field(store::Store::Year, table, field);
         qint64 n = value.toLongLong();
@@ -75,7 +75,7 @@ QVariant fromStored(const store::Query &q, const QString &table, const QString &
         return q.text(field);
     case AlanTuru::Tarih: {
         const QDateTime t = q.dateTime(field);
-        return t.isValid() && !shell::SifirTarihMi(t) ? t.date() : QDate();
+        return t.isValid() && !base::SifirTarihMi(t) ? t.date() : QDate();
     }
     case AlanTuru::Para:
         return QVariant::fromValue(q.para(field));
@@ -113,7 +113,7 @@ QStringList assignments(const QStringList &fields)
     return r;
 }
 
-shell::Result<std::optional<qint64>> firstKey(store::Query &q, const QString &where)
+base::Result<std::optional<qint64>> firstKey(store::Query &q, const QString &where)
 {
     if (!q.exec()) {
         return q.error(where);
@@ -125,7 +125,7 @@ shell::Result<std::optional<qint64>> firstKey(store::Query &q, const QString &wh
 }
 
 // Writes the registry row, the notes, the siblings and the picture of a saved student.
-shell::Status writeParts(store::Database &db, qint64 key, const OgrenciKaydi &k,
+base::Status writeParts(store::Database &db, qint64 key, const OgrenciKaydi &k,
                          const QString &donem, const QString &where)
 {
     const QStringList nf = NufusAlanlari();
@@ -221,7 +221,7 @@ shell::Status writeParts(store::Database &db, qint64 key, const OgrenciKaydi &k,
 }
 
 // Deletes the fee accounts of a student with their installments and payments.
-shell::Status deleteAccounts(store::Database &db, qint64 key, bool invoices, const QString &where)
+base::Status deleteAccounts(store::Database &db, qint64 key, bool invoices, const QString &where)
 {
     QStringList statements = {
         QStringLiteral("DELETE FROM OgrenciAidatDetay WHERE KayitID IN "
@@ -387,7 +387,7 @@ AlanTuru alanTuru(const QString &tablo, const QString &alan)
 
 // ---- reading -------------------------------------------------------------------------------
 
-shell::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint64 kayitId)
+base::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint64 kayitId)
 {
     const QString where = label("OgrenciGoster");
     OgrenciKaydi k;
@@ -431,7 +431,7 @@ shell::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint6
             return q.error(where);
         }
         if (q.next()) {
-            k.ozelBilgi = shell::NullStr(q.value(0), true);
+            k.ozelBilgi = base::NullStr(q.value(0), true);
         }
     }
     {
@@ -460,7 +460,7 @@ shell::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint6
     return std::optional<OgrenciKaydi>(k);
 }
 
-shell::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 numara)
+base::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 numara)
 {
     store::Query q(db, QStringLiteral("SELECT KayitID FROM Ogrenci WHERE Ogr_Numarasi = ? "
                                       "ORDER BY KayitID LIMIT 1"));
@@ -468,7 +468,7 @@ shell::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 nu
     return firstKey(q, label("OgrenciGoster"));
 }
 
-shell::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64 numara,
+base::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64 numara,
                                                       const QString &soyadi, const QString &adi)
 {
     store::Query q(db, QStringLiteral("SELECT KayitID FROM Ogrenci WHERE Ogr_Numarasi = ? AND "
@@ -477,13 +477,13 @@ shell::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint6
     return firstKey(q, label("OgrenciKaydet"));
 }
 
-shell::Result<QStringList> FarkliDegerler(store::Database &db, const QString &alan, bool bosDahil,
+base::Result<QStringList> FarkliDegerler(store::Database &db, const QString &alan, bool bosDahil,
                                           const QString &hataEtiketi)
 {
     const QString where = hataEtiketi.isEmpty() ? label("AlanBolumYabancidilCombo") : hataEtiketi;
     // The field is one of the screen's own, never a typed text.
     if (!OgrenciAlanlari().contains(alan)) {
-        return shell::Error{5, QStringLiteral("Bilinmeyen alan: ") + alan, where};
+        return base::Error{5, QStringLiteral("Bilinmeyen alan: ") + alan, where};
     }
     store::Query q(db, QStringLiteral("SELECT DISTINCT %1 FROM Ogrenci ORDER BY %1").arg(alan));
     if (!q.exec()) {
@@ -521,16 +521,16 @@ QVariant ogrenciDegeri(const QString &field, const QVariant &value, const QStrin
 
 } // namespace
 
-shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &k,
+base::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &k,
                                           bool borclariKapat)
 {
     const QString where = label("OgrenciKaydet");
-    const shell::CalismaDurumu &durum = shell::durum();
+    const users::CalismaDurumu &durum = users::durum();
     const QString donem = stored(durum.OgretimYili, 10);
     const QStringList fields = OgrenciAlanlari();
     // The card number is boxed before the save's transaction: the office's key may have to be
     // made first, in a write of its own.
-    const shell::Result<QString> kartNoGizli
+    const base::Result<QString> kartNoGizli
         = users::GizliYaz(db, k.metin(KartNoAlani).trimmed().left(KartNoUzunlugu));
     if (!kartNoGizli) {
         return kartNoGizli.error().withLabel(where);
@@ -576,16 +576,16 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
         const store::OgrenciLogSatiri log{result.kayitId,      donem,
                                           k.numara(),          stored(k.soyadi(), 20),
                                           stored(k.adi(), 20), stored(k.sinif(), 6)};
-        if (shell::Status s = store::LogOgrenci(db, log, store::LogYeniKayit, durum.AktifKullanici);
+        if (base::Status s = store::LogOgrenci(db, log, store::LogYeniKayit, durum.AktifKullanici);
             !s) {
             return s.error().withLabel(where);
         }
     }
-    if (shell::Status s = writeParts(db, result.kayitId, k, donem, where); !s) {
+    if (base::Status s = writeParts(db, result.kayitId, k, donem, where); !s) {
         return s.error();
     }
     if (borclariKapat && k.ayrildi() && k.ayrilmaTarihi().isValid()) {
-        if (shell::Status s = deleteAccounts(db, result.kayitId, false, where); !s) {
+        if (base::Status s = deleteAccounts(db, result.kayitId, false, where); !s) {
             return s.error();
         }
     }
@@ -595,7 +595,7 @@ shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKayd
     return result;
 }
 
-shell::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numara,
+base::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numara,
                                  const QString &adi, const QString &soyadi)
 {
     const QString where = label("OgrenciSil");
@@ -609,7 +609,7 @@ shell::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 num
                                          "CASE WHEN KayitID = ? THEN 0 ELSE 1 END, KayitID "
                                          "LIMIT 1"));
     find.bind(numara).bind(stored(adi, 20)).bind(stored(soyadi, 20)).bind(kayitId);
-    shell::Result<std::optional<qint64>> found = firstKey(find, where);
+    base::Result<std::optional<qint64>> found = firstKey(find, where);
     if (!found) {
         return found.error();
     }
@@ -625,7 +625,7 @@ shell::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 num
             return q.error(where);
         }
     }
-    if (shell::Status s = deleteAccounts(db, key, true, where); !s) {
+    if (base::Status s = deleteAccounts(db, key, true, where); !s) {
         return s.error();
     }
     {
@@ -649,7 +649,7 @@ shell::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 num
     return key;
 }
 
-shell::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, const Kimlik &eski,
+base::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, const Kimlik &eski,
                                         const Kimlik &yeni)
 {
     const QString where = label("OgrenciBilgiDegistir");
@@ -683,7 +683,7 @@ shell::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, con
 
 // ---- moving through the students ---------------------------------------------------------------
 
-shell::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtari anahtar, Yon yon,
+base::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtari anahtar, Yon yon,
                                                 const Kimlik &ekran, qint64 kayitId)
 {
     // Labelled as the deletion is: the office's error lists have always shown it so.
@@ -768,11 +768,11 @@ namespace {
 struct AccountSums
 {
     QString aidatTanim;
-    shell::Para odenecek;
-    shell::Para odenen;
+    base::Para odenecek;
+    base::Para odenen;
 };
 
-shell::Result<QList<AccountSums>> accountSums(store::Database &db, qint64 kayitId,
+base::Result<QList<AccountSums>> accountSums(store::Database &db, qint64 kayitId,
                                               const QDate &before, const QString &where)
 {
     const QString limit = before.isValid() ? QStringLiteral(" AND OdemeTarihi < ?") : QString();
@@ -802,9 +802,9 @@ shell::Result<QList<AccountSums>> accountSums(store::Database &db, qint64 kayitI
 
 } // namespace
 
-shell::Result<GenelDurumSonucu> GenelDurum(store::Database &db, qint64 kayitId)
+base::Result<GenelDurumSonucu> GenelDurum(store::Database &db, qint64 kayitId)
 {
-    shell::Result<QList<AccountSums>> rows
+    base::Result<QList<AccountSums>> rows
         = accountSums(db, kayitId, QDate(), label("OgrenciGoster"));
     if (!rows) {
         return rows.error();
@@ -830,13 +830,13 @@ QDate BuAySonu(const QString &cariAy)
         const QDate today = QDate::currentDate();
         first = QDate(today.year(), today.month(), 1);
     }
-    return shell::AyEkle(first, 1);
+    return base::AyEkle(first, 1);
 }
 
-shell::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
+base::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
                                                 const QString &cariAy)
 {
-    shell::Result<QList<AccountSums>> rows = accountSums(
+    base::Result<QList<AccountSums>> rows = accountSums(
         db, kayitId, BuAySonu(cariAy), QStringLiteral("FrmOgrenci:BuAyYapilacakOdemeler"));
     if (!rows) {
         return rows.error();

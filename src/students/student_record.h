@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
+#include "base/result.h"
 
 #include <QByteArray>
 #include <QDate>
@@ -43,7 +43,7 @@ struct Kardes
 inline const QString KartNoAlani = QStringLiteral("Ogr_Veli_KrediKarti");
 inline constexpr int KartNoUzunlugu = 23;
 
-// A value of a field: QString for text, QDate for dates (invalid: none), shell::Para for
+// A value of a field: QString for text, QDate for dates (invalid: none), base::Para for
 // money, qint64 for numbers.
 struct OgrenciKaydi
 {
@@ -93,16 +93,16 @@ struct Kimlik
 
 // The student with that key, with his registry row, notes, siblings and picture; nullopt when
 // there is none.
-shell::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint64 kayitId);
+base::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint64 kayitId);
 // The key of the first student with that number.
-shell::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 numara);
+base::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 numara);
 // The key of a student with this number, surname and first name (the identity triple).
-shell::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64 numara,
+base::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64 numara,
                                                       const QString &soyadi, const QString &adi);
 // The values of a field of Ogrenci, each once, in order ("Select Distinct ... Order By").
 // Empty values are left out unless asked for. A failure carries `hataEtiketi`, or the student
 // screen's label.
-shell::Result<QStringList> FarkliDegerler(store::Database &db, const QString &alan,
+base::Result<QStringList> FarkliDegerler(store::Database &db, const QString &alan,
                                           bool bosDahil = false,
                                           const QString &hataEtiketi = QString());
 
@@ -119,18 +119,18 @@ struct KaydetSonucu
 // added again under a new key. With `borclariKapat`, for a student marked as left with a
 // leaving date, his fee accounts are deleted with their installments and payments. Donem and
 // the first user come from the working state.
-shell::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &kayit,
+base::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &kayit,
                                           bool borclariKapat);
 
 // OgrenciSil: the student found by number, first name and surname (of several, the shown key
 // first) with his registry row, accounts, installments, payments, invoices and picture. His
 // notes and siblings stay. Gives the key deleted, 0 when no student matched.
-shell::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numara,
+base::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numara,
                                  const QString &adi, const QString &soyadi);
 
 // OgrenciBilgiDegistir: the shown student's number, names and class, found by key and the old
 // values together. Gives the number of rows changed.
-shell::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, const Kimlik &eski,
+base::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, const Kimlik &eski,
                                         const Kimlik &yeni);
 
 // ---- moving through the students ---------------------------------------------------------------
@@ -141,35 +141,35 @@ enum class Yon { Ilk, Onceki, Sonraki, Son };
 // OgrenciAra: the student that comes first, before, after or last by the key, from the values
 // on the screen. Students that share the key's value follow one another by their keys, so
 // that none is skipped. nullopt when there is none.
-shell::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtari anahtar, Yon yon,
+base::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtari anahtar, Yon yon,
                                                 const Kimlik &ekran, qint64 kayitId);
 
 // ---- the totals of the fee accounts ---------------------------------------------------------
 
 struct GenelDurumSonucu
 {
-    shell::Para toplamBorc;
-    shell::Para toplamOdenen;
-    shell::Para kalan;
+    base::Para toplamBorc;
+    base::Para toplamOdenen;
+    base::Para kalan;
 };
 // Genel_Durum: what the installments of all his accounts ask and what his payments paid.
-shell::Result<GenelDurumSonucu> GenelDurum(store::Database &db, qint64 kayitId);
+base::Result<GenelDurumSonucu> GenelDurum(store::Database &db, qint64 kayitId);
 
 struct BuAySatiri
 {
     QString aidatTanim;
-    std::optional<shell::Para> tutar; // what is still due, when something is
+    std::optional<base::Para> tutar; // what is still due, when something is
 };
 struct BuAySonucu
 {
     QList<BuAySatiri> satirlar;
-    shell::Para toplam;
+    base::Para toplam;
 };
 // The first day of the month after the working month "yyyyMM" (this month when unreadable).
 QDate BuAySonu(const QString &cariAy);
 // BuAyYapilacakOdemeler: per account, what fell due before the end of the working month and is
 // not paid yet.
-shell::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
+base::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
                                                 const QString &cariAy);
 
 // ---- the photograph ----------------------------------------------------------------------------

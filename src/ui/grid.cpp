@@ -1,6 +1,6 @@
 #include "ui/grid.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
 
@@ -31,7 +31,7 @@ std::optional<QVariant> parseCell(const GridColumn &c, const QString &typed, QWi
     case ColumnKind::Number: {
         if (text.isEmpty())
             return QVariant();
-        if (const std::optional<qint64> n = shell::TamSayiCoz(text))
+        if (const std::optional<qint64> n = base::TamSayiCoz(text))
             return QVariant(*n);
         notify(QStringLiteral("Dikkat"),
                QStringLiteral("\"%1\" bir tam sayı değil. %2 sütununa yalnız rakam yazınız.").arg(typed, c.title),
@@ -40,8 +40,8 @@ std::optional<QVariant> parseCell(const GridColumn &c, const QString &typed, QWi
     }
     case ColumnKind::Money: {
         if (text.isEmpty())
-            return QVariant::fromValue(shell::Para());
-        if (const std::optional<shell::Para> p = shell::ParaCoz(text))
+            return QVariant::fromValue(base::Para());
+        if (const std::optional<base::Para> p = base::ParaCoz(text))
             return QVariant::fromValue(*p);
         notify(QStringLiteral("Dikkat"),
                QStringLiteral("\"%1\" geçerli bir tutar değil. Tutarı 1.250,50 biçiminde giriniz.").arg(typed),
@@ -53,7 +53,7 @@ std::optional<QVariant> parseCell(const GridColumn &c, const QString &typed, QWi
         digits.remove(QLatin1Char('.')).remove(QLatin1Char('_'));
         if (digits.trimmed().isEmpty())
             return QVariant(QDate());
-        if (const std::optional<QDate> d = shell::TarihOku(text))
+        if (const std::optional<QDate> d = base::TarihOku(text))
             return QVariant(*d);
         notify(QStringLiteral("Dikkat"),
                QStringLiteral("\"%1\" geçerli bir tarih değil. Lütfen tarihi gg.aa.yyyy biçiminde, "
@@ -119,7 +119,7 @@ public:
             combo->lineEdit()->selectAll();
         } else if (auto *edit = qobject_cast<QLineEdit *>(editor)) {
             edit->setText(c.kind == ColumnKind::Money && !isBlank(v)
-                              ? shell::Bicimle(v.value<shell::Para>(), QStringLiteral("#,##0.00"))
+                              ? base::Bicimle(v.value<base::Para>(), QStringLiteral("#,##0.00"))
                               : m_model->text(index.row(), index.column()));
         }
         // The whole text is selected on entry, so that typing replaces it.
@@ -195,9 +195,9 @@ QString GridModel::text(int row, int column) const
     const GridColumn &c = m_columns[column];
     switch (c.kind) {
     case ColumnKind::Money:
-        return shell::Bicimle(v.value<shell::Para>(), c.format);
+        return base::Bicimle(v.value<base::Para>(), c.format);
     case ColumnKind::Date:
-        return shell::TarihYaz(v.toDate());
+        return base::TarihYaz(v.toDate());
     case ColumnKind::Check:
         return v.toBool() ? QStringLiteral("1") : QStringLiteral("0");
     case ColumnKind::Number:
@@ -382,10 +382,10 @@ void Grid::setLocked(bool locked)
                                  | QAbstractItemView::AnyKeyPressed);
 }
 
-shell::Para Grid::para(int row, int column) const
+base::Para Grid::para(int row, int column) const
 {
     const QVariant v = value(row, column);
-    return v.canConvert<shell::Para>() ? v.value<shell::Para>() : shell::Para();
+    return v.canConvert<base::Para>() ? v.value<base::Para>() : base::Para();
 }
 
 int Grid::currentRowIndex() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/para.h"
+#include "base/para.h"
 
 #include <QAbstractTableModel>
 #include <QDate>
@@ -11,7 +11,7 @@
 // The grid that every list of the program is: columns by number, each of a kind (text, whole
 // number, money, date with its mask, check box, a list to choose from), hidden key columns,
 // locked columns, Enter moving to the next cell, a cell's whole text selected when it is entered.
-// Money cells hold shell::Para, date cells QDate, check cells bool, number cells qint64.
+// Money cells hold base::Para, date cells QDate, check cells bool, number cells qint64.
 namespace ui {
 
 enum class ColumnKind { Text, Number, Money, Date, Check, Combo };
@@ -88,7 +88,7 @@ public:
     QVariant value(int row, int column) const { return m_model->value(row, column); }
     void setValue(int row, int column, const QVariant &v) { m_model->setValue(row, column, v); }
     QString text(int row, int column) const { return m_model->text(row, column); }
-    shell::Para para(int row, int column) const;
+    base::Para para(int row, int column) const;
     QDate date(int row, int column) const { return value(row, column).toDate(); }
     bool checked(int row, int column) const { return value(row, column).toBool(); }
     qint64 number(int row, int column) const { return value(row, column).toLongLong(); }
@@ -114,4 +114,4 @@ private:
 
 } // namespace ui
 
-Q_DECLARE_METATYPE(shell::Para)
+Q_DECLARE_METATYPE(base::Para)

@@ -1,6 +1,6 @@
 #include "ui/inputs.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "ui/message.h"
 
 #include <QAbstractItemView>
@@ -37,20 +37,20 @@ QDate DateEdit::date() const
 {
     if (isBlank())
         return QDate();
-    return shell::TarihOku(text()).value_or(QDate());
+    return base::TarihOku(text()).value_or(QDate());
 }
 
 void DateEdit::setDate(const QDate &date)
 {
-    if (!date.isValid() || shell::SifirTarihMi(date))
+    if (!date.isValid() || base::SifirTarihMi(date))
         clear();
     else
-        setText(shell::TarihYaz(date));
+        setText(base::TarihYaz(date));
 }
 
 bool DateEdit::isAcceptable() const
 {
-    return isBlank() || shell::TarihOku(text()).has_value();
+    return isBlank() || base::TarihOku(text()).has_value();
 }
 
 void DateEdit::focusInEvent(QFocusEvent *event)
@@ -95,16 +95,16 @@ MoneyEdit::MoneyEdit(QWidget *parent)
     setMaxLength(22);
 }
 
-std::optional<shell::Para> MoneyEdit::value() const
+std::optional<base::Para> MoneyEdit::value() const
 {
     if (text().trimmed().isEmpty())
-        return shell::Para();
-    return shell::ParaCoz(text());
+        return base::Para();
+    return base::ParaCoz(text());
 }
 
-void MoneyEdit::setValue(shell::Para value)
+void MoneyEdit::setValue(base::Para value)
 {
-    setText(shell::Bicimle(value, m_format));
+    setText(base::Bicimle(value, m_format));
 }
 
 void MoneyEdit::focusInEvent(QFocusEvent *event)
@@ -119,8 +119,8 @@ void MoneyEdit::focusInEvent(QFocusEvent *event)
 void MoneyEdit::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
-    if (const std::optional<shell::Para> v = value(); v && !text().trimmed().isEmpty())
-        setText(shell::Bicimle(*v, m_format));
+    if (const std::optional<base::Para> v = value(); v && !text().trimmed().isEmpty())
+        setText(base::Bicimle(*v, m_format));
 }
 
 // ---- moving through a screen ---------------------------------------------------------------

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/para.h"
+#include "base/para.h"
 
 #include <QDate>
 #include <QLineEdit>
@@ -47,8 +47,8 @@ public:
     explicit MoneyEdit(QWidget *parent = nullptr);
 
     // The amount typed; nullopt when the text is not an amount. A blank box is zero.
-    std::optional<shell::Para> value() const;
-    void setValue(shell::Para value);
+    std::optional<base::Para> value() const;
+    void setValue(base::Para value);
     void setFormat(const QString &format) { m_format = format; }
     bool isAcceptable() const { return value().has_value(); }
 

@@ -64,14 +64,14 @@ Answer show(const Message &message, QWidget *parent)
     case Buttons::YesNo:
         yes = box.addButton(QStringLiteral("&Evet"), QMessageBox::YesRole);
         no = box.addButton(QStringLiteral("&Hayır"), QMessageBox::NoRole);
-        box.setDefaultButton(yes);
+        box.setDefaultButton(message.yesDefault ? yes : no);
         box.setEscapeButton(no);
         break;
     case Buttons::YesNoCancel:
         yes = box.addButton(QStringLiteral("&Evet"), QMessageBox::YesRole);
         no = box.addButton(QStringLiteral("&Hayır"), QMessageBox::NoRole);
         cancel = box.addButton(QStringLiteral("İ&ptal"), QMessageBox::RejectRole);
-        box.setDefaultButton(yes);
+        box.setDefaultButton(message.yesDefault ? yes : no);
         box.setEscapeButton(cancel);
         break;
     }
@@ -91,6 +91,19 @@ Answer show(const Message &message, QWidget *parent)
 void notify(const QString &title, const QString &text, Icon icon, QWidget *parent)
 {
     show(Message{title, text, icon, Buttons::Ok}, parent);
+}
+
+void notify(const base::Bildiri &notice, QWidget *parent)
+{
+    notify(notice.baslik, notice.metin, notice.icon, parent);
+}
+
+bool ask(const base::Soru &question, QWidget *parent)
+{
+    const Message m{question.baslik, question.metin, question.icon,
+                    question.iptalVar ? Buttons::YesNoCancel : Buttons::YesNo,
+                    question.evetVarsayilan};
+    return show(m, parent) == Answer::Yes;
 }
 
 bool askYesNo(const QString &title, const QString &text, QWidget *parent, Icon icon)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/notice.h"
+
 #include <QString>
 
 #include <functional>
@@ -11,7 +13,7 @@ class QWidget;
 // reads the message and gives the answer.
 namespace ui {
 
-enum class Icon { None, Information, Warning, Critical, Question };
+using Icon = base::Icon;
 enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class Answer { Ok, Cancel, Yes, No };
 
@@ -21,6 +23,9 @@ struct Message
     QString text;
     Icon icon = Icon::Information;
     Buttons buttons = Buttons::Ok;
+    // With Yes and No: whether Enter answers Yes. Questions that delete, overwrite or
+    // duplicate answer No to Enter.
+    bool yesDefault = true;
 };
 
 // With a hook set, no box is shown: the hook reads the message and answers it.
@@ -31,6 +36,10 @@ Answer show(const Message &message, QWidget *parent = nullptr);
 // A notice with one button.
 void notify(const QString &title, const QString &text, Icon icon = Icon::Information,
             QWidget *parent = nullptr);
+// A rule's notice, as it stands.
+void notify(const base::Bildiri &notice, QWidget *parent = nullptr);
+// A rule's question: true for Yes (Cancel counts as No).
+bool ask(const base::Soru &question, QWidget *parent = nullptr);
 // A question: true for Yes.
 bool askYesNo(const QString &title, const QString &text, QWidget *parent = nullptr,
               Icon icon = Icon::Question);

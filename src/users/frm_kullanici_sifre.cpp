@@ -1,6 +1,6 @@
 #include "users/frm_kullanici_sifre.h"
 
-#include "shell/failure.h"
+#include "ui/failure.h"
 #include "store/database.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
@@ -144,9 +144,9 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
 
 void Kullanici_Sifre::KullaniciYukle()
 {
-    shell::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
+    base::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
     if (!users) {
-        shell::HataBildir(users.error());
+        ui::HataBildir(users.error());
         return;
     }
     m_users = *users;
@@ -209,9 +209,9 @@ void Kullanici_Sifre::userChosen(int row)
     if (kept != m_rights.constEnd()) {
         rows = *kept;
     } else {
-        shell::Result<QList<HakSatiri>> read = HaklariOku(m_db, m_users[row].kod);
+        base::Result<QList<HakSatiri>> read = HaklariOku(m_db, m_users[row].kod);
         if (!read) {
-            shell::HataBildir(read.error());
+            ui::HataBildir(read.error());
             return;
         }
         rows = *read;
@@ -267,7 +267,7 @@ void Kullanici_Sifre::Command1_Click()
     const int row = m_vaSpread1->currentRowIndex();
     if (row < 0 || row >= m_users.size())
         return;
-    if (!YazmaYetkisiVar())
+    if (!ui::YazmaYetkisiVar())
         return;
     const KullaniciSatiri u = m_users[row];
     if (!ui::askYesNo(QStringLiteral("Uyarı"),
@@ -275,8 +275,8 @@ void Kullanici_Sifre::Command1_Click()
         return;
     }
     if (!u.kod.isEmpty()) {
-        if (shell::Status s = KullaniciSil(m_db, u.kod); !s) {
-            shell::HataBildir(s.error());
+        if (base::Status s = KullaniciSil(m_db, u.kod); !s) {
+            ui::HataBildir(s.error());
             return;
         }
     }
@@ -339,7 +339,7 @@ void Kullanici_Sifre::Cmd_Ok_Click()
 
 bool Kullanici_Sifre::Kaydet()
 {
-    if (!YazmaYetkisiVar())
+    if (!ui::YazmaYetkisiVar())
         return false;
     keepRights();
     for (int row = 0; row < m_users.size(); ++row) {
@@ -350,8 +350,8 @@ bool Kullanici_Sifre::Kaydet()
             return false;
         }
     }
-    if (shell::Status s = KullanicilariKaydet(m_db, m_users, m_rights); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = KullanicilariKaydet(m_db, m_users, m_rights); !s) {
+        ui::HataBildir(s.error());
         return false;
     }
     const QString chosen = m_vaSpread1->currentRowIndex() >= 0 ? m_users[m_vaSpread1->currentRowIndex()].ad : QString();
@@ -365,7 +365,7 @@ bool Kullanici_Sifre::Kaydet()
 
 void Kullanici_Sifre::KilitleriKaldir()
 {
-    if (!YazmaYetkisiVar())
+    if (!ui::YazmaYetkisiVar())
         return;
     if (!ui::askYesNo(QStringLiteral("Uyarı"),
                       QStringLiteral("Öğrenciler üzerindeki bütün işlem işaretleri kaldırılacak. Başka "
@@ -373,8 +373,8 @@ void Kullanici_Sifre::KilitleriKaldir()
                       this)) {
         return;
     }
-    if (shell::Status s = OgrenciKilitBirak(m_db, true); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = OgrenciKilitBirak(m_db, true); !s) {
+        ui::HataBildir(s.error());
         return;
     }
     ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Öğrenciler üzerindeki işlem işaretleri kaldırıldı."),
@@ -436,9 +436,9 @@ FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Data
 
 void FrmProgramaGirisSifresiDegistirme::KullaniciAdiYukle()
 {
-    shell::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
+    base::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
     if (!users) {
-        shell::HataBildir(users.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:KullaniciAdiYukle")));
+        ui::HataBildir(users.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:KullaniciAdiYukle")));
         return;
     }
     m_list->clear();
@@ -461,15 +461,15 @@ void FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click()
     const QString ad = m_ad->text();
     if (ad.trimmed().isEmpty())
         return;
-    if (!YazmaYetkisiVar())
+    if (!ui::YazmaYetkisiVar())
         return;
     if (m_sifre->text() != m_sifre2->text()) {
         ui::notify(QStringLiteral("Uyarı"), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."),
                    ui::Icon::Warning, this);
         return;
     }
-    if (shell::Status s = KullaniciKaydet(m_db, ad, m_sifre->text()); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = KullaniciKaydet(m_db, ad, m_sifre->text()); !s) {
+        ui::HataBildir(s.error());
         return;
     }
     m_sifre->clear();
@@ -480,15 +480,15 @@ void FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click()
 void FrmProgramaGirisSifresiDegistirme::CmdSil_Click()
 {
     const QString ad = m_ad->text();
-    if (ad.trimmed().isEmpty() || !YazmaYetkisiVar())
+    if (ad.trimmed().isEmpty() || !ui::YazmaYetkisiVar())
         return;
     QString kod = Sifrele(ad).value_or(QString());
     for (int i = 0; i < m_list->count(); ++i) {
         if (m_list->item(i)->text() == ad)
             kod = m_list->item(i)->data(Qt::UserRole).toString();
     }
-    if (shell::Status s = KullaniciSil(m_db, kod); !s) {
-        shell::HataBildir(s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
+    if (base::Status s = KullaniciSil(m_db, kod); !s) {
+        ui::HataBildir(s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
         return;
     }
     m_ad->clear();

@@ -1,6 +1,6 @@
 #include "users/frm_sifre.h"
 
-#include "shell/failure.h"
+#include "ui/failure.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
 #include "users/login.h"
@@ -133,9 +133,9 @@ void FrmSifre::CmdOk_Click()
             return;
         }
     }
-    const shell::Result<GirisSonucu> sonuc = SifreKontrol(m_db, ad, m_sifre->text());
+    const base::Result<GirisSonucu> sonuc = SifreKontrol(m_db, ad, m_sifre->text());
     if (!sonuc) {
-        shell::HataBildir(sonuc.error());
+        ui::HataBildir(sonuc.error());
         return;
     }
     switch (*sonuc) {
@@ -235,8 +235,8 @@ void FrmIlkKullanici::kaydet()
         m_sifre2->setFocus();
         return;
     }
-    if (shell::Status s = KullaniciKaydet(m_db, ad, m_sifre1->text()); !s) {
-        shell::HataBildir(s.error());
+    if (base::Status s = KullaniciKaydet(m_db, ad, m_sifre1->text()); !s) {
+        ui::HataBildir(s.error());
         return;
     }
     accept();

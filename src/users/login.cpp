@@ -1,6 +1,7 @@
 #include "users/login.h"
 
-#include "shell/settings.h"
+#include "store/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "users/passwords.h"
 
@@ -18,7 +19,7 @@ struct StoredUser
     QString password;
 };
 
-shell::Result<std::optional<StoredUser>> findUser(store::Database &db, const QString &ad)
+base::Result<std::optional<StoredUser>> findUser(store::Database &db, const QString &ad)
 {
     // Names scrambled on either provider of the old program are found.
     const QString enhanced = Sifrele(ad, Provider::Enhanced).value_or(QString());
@@ -37,7 +38,7 @@ shell::Result<std::optional<StoredUser>> findUser(store::Database &db, const QSt
 bool oldFormMatches(const QString &stored, const QString &sifre)
 {
     for (Provider p : {Provider::Enhanced, Provider::Base}) {
-        const shell::Result<QString> scrambled = Sifrele(sifre, p);
+        const base::Result<QString> scrambled = Sifrele(sifre, p);
         if (scrambled && scrambled->compare(stored.trimmed(), Qt::CaseInsensitive) == 0)
             return true;
     }
@@ -51,14 +52,14 @@ QString throttleKey(const QString &ad)
 
 } // namespace
 
-shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
+base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
                                         const QString &sifre)
 {
-    shell::durum().AktifKullanici = ad;
-    shell::durum().AktifKullaniciKodu.clear();
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
+    durum().AktifKullanici = ad;
+    durum().AktifKullaniciKodu.clear();
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
         return open.error();
-    shell::Result<std::optional<StoredUser>> user = findUser(db, ad);
+    base::Result<std::optional<StoredUser>> user = findUser(db, ad);
     if (!user)
         return user.error();
     if (!user->has_value())
@@ -77,13 +78,13 @@ shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
         if (!rewrite.exec())
             return rewrite.error(s_label);
     }
-    shell::durum().AktifKullaniciKodu = u.username;
+    durum().AktifKullaniciKodu = u.username;
     return GirisSonucu::Kabul;
 }
 
-shell::Result<bool> KullaniciVarMi(store::Database &db)
+base::Result<bool> KullaniciVarMi(store::Database &db)
 {
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
         return open.error();
     store::Query q(db, QStringLiteral("SELECT count(*) FROM Sifre"));
     if (!q.exec() || !q.next())
@@ -91,16 +92,16 @@ shell::Result<bool> KullaniciVarMi(store::Database &db)
     return q.integer(0) > 0;
 }
 
-shell::Status KullaniciKaydet(store::Database &db, const QString &ad, const QString &sifre)
+base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QString &sifre)
 {
     const QString label = QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdKaydet_Click");
-    const shell::Result<QString> kod = Sifrele(ad);
+    const base::Result<QString> kod = Sifrele(ad);
     if (!kod || kod->isEmpty())
-        return shell::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+        return base::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     // A user the old program scrambled on either provider keeps his row.
-    shell::Result<std::optional<StoredUser>> existing = findUser(db, ad);
+    base::Result<std::optional<StoredUser>> existing = findUser(db, ad);
     if (!existing)
         return existing.error().withLabel(label);
     store::Transaction tx(db);
@@ -124,7 +125,7 @@ shell::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStr
 
 int GirisBeklemesi(store::Database &db, const QString &ad)
 {
-    const QStringList parts = shell::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
+    const QStringList parts = store::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
                                              QStringLiteral("Hatalar"), throttleKey(ad))
                                   .split(QLatin1Char('|'));
     if (parts.size() != 2)
@@ -141,15 +142,15 @@ void GirisSonucuKaydet(store::Database &db, const QString &ad, bool basarili)
 {
     const QString key = throttleKey(ad);
     if (basarili) {
-        shell::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"),
+        store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"),
                        key, QStringLiteral(""));
         return;
     }
-    const QStringList parts = shell::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
+    const QStringList parts = store::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
                                              QStringLiteral("Hatalar"), key)
                                   .split(QLatin1Char('|'));
     const int failures = (parts.size() == 2 ? parts[0].toInt() : 0) + 1;
-    shell::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"), key,
+    store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"), key,
                    QStringLiteral("%1|%2").arg(failures).arg(QDateTime::currentSecsSinceEpoch()));
 }
 

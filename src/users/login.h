@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -20,13 +20,13 @@ enum class GirisSonucu {
 // even after a failed try. The name is looked up in its scrambled form; the password is checked
 // against its Argon2id hash, or, once, against the scrambled form the old program stored, which
 // is then replaced by a hash.
-shell::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
+base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
                                         const QString &sifre);
 
 // True when table Sifre holds at least one user.
-shell::Result<bool> KullaniciVarMi(store::Database &db);
+base::Result<bool> KullaniciVarMi(store::Database &db);
 // Adds a user, or gives an existing one a new password; the password is kept as a hash.
-shell::Status KullaniciKaydet(store::Database &db, const QString &ad, const QString &sifre);
+base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QString &sifre);
 
 // Failed logins slow the next tries down: after the third failure of a name, each try waits
 // twice as long as the one before (2, 4, 8 ... up to 60 seconds). Counted in the global store,

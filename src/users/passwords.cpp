@@ -187,7 +187,7 @@ QByteArray TuretilmisAnahtar(Provider provider)
     return ozet.left(TamAnahtarBoyu);
 }
 
-shell::Result<QString> Sifrele(const QString &metin, Provider provider)
+base::Result<QString> Sifrele(const QString &metin, Provider provider)
 {
     if (yalnizBosluk(metin)) {
         return QString();
@@ -196,11 +196,11 @@ shell::Result<QString> Sifrele(const QString &metin, Provider provider)
     return QString::fromLatin1(sifreli.toHex().toUpper());
 }
 
-shell::Result<QString> SifreCoz(const QString &hex, Provider provider)
+base::Result<QString> SifreCoz(const QString &hex, Provider provider)
 {
     const std::optional<QByteArray> sifreli = hexCoz(hex);
     if (!sifreli) {
-        shell::Error hata;
+        base::Error hata;
         hata.number = BozukVeriHataNo;
         hata.text = BozukVeriHatasi;
         return hata;

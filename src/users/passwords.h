@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -38,11 +38,11 @@ QByteArray TuretilmisAnahtar(Provider provider = Provider::Enhanced);
 // Windows-1254 bytes, RC4-encrypted with the derived key, as upper-case hexadecimal. The trim
 // is the old program's: it removes spaces only, so a text of tabs is scrambled.
 // Sifrele("admin") is "B65E830A6F" (Enhanced) and "8F63694E20" (Base).
-shell::Result<QString> Sifrele(const QString &metin, Provider provider = Provider::Enhanced);
+base::Result<QString> Sifrele(const QString &metin, Provider provider = Provider::Enhanced);
 // SifreCoz: the inverse; reads upper- or lower-case hex. Odd length or any character that is
 // not a hex digit (a sign, a prefix, a space) gives the error BozukVeriHatasi with the number
 // 1001 and no label (the caller adds its own). "" gives "".
-shell::Result<QString> SifreCoz(const QString &hex, Provider provider = Provider::Enhanced);
+base::Result<QString> SifreCoz(const QString &hex, Provider provider = Provider::Enhanced);
 
 // Argon2id through libsodium (crypto_pwhash_str, interactive limits), the password as UTF-8.
 // SifreOzeti gives "" when libsodium cannot start or runs out of memory; such a value never

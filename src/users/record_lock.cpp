@@ -1,9 +1,7 @@
 #include "users/record_lock.h"
 
-#include "shell/failure.h"
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
-#include "ui/message.h"
 
 namespace users {
 
@@ -11,21 +9,19 @@ namespace {
 
 bool s_ok = true;
 
-// The student's holder, "" when free; nullopt when the row could not be read.
-std::optional<QString> holder(store::Database &db, qint64 kayitId, const QString &label)
+// The student's holder, "" when free.
+base::Result<QString> holder(store::Database &db, qint64 kayitId, const QString &label)
 {
     store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
     q.bind(kayitId);
-    if (!q.exec()) {
-        shell::HataBildir(q.error(label));
-        return std::nullopt;
-    }
+    if (!q.exec())
+        return q.error(label);
     return q.next() ? q.text(0) : QString();
 }
 
-void tell(const QString &kullanici)
+base::Error held(const QString &kullanici)
 {
-    ui::notify(QStringLiteral("UYARI"), KilitMesaji(kullanici), ui::Icon::Critical);
+    return base::Error::refusal(QStringLiteral("UYARI"), KilitMesaji(kullanici), base::Icon::Critical);
 }
 
 } // namespace
@@ -40,39 +36,39 @@ bool OgrenciKilitOK()
     return s_ok;
 }
 
-bool OgrenciKilitKontrol(store::Database &db, qint64 kayitId)
+base::Status OgrenciKilitKontrol(store::Database &db, qint64 kayitId)
 {
     s_ok = true;
-    const std::optional<QString> h = holder(db, kayitId, QStringLiteral("Modul:OgrenciKilitKontrol"));
+    const base::Result<QString> h = holder(db, kayitId, QStringLiteral("Modul:OgrenciKilitKontrol"));
     if (!h)
-        return s_ok;
-    if (!h->isEmpty() && *h != shell::durum().AktifKullanici.left(20)) {
+        return h.error();
+    if (!h->isEmpty() && *h != durum().AktifKullanici.left(20)) {
         s_ok = false;
-        tell(*h);
+        return held(*h);
     }
-    return s_ok;
+    return {};
 }
 
-shell::Status OgrenciKilitBirak(store::Database &db, bool tumu)
+base::Status OgrenciKilitBirak(store::Database &db, bool tumu)
 {
     s_ok = true;
     const QString label = QStringLiteral("Modul:OgrenciKilitBirak");
     // The marks are the program's own bookkeeping, whatever the user may change.
     const store::WriteGuardExemption own;
-    if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
         return open.error();
     store::Query q(db, tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
                                              "Ogr_Islem_Yapan_Kullanici <> ''")
                             : QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
                                              "Ogr_Islem_Yapan_Kullanici = ?"));
     if (!tumu)
-        q.bind(shell::durum().AktifKullanici.left(20));
+        q.bind(durum().AktifKullanici.left(20));
     if (!q.exec())
         return q.error(label);
     return {};
 }
 
-shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici)
+base::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici)
 {
     const QString label = QStringLiteral("Modul:OgrenciKilitle");
     const store::WriteGuardExemption own;
@@ -122,23 +118,22 @@ shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QStri
         if (!holder.isEmpty() && holder != me)
             return holder;
     }
-    return shell::Error{3260,
+    return base::Error{3260,
                         QStringLiteral("Öğrenci işaretlenemedi; lütfen yeniden deneyiniz."),
                         label};
 }
 
-bool OgrenciKilitle(store::Database &db, qint64 kayitId)
+base::Status OgrenciKilitle(store::Database &db, qint64 kayitId)
 {
-    const shell::Result<QString> holder = KilidiAl(db, kayitId, shell::durum().AktifKullanici);
+    const base::Result<QString> holder = KilidiAl(db, kayitId, durum().AktifKullanici);
     if (!holder) {
         s_ok = false;
-        shell::HataBildir(holder.error());
-        return false;
+        return holder.error();
     }
     s_ok = holder->isEmpty();
     if (!s_ok)
-        tell(*holder);
-    return s_ok;
+        return held(*holder);
+    return {};
 }
 
 } // namespace users

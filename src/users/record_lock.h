@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -18,18 +18,19 @@ namespace users {
 // The last lock result.
 bool OgrenciKilitOK();
 
-// True when the student is free or marked by this user; otherwise tells who holds him.
-bool OgrenciKilitKontrol(store::Database &db, qint64 kayitId);
+// Goes through when the student is free or marked by this user; otherwise a refusal that says
+// who holds him.
+base::Status OgrenciKilitKontrol(store::Database &db, qint64 kayitId);
 // Clears this user's marks, or, with `tumu`, every mark (one left by a program that was killed).
-shell::Status OgrenciKilitBirak(store::Database &db, bool tumu);
+base::Status OgrenciKilitBirak(store::Database &db, bool tumu);
 // Clears this user's other marks and takes this student, unless another user holds him; then
-// tells who does and gives false.
-bool OgrenciKilitle(store::Database &db, qint64 kayitId);
+// a refusal says who does.
+base::Status OgrenciKilitle(store::Database &db, qint64 kayitId);
 
-// The test-and-set itself, for a named user and without a word to the screen: "" when the user
+// The test-and-set itself, for a named user: "" when the user
 // now holds the student (or there is no such student), else the name of the one who does. The
 // mark keeps the first twenty characters of a name, and names are compared by them.
-shell::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici);
+base::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QString &kullanici);
 
 // The message that names the holder.
 QString KilitMesaji(const QString &kullanici);

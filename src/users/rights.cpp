@@ -1,17 +1,15 @@
 #include "users/rights.h"
 
-#include "shell/failure.h"
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
-#include "ui/message.h"
 #include "users/passwords.h"
 
 namespace users {
 
-shell::Result<Hak> HakOku(store::Database &db, const QString &tool)
+base::Result<Hak> HakOku(store::Database &db, const QString &tool)
 {
     const QString label = QStringLiteral("Modul:HakKontrol");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     store::Query count(db,
                        QStringLiteral("SELECT COUNT(Kullanici_Program) AS SAYI FROM Haklar WHERE "
@@ -20,7 +18,7 @@ shell::Result<Hak> HakOku(store::Database &db, const QString &tool)
         return count.error(label);
     if (count.integer(0) == 0)
         return Hak{true, true};
-    const shell::CalismaDurumu &d = shell::durum();
+    const CalismaDurumu &d = durum();
     const QString kod = d.AktifKullaniciKodu.isEmpty() ? Sifrele(d.AktifKullanici).value_or(QString())
                                                        : d.AktifKullaniciKodu;
     store::Query row(db,
@@ -34,28 +32,22 @@ shell::Result<Hak> HakOku(store::Database &db, const QString &tool)
     return Hak{row.integer(0) != 0, row.integer(1) != 0};
 }
 
-bool HakKontrol(store::Database &db, const QString &tool)
+base::Result<bool> HakKontrol(store::Database &db, const QString &tool)
 {
-    shell::CalismaDurumu &d = shell::durum();
-    const shell::Result<Hak> hak = HakOku(db, tool);
-    if (!hak)
-        shell::HataBildir(hak.error());
+    CalismaDurumu &d = durum();
+    const base::Result<Hak> hak = HakOku(db, tool);
     d.HakOkuma = hak && hak->okuma;
     d.HakYazma = hak && hak->yazma;
+    if (!hak)
+        return hak.error();
     return d.HakOkuma;
 }
 
-bool HakKontrol(const QString &tool)
+base::Status YazmaYetkisiVar()
 {
-    return HakKontrol(store::defaultDatabase(), tool);
-}
-
-bool YazmaYetkisiVar()
-{
-    if (shell::durum().HakYazma)
-        return true;
-    ui::notify(QStringLiteral("Uyarı !"), YazmaYetkisiYokMesaji, ui::Icon::Warning);
-    return false;
+    if (durum().HakYazma)
+        return {};
+    return base::Error::refusal(QStringLiteral("Uyarı !"), YazmaYetkisiYokMesaji);
 }
 
 } // namespace users

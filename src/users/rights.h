@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -17,17 +17,17 @@ struct Hak
     bool okuma = false;
     bool yazma = false;
 };
-shell::Result<Hak> HakOku(store::Database &db, const QString &tool);
+base::Result<Hak> HakOku(store::Database &db, const QString &tool);
 
 // The rights test of a command: sets HakOkuma and HakYazma of the working state and gives
 // HakOkuma. With no right defined at all (an empty table, or rows whose tool names are all
 // blank) everyone may do everything; otherwise a command without a row for the user is closed.
-bool HakKontrol(store::Database &db, const QString &tool);
-bool HakKontrol(const QString &tool);
+// When the rights cannot be read, both marks are cleared and the failure comes back.
+base::Result<bool> HakKontrol(store::Database &db, const QString &tool);
 
-// The write test at the head of every save and delete: false, after telling the user, when the
-// last rights test gave no write right.
-bool YazmaYetkisiVar();
+// The write test at the head of every save and delete: a refusal with its notice ("Uyarı !")
+// when the last rights test gave no write right.
+base::Status YazmaYetkisiVar();
 
 inline const QString YetkiYokMesaji
     = QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.");

@@ -1,7 +1,7 @@
 #include "users/secrets.h"
 
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "store/settings.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 #include "users/rights.h"
 
@@ -30,7 +30,7 @@ QByteArray officeKey(store::Database &db, bool mayMake)
     const QString file = QStringLiteral("VORTEL");
     const QString section = QStringLiteral("GİZLİ");
     const QString key = QStringLiteral("KART ANAHTARI");
-    QString hex = shell::INIAyar(db, QStringLiteral("GET"), file, section, key);
+    QString hex = store::INIAyar(db, QStringLiteral("GET"), file, section, key);
     if (hex.isEmpty()) {
         if (!mayMake || db.transactionDepth() > 0)
             return QByteArray();
@@ -40,10 +40,10 @@ QByteArray officeKey(store::Database &db, bool mayMake)
         const store::WriteGuardExemption own;
         store::Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
                                                "VALUES (?, ?, ?, ?)"));
-        insert.bind(file.toUpper()).bind(shell::BuyukHarf(section)).bind(shell::BuyukHarf(key))
+        insert.bind(file.toUpper()).bind(base::BuyukHarf(section)).bind(base::BuyukHarf(key))
             .bind(QString::fromLatin1(fresh.toHex()));
         (void) insert.exec();
-        hex = shell::INIAyar(db, QStringLiteral("GET"), file, section, key);
+        hex = store::INIAyar(db, QStringLiteral("GET"), file, section, key);
     }
     const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
     if (bytes.size() != int(crypto_secretbox_KEYBYTES))
@@ -59,13 +59,13 @@ bool GizliMi(const QString &kayitli)
     return kayitli.startsWith(s_prefix);
 }
 
-shell::Result<QString> GizliYaz(store::Database &db, const QString &acik)
+base::Result<QString> GizliYaz(store::Database &db, const QString &acik)
 {
     if (acik.isEmpty())
         return QString();
     const QByteArray k = officeKey(db, true);
     if (k.isEmpty()) {
-        return shell::Error{3146,
+        return base::Error{3146,
                             QStringLiteral("Kart numaralarının şifreleme anahtarı hazırlanamadı; kart "
                                            "numarası kaydedilmedi."),
                             QStringLiteral("Modul:GizliYaz")};
@@ -116,7 +116,7 @@ QString KartNoMaskele(const QString &kartNo)
 
 bool KartNoGorebilir(store::Database &db)
 {
-    const shell::Result<Hak> hak = HakOku(db, KartNoGormeAraci);
+    const base::Result<Hak> hak = HakOku(db, KartNoGormeAraci);
     return hak && hak->okuma;
 }
 

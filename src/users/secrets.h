@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -16,7 +16,7 @@ namespace users {
 // key is made the first time it is needed, in a write of its own: so call this before the
 // transaction of the save that stores the result. An error when the key cannot be had, so that
 // a save never blanks what it should keep.
-shell::Result<QString> GizliYaz(store::Database &db, const QString &acik);
+base::Result<QString> GizliYaz(store::Database &db, const QString &acik);
 // The clear text; a value written before encryption (no "v1:") comes back as it is. A value
 // that does not open (another office's key, a damaged row) gives "".
 QString GizliOku(store::Database &db, const QString &kayitli);

@@ -1,7 +1,7 @@
 #include "users/user_admin.h"
 
-#include "shell/command_table.h"
-#include "shell/turkish_text.h"
+#include "users/command_table.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 #include "users/passwords.h"
 #include "users/secrets.h"
@@ -31,9 +31,9 @@ QString readName(const QString &kod)
 
 } // namespace
 
-shell::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
+base::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
 {
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
         return open.error();
     store::Query q(db, QStringLiteral("SELECT Username, Password FROM Sifre"));
     if (!q.exec())
@@ -53,7 +53,7 @@ shell::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
     return rows;
 }
 
-shell::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &kod)
+base::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &kod)
 {
     const QString label = QStringLiteral("Kullanici_Sifre:HakYukle");
     QHash<QString, QPair<bool, bool>> marks;
@@ -67,7 +67,7 @@ shell::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &k
             marks.insert(q.text(0), qMakePair(q.integer(1) != 0, q.integer(2) != 0));
     }
     QList<HakSatiri> rows;
-    for (const shell::Komut &k : shell::KomutTablosu()) {
+    for (const Komut &k : KomutTablosu()) {
         if (k.tool == QLatin1String("popCikis") || k.tool == QLatin1String("btnCikis"))
             continue;
         const QPair<bool, bool> m = marks.value(k.tool);
@@ -115,11 +115,11 @@ QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir)
     return QString();
 }
 
-shell::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
+base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
                                   const QHash<QString, QList<HakSatiri>> &haklar)
 {
     const QString label = QStringLiteral("Kullanici_Sifre:Kaydet");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
     store::Transaction tx(db);
     if (!tx)
@@ -179,7 +179,7 @@ shell::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSati
     return {};
 }
 
-shell::Status KullaniciSil(store::Database &db, const QString &kod)
+base::Status KullaniciSil(store::Database &db, const QString &kod)
 {
     const QString label = QStringLiteral("Kullanici_Sifre:Command1_Click");
     store::Transaction tx(db);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QHash>
 #include <QList>
@@ -33,9 +33,9 @@ struct HakSatiri
 };
 
 // Every user who can log in, the service user included, in name order.
-shell::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db);
+base::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db);
 // Every command of the command table with the user's marks (none for a command without a row).
-shell::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &kod);
+base::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &kod);
 // True when `sifre` is the user's stored password (an empty one matches a user without one).
 bool SifreDogru(store::Database &db, const QString &kod, const QString &sifre);
 
@@ -44,9 +44,9 @@ QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir);
 
 // Writes the users and, for each user whose rights were loaded, his rights: the user's rows of
 // Haklar are replaced by one row per command. All in one transaction.
-shell::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
+base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
                                   const QHash<QString, QList<HakSatiri>> &haklar);
 // Removes a user and his rights.
-shell::Status KullaniciSil(store::Database &db, const QString &kod);
+base::Status KullaniciSil(store::Database &db, const QString &kod);
 
 } // namespace users

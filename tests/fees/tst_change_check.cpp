@@ -1,12 +1,12 @@
 #include "fees_support.h"
 
 #include "fees/change_check.h"
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 
 #include <QTest>
 
-using shell::Para;
+using base::Para;
 
 namespace {
 
@@ -47,7 +47,7 @@ class tst_ChangeCheck : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { shell::durum() = shell::CalismaDurumu(); }
+    void init() { users::durum() = users::CalismaDurumu(); }
     void decides_data();
     void decides();
     void aReadOnlyUserLeavesThePlaceholderAlone();
@@ -129,15 +129,14 @@ void tst_ChangeCheck::decides()
     }
     // Another student's spent placeholder is never touched.
     addAccount(db, 6, Hesap{aidat, QStringLiteral("Aidat Tanımı"), "900", "-1"});
-    testing::MessageRecorder messages;
 
-    const shell::Result<bool> r = fees::AidatDegisiklikKontrol(db, aidat, ogrenci);
-    QVERIFY2(r.ok(), qPrintable(r.error().text));
-    QCOMPARE(*r, izin);
-    QCOMPARE(messages.texts(), mesaj.isEmpty() ? QStringList() : QStringList{mesaj});
+    const base::Status r = fees::AidatDegisiklikKontrol(db, aidat, ogrenci);
+    QVERIFY2(r.ok() || r.error().isRefusal(), qPrintable(r.error().text));
+    QCOMPARE(r.ok(), izin);
+    QCOMPARE(r.ok() ? QString() : r.error().red->metin, mesaj);
     if (!mesaj.isEmpty()) {
-        QCOMPARE(messages.titles().value(0), ogrenci < 1 ? QStringLiteral("Öğrenci Hata")
-                                                         : QStringLiteral("Aidat Değişikliği"));
+        QCOMPARE(r.error().red->baslik, ogrenci < 1 ? QStringLiteral("Öğrenci Hata")
+                                                    : QStringLiteral("Aidat Değişikliği"));
     }
     store::Query q(db, QStringLiteral("SELECT OgrKayitID, Borc FROM OgrenciAidatTanim "
                                       "ORDER BY KayitID"));
@@ -160,12 +159,10 @@ void tst_ChangeCheck::aReadOnlyUserLeavesThePlaceholderAlone()
     QVERIFY(testing::openFeeYear(s));
     setSchool(db, QStringLiteral("1"));
     addAccount(db, 5, Hesap{0, QStringLiteral("Aidat Tanımı"), "750", "0"});
-    shell::durum().HakYazma = false;
-    testing::MessageRecorder messages;
-    const shell::Result<bool> r = fees::AidatDegisiklikKontrol(db, 0, 5);
-    QVERIFY(r.ok() && !*r);
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz.")});
+    users::durum().HakYazma = false;
+    const base::Status r = fees::AidatDegisiklikKontrol(db, 0, 5);
+    QVERIFY(!r.ok() && r.error().isRefusal());
+    QCOMPARE(r.error().red->metin, QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
 }
 
 QTEST_GUILESS_MAIN(tst_ChangeCheck)

@@ -2,8 +2,8 @@
 
 #include "fees/definitions.h"
 #include "fees/discounts.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 
 #include <QTest>
@@ -11,7 +11,7 @@
 using fees::AidatTanimi;
 using fees::IskontoTanimi;
 using fees::TaksitSatiri;
-using shell::Para;
+using base::Para;
 
 using testing::run;
 using testing::scalar;
@@ -41,7 +41,7 @@ AidatTanimi ogrenimUcreti()
     t.taksitSayisi = 10;
     t.odemeBasTarihi = QDate(2025, 8, 31);
     for (int i = 0; i < 10; ++i) {
-        t.taksitler.append(TaksitSatiri{shell::AyEkle(t.odemeBasTarihi, i), para("10000")});
+        t.taksitler.append(TaksitSatiri{base::AyEkle(t.odemeBasTarihi, i), para("10000")});
     }
     return t;
 }
@@ -62,7 +62,7 @@ class tst_FeeDefinitions : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { shell::durum() = shell::CalismaDurumu(); }
+    void init() { users::durum() = users::CalismaDurumu(); }
     void aDefinitionComesBackAsSaved_data() { testing::addEngineRows(); }
     void aDefinitionComesBackAsSaved();
     void aFailedSaveWritesNothing_data() { testing::addEngineRows(); }
@@ -83,12 +83,11 @@ void tst_FeeDefinitions::aDefinitionComesBackAsSaved()
     QVERIFY(testing::openFeeYear(s));
     AidatTanimi t = ogrenimUcreti();
     t.taksitler[3].odemeTarihi = QDate(); // a cell that holds no date
-    shell::Result<fees::KayitSonucu> saved = fees::AidatTaksitDetayKaydet(db, t);
+    base::Result<fees::KayitSonucu> saved = fees::AidatTaksitDetayKaydet(db, t);
     QVERIFY2(saved.ok(), qPrintable(saved.error().text));
-    QVERIFY(saved->yazildi);
     QVERIFY(saved->kayitId > 0);
 
-    shell::Result<std::optional<AidatTanimi>> read
+    base::Result<std::optional<AidatTanimi>> read
         = fees::AidatTaksitDetayGoster(db, saved->kayitId);
     QVERIFY(read.ok());
     QVERIFY(read->has_value());
@@ -108,7 +107,7 @@ void tst_FeeDefinitions::aDefinitionComesBackAsSaved()
         db, QStringLiteral("SELECT OdemeTarihi FROM AidatDetay WHERE KayitID = ? AND Sira = 4"));
     zero.bind(saved->kayitId);
     QVERIFY(zero.exec() && zero.next());
-    QVERIFY(shell::SifirTarihMi(zero.dateTime(0)));
+    QVERIFY(base::SifirTarihMi(zero.dateTime(0)));
     QCOMPARE(count(db, QStringLiteral("SELECT MIN(Sira) FROM AidatDetay")), 1);
     QCOMPARE(count(db, QStringLiteral("SELECT MAX(Sira) FROM AidatDetay")), 10);
 
@@ -122,7 +121,7 @@ void tst_FeeDefinitions::aDefinitionComesBackAsSaved()
     QCOMPARE(saved->kayitId, r.kayitId);
     QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 1);
     QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatDetay")), 2);
-    shell::Result<QList<fees::AidatListeSatiri>> list = fees::AidatTaksitGoster(db);
+    base::Result<QList<fees::AidatListeSatiri>> list = fees::AidatTaksitGoster(db);
     QVERIFY(list.ok());
     QCOMPARE(list->size(), 1);
     QCOMPARE(list->first().aidatTanim, QStringLiteral("Öğrenim Ücreti"));
@@ -134,7 +133,7 @@ void tst_FeeDefinitions::aFailedSaveWritesNothing()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
-    shell::Result<fees::KayitSonucu> first = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti());
+    base::Result<fees::KayitSonucu> first = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti());
     QVERIFY(first.ok());
     // The installment rows cannot be written: neither the header nor a new row may stay.
     QVERIFY(db.exec(QStringLiteral("DROP TABLE AidatDetay")).ok());
@@ -142,7 +141,7 @@ void tst_FeeDefinitions::aFailedSaveWritesNothing()
     changed.kayitId = first->kayitId;
     changed.aidatTanim = QStringLiteral("Değişti");
     changed.toplam = para("1");
-    shell::Result<fees::KayitSonucu> failed = fees::AidatTaksitDetayKaydet(db, changed);
+    base::Result<fees::KayitSonucu> failed = fees::AidatTaksitDetayKaydet(db, changed);
     QVERIFY(!failed.ok());
     QCOMPARE(failed.error().label, QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayKaydet"));
     AidatTanimi fresh = ogrenimUcreti();
@@ -158,20 +157,17 @@ void tst_FeeDefinitions::aDefinitionInUseIsNotDeleted()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
-    testing::MessageRecorder messages;
     const qint64 used = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti())->kayitId;
     AidatTanimi other = ogrenimUcreti();
     other.aidatTanim = QStringLiteral("Servis");
     const qint64 free = fees::AidatTaksitDetayKaydet(db, other)->kayitId;
     addAccount(db, 7, used);
 
-    shell::Result<fees::SilmeSonucu> r = fees::TaksitAidatSil(db, used, QStringLiteral("Öğrenim"));
-    QVERIFY(r.ok());
-    QCOMPARE(*r, fees::SilmeSonucu::Kullaniliyor);
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("AİDAT KULLANILIYOR")});
-    QCOMPARE(messages.texts(),
-             QStringList{
-                 QStringLiteral("Öğrenim Aidat/Taksit tanımlaması kullanıldığı için silinemedi!")});
+    base::Status r = fees::TaksitAidatSil(db, used, QStringLiteral("Öğrenim"));
+    QVERIFY(!r.ok() && r.error().isRefusal());
+    QCOMPARE(r.error().red->baslik, QStringLiteral("AİDAT KULLANILIYOR"));
+    QCOMPARE(r.error().red->metin,
+             QStringLiteral("Öğrenim Aidat/Taksit tanımlaması kullanıldığı için silinemedi!"));
     QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 2);
     QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatDetay")), 20);
 
@@ -184,11 +180,8 @@ void tst_FeeDefinitions::aDefinitionInUseIsNotDeleted()
                            .arg(used)),
              1);
 
-    messages.clear();
     r = fees::TaksitAidatSil(db, free, other.aidatTanim);
-    QVERIFY(r.ok());
-    QCOMPARE(*r, fees::SilmeSonucu::Silindi);
-    QVERIFY(messages.texts().isEmpty());
+    QVERIFY2(r.ok(), qPrintable(r.error().text));
     QCOMPARE(
         count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim WHERE KayitID = %1").arg(free)),
         0);
@@ -206,21 +199,22 @@ void tst_FeeDefinitions::withoutTheWriteRightNothingIsWritten()
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
     const qint64 key = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti())->kayitId;
-    testing::MessageRecorder messages;
-    shell::durum().HakYazma = false;
+    users::durum().HakYazma = false;
 
-    shell::Result<fees::KayitSonucu> saved = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti());
-    QVERIFY(saved.ok());
-    QVERIFY(!saved->yazildi);
-    shell::Result<fees::SilmeSonucu> deleted = fees::TaksitAidatSil(db, key, QStringLiteral("x"));
-    QCOMPARE(*deleted, fees::SilmeSonucu::YetkiYok);
+    // Each of the four is refused with the same notice, and nothing is written.
     QList<IskontoTanimi> list = {IskontoTanimi{0, QStringLiteral("Kardeş"), para("10")}};
-    QCOMPARE(*fees::IskontoTanimlariKaydet(db, list), false);
-    QCOMPARE(*fees::IskontoTanimiSil(db, 1), false);
-    QCOMPARE(messages.texts().size(), 4);
-    QCOMPARE(
-        messages.texts().first(),
-        QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz"));
+    const QList<base::Error> refusals = {
+        fees::AidatTaksitDetayKaydet(db, ogrenimUcreti()).error(),
+        fees::TaksitAidatSil(db, key, QStringLiteral("x")).error(),
+        fees::IskontoTanimlariKaydet(db, list).error(),
+        fees::IskontoTanimiSil(db, 1).error(),
+    };
+    for (const base::Error &e : refusals) {
+        QVERIFY(e.isRefusal());
+        QCOMPARE(e.red->baslik, QStringLiteral("Uyarı !"));
+        QCOMPARE(e.red->metin, QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem "
+                                              "yetkilisi ile görüşünüz"));
+    }
     QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 1);
     QCOMPARE(count(db, QStringLiteral(
                            "SELECT COUNT(*) FROM IskontoTanim WHERE IskontoAciklama = 'Kardeş'")),
@@ -233,9 +227,8 @@ void tst_FeeDefinitions::discountsKeepTheirListOrder()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
-    testing::MessageRecorder messages;
     // A new year starts with the free discount, computed last.
-    shell::Result<QList<IskontoTanimi>> read = fees::IskontoTanimlariOku(db);
+    base::Result<QList<IskontoTanimi>> read = fees::IskontoTanimlariOku(db);
     QVERIFY(read.ok());
     QCOMPARE(read->size(), 1);
     QCOMPARE(read->first().aciklama, QStringLiteral("Serbest İndirim"));
@@ -250,7 +243,7 @@ void tst_FeeDefinitions::discountsKeepTheirListOrder()
         IskontoTanimi{0, QStringLiteral("  "), para("5")}, // a new row left empty
         read->first(),
     };
-    QVERIFY(fees::IskontoTanimlariKaydet(db, list).value());
+    QVERIFY(fees::IskontoTanimlariKaydet(db, list).ok());
     QVERIFY(list[0].id > 0 && list[1].id > 0);
     QCOMPARE(list[2].id, 0);
     read = fees::IskontoTanimlariOku(db);
@@ -261,9 +254,8 @@ void tst_FeeDefinitions::discountsKeepTheirListOrder()
     QCOMPARE(names,
              (QStringList{"1:Kardeş İndirimi:12.5", "2:Personel:750.25", "3:Serbest İndirim:0"}));
     QCOMPARE(read->at(1).tipi, int(fees::Tutar));
-    QVERIFY(fees::IskontoTanimiSil(db, list[0].id).value());
+    QVERIFY(fees::IskontoTanimiSil(db, list[0].id).ok());
     QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM IskontoTanim")), 2);
-    QVERIFY(messages.texts().isEmpty());
 }
 
 void tst_FeeDefinitions::theGeneralRateIsTheLowestIdRow()
@@ -280,10 +272,10 @@ void tst_FeeDefinitions::theGeneralRateIsTheLowestIdRow()
         IskontoTanimi{0, QStringLiteral("Genel"), para("7.5")},
         IskontoTanimi{0, QStringLiteral("Kardeş"), para("20")},
     };
-    QVERIFY(fees::IskontoTanimlariKaydet(db, list).value());
+    QVERIFY(fees::IskontoTanimlariKaydet(db, list).ok());
     // Moved to be computed first, a row keeps its key: the general rate is the lowest key's.
     QList<IskontoTanimi> reversed = {list[1], list[0]};
-    QVERIFY(fees::IskontoTanimlariKaydet(db, reversed).value());
+    QVERIFY(fees::IskontoTanimlariKaydet(db, reversed).ok());
     QCOMPARE(fees::IskontoTanimlariOku(db)->first().aciklama, QStringLiteral("Kardeş"));
     QCOMPARE(fees::GenelIskontoOrani(db).value(), para("7.5"));
 
@@ -291,7 +283,7 @@ void tst_FeeDefinitions::theGeneralRateIsTheLowestIdRow()
     list[0].tipi = fees::Tutar;
     list[0].deger = para("500");
     QList<IskontoTanimi> again = {list[0], list[1]};
-    QVERIFY(fees::IskontoTanimlariKaydet(db, again).value());
+    QVERIFY(fees::IskontoTanimlariKaydet(db, again).ok());
     QCOMPARE(fees::GenelIskontoOrani(db).value(), Para());
 }
 

@@ -6,9 +6,9 @@
 #include "fees/frm_aidat_list.h"
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "shell/notifications.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "ui/notifications.h"
+#include "maintenance/school.h"
+#include "users/session.h"
 #include "ui/grid.h"
 #include "ui/message.h"
 #include "users/login.h"
@@ -23,7 +23,7 @@
 #include <QPushButton>
 #include <QTest>
 
-using shell::Para;
+using base::Para;
 using testing::click;
 using testing::typeInto;
 
@@ -73,7 +73,7 @@ qint64 saveDefinition(store::Database &db, const QString &name, const char *tota
     t.taksitSayisi = 1;
     t.odemeBasTarihi = QDate(2025, 9, 1);
     t.taksitler = {fees::TaksitSatiri{t.odemeBasTarihi, t.toplam}};
-    shell::Result<fees::KayitSonucu> r = fees::AidatTaksitDetayKaydet(db, t);
+    base::Result<fees::KayitSonucu> r = fees::AidatTaksitDetayKaydet(db, t);
     return r.ok() ? r->kayitId : 0;
 }
 
@@ -104,7 +104,7 @@ class tst_FrmAidatTanimlama : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { shell::durum() = shell::CalismaDurumu(); }
+    void init() { users::durum() = users::CalismaDurumu(); }
     void cleanup() { store::setDefaultDatabase(nullptr); }
     void aTuitionFeeIsPlannedSavedAndReopened();
     void aFeeThatAStudentHoldsIsNotDeleted();
@@ -118,7 +118,7 @@ void tst_FrmAidatTanimlama::aTuitionFeeIsPlannedSavedAndReopened()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     prepareOffice(db);
-    QCOMPARE(shell::durum().TaksitYuvarlama, Para::fromUnits(1));
+    QCOMPARE(users::durum().TaksitYuvarlama, Para::fromUnits(1));
     shell::MDIAidat w(db);
     testing::MessageRecorder messages;
     QWidget *f = openScreen(w);
@@ -417,7 +417,7 @@ void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
             [&handed](const fees::AidatSecimi &secim) { handed.append(secim); });
     again.show();
     QVERIFY(saveDefinition(db, QStringLiteral("Servis"), "12000") > 0);
-    emit shell::Bildirimler::instance().aidatTanimlariDegisti();
+    emit ui::Bildirimler::instance().aidatTanimlariDegisti();
     liste = again.findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
     QCOMPARE(liste->rowCount(), 3);
     clickRow(liste, 2);

@@ -5,7 +5,7 @@
 using fees::PlanDurumu;
 using fees::PlanGirdisi;
 using fees::PlanSonucu;
-using shell::Para;
+using base::Para;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "test_support.h"
 
 #include "maintenance/working_years.h"
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 
 #include <QTest>
@@ -53,7 +53,7 @@ void tst_WorkingYears::yearsComeAndGo()
     // The remembered choice; a position beyond the list falls back on the first.
     CalismaSecimiYap(db, listed[1], 1);
     QCOMPARE(db.selectedYear(), first);
-    QCOMPARE(shell::durum().AktifCalismaID, first);
+    QCOMPARE(users::durum().AktifCalismaID, first);
     QCOMPARE(KayitliCalismaSirasi(db, 2), 1);
     QCOMPARE(KayitliCalismaSirasi(db, 1), 0);
 

@@ -3,11 +3,12 @@
 #include "test_support.h"
 
 #include "maintenance/working_years.h"
-#include "shell/command_table.h"
+#include "users/command_table.h"
 #include "shell/frm_background.h"
 #include "shell/main_window.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "maintenance/school.h"
+#include "store/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "users/frm_sifre.h"
 #include "users/login.h"
@@ -25,6 +26,7 @@
 #include <QTest>
 
 using namespace shell;
+using namespace base;
 using testing::click;
 using testing::typeInto;
 
@@ -35,7 +37,7 @@ namespace {
 
 void resetState()
 {
-    durum() = CalismaDurumu();
+    users::durum() = users::CalismaDurumu();
 }
 
 } // namespace
@@ -102,7 +104,7 @@ void tst_MainWindow::aNewOfficeStartsUp()
         });
         QVERIFY(w.MDIForm_Load());
         QCOMPARE(driver.remaining(), 0);
-        QCOMPARE(durum().AktifKullanici, QStringLiteral("Müdür"));
+        QCOMPARE(users::durum().AktifKullanici, QStringLiteral("Müdür"));
         QCOMPARE(db.openYear(), 1);
         QCOMPARE(w.windowTitle(), QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ]"));
         QVERIFY(w.action(QStringLiteral("btnCariDurum"))->isEnabled());
@@ -177,7 +179,7 @@ void tst_MainWindow::everyCommandOpensItsScreenOrSaysItIsNotReady()
     MDIAidat w(db);
     w.MenuDurumAyarla(true);
     testing::MessageRecorder messages;
-    for (const Komut &k : KomutTablosu()) {
+    for (const users::Komut &k : users::KomutTablosu()) {
         if (k.tool == QLatin1String("popCikis") || k.tool == QLatin1String("btnCikis")
             || k.tool == QLatin1String("btnCalismaAc")) {
             continue;
@@ -221,7 +223,7 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     w.MenuDurumAyarla(true);
     testing::MessageRecorder messages;
 
-    durum().AktifKullanici = QStringLiteral("sekreter");
+    users::durum().AktifKullanici = QStringLiteral("sekreter");
     w.ActBar_Click(QStringLiteral("popKullanici"));
     QCOMPARE(messages.texts(), QStringList{QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı !")});
@@ -262,7 +264,7 @@ void tst_MainWindow::explanationsFollowTheirSetting()
     MDIAidat w(s.db());
     w.MenuAciklamaOku();
     QVERIFY(w.background()->aciklamalarGorunur());
-    INIAyar(s.db(), QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
+    store::INIAyar(s.db(), QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
             QStringLiteral("AÇIKLAMALAR"), QStringLiteral("FALSE"));
     MDIAidat again(s.db());
     again.MenuAciklamaOku();

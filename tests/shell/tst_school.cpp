@@ -1,9 +1,9 @@
 #include "test_support.h"
 
 #include "shell/dashboard.h"
-#include "shell/school.h"
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "maintenance/school.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 #include "store/migration.h"
@@ -11,15 +11,17 @@
 #include <QTest>
 
 using namespace shell;
+using namespace maintenance;
+using namespace base;
 
 using testing::run;
 using testing::scalar;
 
 namespace {
 
-Para tl(double units)
+base::Para tl(double units)
 {
-    return Para::fromDouble(units);
+    return base::Para::fromDouble(units);
 }
 
 } // namespace
@@ -29,7 +31,7 @@ class tst_School : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { durum() = CalismaDurumu(); }
+    void init() { users::durum() = users::CalismaDurumu(); }
     void readingTheSchoolsRow_data() { testing::addEngineRows(); }
     void readingTheSchoolsRow();
     void workingMonthSelector_data();
@@ -45,38 +47,38 @@ void tst_School::readingTheSchoolsRow()
     QVERIFY(s.openYear());
     store::SonAlanlariEkle(db);
     // No row: nothing read, and the currency stands on YTL all the same.
-    durum().ParaBirimi = QStringLiteral("TL");
-    QVERIFY(!SabitBilgileriOku(db));
-    QCOMPARE(durum().ParaBirimi, QStringLiteral("YTL"));
-    QCOMPARE(durum().ParaFormati, QStringLiteral("#,##0.00"));
-    QCOMPARE(durum().TaksitYuvarlama, Para::fromUnits(1000000));
+    users::durum().ParaBirimi = QStringLiteral("TL");
+    QVERIFY(!maintenance::SabitBilgileriOku(db));
+    QCOMPARE(users::durum().ParaBirimi, QStringLiteral("YTL"));
+    QCOMPARE(users::durum().ParaFormati, QStringLiteral("#,##0.00"));
+    QCOMPARE(users::durum().TaksitYuvarlama, base::Para::fromUnits(1000000));
 
     // A row of the old lira, with no period dates: the dates read as the zero date, the money
     // still as YTL.
     QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili, ParaTuru, ParaBirimi, "
                                    "TaksitYuvarlama, CariAy, TaksitKilitle, FisNoKilitle) VALUES "
                                    "('Eski Okul', '2004-2005', 0, 'TL', ?, '200410', 1, '1')"),
-                    {QVariant(Para::fromUnits(1000000).raw())}));
-    QVERIFY(SabitBilgileriOku(db));
-    QCOMPARE(durum().OkulAdi, QStringLiteral("Eski Okul"));
-    QCOMPARE(durum().DonemBasTarihi, SifirTarih);
-    QCOMPARE(durum().ParaTuru, 1);
-    QCOMPARE(durum().ParaFormati, QStringLiteral("#,##0.00"));
-    QVERIFY(durum().TaksitKilitle);
-    QVERIFY(durum().FisNoKilitle);
+                    {QVariant(base::Para::fromUnits(1000000).raw())}));
+    QVERIFY(maintenance::SabitBilgileriOku(db));
+    QCOMPARE(users::durum().OkulAdi, QStringLiteral("Eski Okul"));
+    QCOMPARE(users::durum().DonemBasTarihi, base::SifirTarih);
+    QCOMPARE(users::durum().ParaTuru, 1);
+    QCOMPARE(users::durum().ParaFormati, QStringLiteral("#,##0.00"));
+    QVERIFY(users::durum().TaksitKilitle);
+    QVERIFY(users::durum().FisNoKilitle);
 
     // The newest school year is the one in force, before a row without one on either engine; a
     // save writes that row and no other.
     QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi) VALUES ('Yılsız Satır')")));
     QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Yeni Okul', '2025-2026')")));
-    Result<OkulBilgisi> row = OkulbilgisiGetir(db);
+    base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(db);
     QCOMPARE(row->OkulAdi, QStringLiteral("Yeni Okul"));
     row.value().OkulAdi = QStringLiteral("Yeni Okul Ltd. Şti.");
     row.value().TaksitYuvarlama = tl(0.5);
     row.value().DonemBasTarihi = QDateTime(QDate(2025, 9, 8), QTime(0, 0));
-    QVERIFY(OkulbilgisiKaydet(db, *row).ok());
-    QVERIFY(CariAyKaydet(db, QStringLiteral("202603")).ok());
-    const OkulBilgisi back = *OkulbilgisiGetir(db);
+    QVERIFY(maintenance::OkulbilgisiKaydet(db, *row).ok());
+    QVERIFY(maintenance::CariAyKaydet(db, QStringLiteral("202603")).ok());
+    const maintenance::OkulBilgisi back = *maintenance::OkulbilgisiGetir(db);
     QCOMPARE(back.OkulAdi, QStringLiteral("Yeni Okul Ltd. Şti."));
     QCOMPARE(back.TaksitYuvarlama, tl(0.5));
     QCOMPARE(back.DonemBasTarihi.date(), QDate(2025, 9, 8));
@@ -89,20 +91,20 @@ void tst_School::readingTheSchoolsRow()
     QVERIFY(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL")).isNull());
 
     // The row and the office switches go together or not at all.
-    OfisAyarlari ofis;
+    maintenance::OfisAyarlari ofis;
     ofis.okKilit = true;
     ofis.kasaAyarVar = true;
     ofis.kasaAktar = 1;
     ofis.kasaKod = QStringLiteral("120");
     store::setWriteGuard([] { return false; });
-    QVERIFY(!OkulbilgisiKaydet(db, back, &ofis));
+    QVERIFY(!maintenance::OkulbilgisiKaydet(db, back, &ofis));
     store::setWriteGuard(nullptr);
-    QVERIFY(!OfisAyarlariOku(db).okKilit);
-    QVERIFY(OkulbilgisiKaydet(db, back, &ofis).ok());
-    QVERIFY(OfisAyarlariOku(db).okKilit);
-    QCOMPARE(OfisAyarlariOku(db).kasaKod, QStringLiteral("120"));
-    QVERIFY(OkulbilgisiSil(db).ok());
-    QVERIFY(!SabitBilgileriOku(db));
+    QVERIFY(!maintenance::OfisAyarlariOku(db).okKilit);
+    QVERIFY(maintenance::OkulbilgisiKaydet(db, back, &ofis).ok());
+    QVERIFY(maintenance::OfisAyarlariOku(db).okKilit);
+    QCOMPARE(maintenance::OfisAyarlariOku(db).kasaKod, QStringLiteral("120"));
+    QVERIFY(maintenance::OkulbilgisiSil(db).ok());
+    QVERIFY(!maintenance::SabitBilgileriOku(db));
 }
 
 void tst_School::workingMonthSelector_data()
@@ -161,7 +163,7 @@ void tst_School::dashboardFigures()
     QVERIFY(paid(20, 1, QDate(2025, 10, 31), 200));
     QVERIFY(paid(10, 2, QDate(2025, 11, 2), 400.10));
     QVERIFY(paid(30, 1, QDate(2025, 10, 2), 7777));    // not counted either
-    const Result<PanoBilgisi> pano = RaporHazirla(db, QStringLiteral("202511"));
+    const base::Result<PanoBilgisi> pano = RaporHazirla(db, QStringLiteral("202511"));
     QVERIFY2(pano, qPrintable(pano.error().text));
     QCOMPARE(pano->ayAdi, QStringLiteral("KASIM"));
     // September 0; October 1.500,25 - 200 = 1.300,25; November 1.500,25 - 400,10.

@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace shell;
+using namespace base;
 
 class tst_Startup : public QObject
 {

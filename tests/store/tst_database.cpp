@@ -3,7 +3,7 @@
 #include "store/database.h"
 #include "store/migration.h"
 #include "store/schema.h"
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,7 +13,7 @@
 #include <thread>
 
 using namespace store;
-using shell::Para;
+using base::Para;
 
 class tst_Database : public QObject
 {
@@ -41,7 +41,7 @@ private slots:
 void tst_Database::openingNeedsAChosenYear()
 {
     VORTEL_STORE_FOR_ROW(s);
-    testing::MessageRecorder messages;
+    testing::StoreMessages messages;
     QVERIFY(DatabaseAc(s.db(), Store::Global, false, false));
     QVERIFY(DatabaseAcikMi(s.db(), Store::Global));
 
@@ -108,7 +108,7 @@ void tst_Database::valuesComeBackAsTheyWent()
         .bind(moment)
         .bind(Para::fromRaw(-12345678901234))
         .bind("Ahmet'in ödemesi; DROP TABLE x")
-        .bind(shell::SifirTarih)
+        .bind(base::SifirTarih)
         .bindNull();
     QVERIFY2(insert.exec(), qPrintable(insert.error(QStringLiteral("t")).text));
     QVERIFY(insert.next());
@@ -120,7 +120,7 @@ void tst_Database::valuesComeBackAsTheyWent()
     QCOMPARE(read.para(QStringLiteral("Odenen")), Para::fromRaw(-12345678901234));
     QCOMPARE(read.text(QStringLiteral("Ogr_Cari_Durum_Aciklamasi")),
              QStringLiteral("Ahmet'in ödemesi; DROP TABLE x"));
-    QCOMPARE(read.dateTime(QStringLiteral("Tahsilat_Vade_Tarihi")), shell::SifirTarih);
+    QCOMPARE(read.dateTime(QStringLiteral("Tahsilat_Vade_Tarihi")), base::SifirTarih);
     QVERIFY(read.isNull(QStringLiteral("Pesinat_Tarihi")));
     QVERIFY(!read.dateTime(QStringLiteral("Pesinat_Tarihi")).isValid());
 

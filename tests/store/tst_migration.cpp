@@ -18,7 +18,7 @@ namespace {
 QStringList snapshot(Database &db)
 {
     QStringList out;
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
     if (!c)
         return {QStringLiteral("catalogue: ") + c.error().text};
     for (const QString &t : c->tableNames()) {
@@ -47,7 +47,7 @@ bool openModel(testing::TestStore &s)
 
 int columnPosition(Database &db, const QString &table, const QString &column)
 {
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
     const QList<ColumnInfo> cols = c->columns(table);
     for (int i = 0; i < cols.size(); ++i) {
         if (cols[i].name.compare(column, Qt::CaseInsensitive) == 0)
@@ -90,11 +90,11 @@ void tst_Migration::modelReachesFullSchemaOnceAndForAll()
     QVERIFY(TabloYoksaEkle(db, Store::Year, QStringLiteral("IskontoTanim")));
     QVERIFY(TabloYoksaEkle(db, Store::Year, QStringLiteral("Haklar")));
 
-    testing::MessageRecorder messages;
+    testing::StoreMessages messages;
     // As the program opens a year: the migration, then the main window's three fields.
     QVERIFY(DatabaseGuncelle(db).ok());
     SonAlanlariEkle(db);
-    shell::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
     QVERIFY(c);
     for (const schema::Table &t : schema::tables()) {
         if (t.store != Store::Year)
@@ -165,7 +165,7 @@ void tst_Migration::oldRowsAreCarriedForward()
     while (q.next()) {
         ids << q.integer(0);
         QCOMPARE(q.text(2), QStringLiteral("taksit %1").arg(q.integer(1)));
-        QCOMPARE(q.para(3), shell::Para::fromUnits(100 * q.integer(1)));
+        QCOMPARE(q.para(3), base::Para::fromUnits(100 * q.integer(1)));
         QCOMPARE(q.integer(4), 0);
     }
     QCOMPARE(ids.size(), 3);
@@ -223,11 +223,11 @@ void tst_Migration::shortNoteFieldGrowsInPlace()
     QVERIFY(position > 0);
     QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi, Ogr_Cari_Durum_Aciklama) "
                                    "VALUES (12, 'Ümit', 'Ekim taksidi veliyle konuşuldu')")));
-    shell::Result<Catalog> before = db.dialect().readCatalog(db, Store::Year);
+    base::Result<Catalog> before = db.dialect().readCatalog(db, Store::Year);
     QCOMPARE(before->column(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"))->size, 100);
 
     QVERIFY(DatabaseGuncelle(db).ok());
-    shell::Result<Catalog> after = db.dialect().readCatalog(db, Store::Year);
+    base::Result<Catalog> after = db.dialect().readCatalog(db, Store::Year);
     QCOMPARE(after->column(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"))->size, 250);
     QCOMPARE(columnPosition(db, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama")), position);
     QCOMPARE(scalar(db, QStringLiteral("SELECT Ogr_Cari_Durum_Aciklama FROM Ogrenci WHERE Ogr_Numarasi = 12")).toString(),
@@ -244,9 +244,9 @@ void tst_Migration::failedStepIsResumedAtNextOpen()
     VORTEL_STORE_FOR_ROW(s);
     Database &db = s.db();
     QVERIFY(openModel(s));
-    testing::MessageRecorder messages;
+    testing::StoreMessages messages;
     failMigrationStepForTest(15);
-    shell::Status failed = DatabaseGuncelle(db);
+    base::Status failed = DatabaseGuncelle(db);
     QVERIFY(!failed);
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("HATA")});
     QVERIFY(messages.texts().value(0).startsWith(QStringLiteral("Database güncellemede hata!\n")));
@@ -270,7 +270,7 @@ void tst_Migration::lateFieldsOfTheMainWindowPassQuietly()
     Database &db = s.db();
     QVERIFY(openModel(s));
     QVERIFY(!Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimAdeti")));
-    testing::MessageRecorder messages;
+    testing::StoreMessages messages;
     SonAlanlariEkle(db);
     QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimFiyati")));
     QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimAdeti")));

@@ -3,7 +3,7 @@
 #include "test_support.h"
 
 #include "shell/main_window.h"
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "students/frm_ogrenci.h"
 #include "students/student_record.h"
@@ -28,7 +28,7 @@ qint64 saveStudent(store::Database &db)
     k.ogrenci.insert(QStringLiteral("Ogr_Adi"), QStringLiteral("Ege"));
     k.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), QStringLiteral("Şahin"));
     k.ogrenci.insert(KartNoAlani, s_card);
-    const shell::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
+    const base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
     return r ? r->kayitId : 0;
 }
 
@@ -104,7 +104,7 @@ void tst_CardNumbers::maskedForThoseWithoutTheRight()
         q.bind(*users::Sifrele(QStringLiteral("sekreter"))).bind(QString::fromLatin1(tool));
         QVERIFY(q.exec());
     }
-    shell::durum().AktifKullanici = QStringLiteral("sekreter");
+    users::durum().AktifKullanici = QStringLiteral("sekreter");
     QVERIFY(!users::KartNoGorebilir(db));
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);

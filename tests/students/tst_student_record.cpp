@@ -1,7 +1,7 @@
 #include "test_support.h"
 
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 #include "students/class_moves.h"
 #include "students/student_list.h"
@@ -12,7 +12,7 @@
 #include <tuple>
 
 using namespace students;
-using shell::Para;
+using base::Para;
 
 using testing::run;
 using testing::scalar;
@@ -31,10 +31,10 @@ int count(store::Database &db, const QString &table, const QString &where = QStr
 
 bool openOffice(testing::TestStore &s)
 {
-    shell::durum() = shell::CalismaDurumu();
-    shell::durum().AktifKullanici = QStringLiteral("muhasebe");
-    shell::durum().OgretimYili = QStringLiteral("2025-2026");
-    shell::durum().CariAy = QStringLiteral("202511");
+    users::durum() = users::CalismaDurumu();
+    users::durum().AktifKullanici = QStringLiteral("muhasebe");
+    users::durum().OgretimYili = QStringLiteral("2025-2026");
+    users::durum().CariAy = QStringLiteral("202511");
     return s.openYear(1);
 }
 
@@ -51,7 +51,7 @@ OgrenciKaydi student(qint64 numara, const QString &adi, const QString &soyadi,
 
 qint64 save(store::Database &db, const OgrenciKaydi &k, bool close = false)
 {
-    shell::Result<KaydetSonucu> r = OgrenciKaydet(db, k, close);
+    base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, close);
     if (!r) {
         qWarning("%s", qPrintable(r.error().text));
         return 0;
@@ -188,7 +188,7 @@ void tst_StudentRecord::aRecordIsSavedWholeAndReadBack()
                                           QStringLiteral("SELECT Ogr_Nufus_Veris_Tarihi FROM "
                                                          "OgrenciNufus WHERE KayitID = ?"),
                                           {key})),
-             shell::SifirTarih);
+             base::SifirTarih);
     QCOMPARE(scalar(db, QStringLiteral("SELECT Donem FROM OgrenciNufus WHERE KayitID = ?"), {key})
                  .toString(),
              QStringLiteral("2025-2026"));
@@ -207,7 +207,7 @@ void tst_StudentRecord::aRecordIsSavedWholeAndReadBack()
                    {key}),
              1);
 
-    shell::Result<std::optional<OgrenciKaydi>> read = OgrenciOku(db, key);
+    base::Result<std::optional<OgrenciKaydi>> read = OgrenciOku(db, key);
     QVERIFY(read && read->has_value());
     const OgrenciKaydi &r = **read;
     QCOMPARE(r.adi(), QStringLiteral("Ayşe"));
@@ -224,7 +224,7 @@ void tst_StudentRecord::aRecordIsSavedWholeAndReadBack()
 
     // A second save by another user edits: no new log row, the first user stays, the picture
     // taken off the screen leaves the store.
-    shell::durum().AktifKullanici = QStringLiteral("sekreter");
+    users::durum().AktifKullanici = QStringLiteral("sekreter");
     OgrenciKaydi edit = r;
     edit.ogrenci.insert(QStringLiteral("Ogr_Sinif"), QStringLiteral("10-A"));
     edit.resim.clear();
@@ -263,7 +263,7 @@ void tst_StudentRecord::aFailedSaveLeavesNothing()
                 .ok());
     OgrenciKaydi k = student(7, QStringLiteral("Deniz"), QStringLiteral("Kaya"));
     k.kardesler = {Kardes{QStringLiteral("Ece"), QStringLiteral("Kaya"), QString(), QString()}};
-    shell::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
+    base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
     QVERIFY(!r);
     QCOMPARE(r.error().label, QStringLiteral("FRMOGRENCI:OgrenciKaydet"));
     QCOMPARE(count(db, QStringLiteral("Ogrenci")), 0);
@@ -274,7 +274,7 @@ void tst_StudentRecord::aFailedSaveLeavesNothing()
     QVERIFY(db.exec(QStringLiteral("DROP TABLE ")
                     + db.table(store::Store::Log, QStringLiteral("Ogrenci")))
                 .ok());
-    shell::Result<QList<qint64>> quick
+    base::Result<QList<qint64>> quick
         = HizliOgrenciKaydet(db, {HizliSatir{1, QStringLiteral("A"), QStringLiteral("B"), QString(),
                                              QString(), QString(), QString()}});
     QVERIFY(!quick);
@@ -395,14 +395,14 @@ void tst_StudentRecord::theSearchWalksEveryKeyInTurkishOrder()
                                     QString::fromUtf8(r.sinif))));
     }
     auto from = [&](const char *ad) {
-        shell::Result<std::optional<OgrenciKaydi>> r
+        base::Result<std::optional<OgrenciKaydi>> r
             = OgrenciOku(db, key.value(QString::fromUtf8(ad)));
         const OgrenciKaydi &k = **r;
         return std::make_pair(Kimlik{k.numara(), k.adi(), k.soyadi(), k.sinif()}, k.kayitId);
     };
     auto go = [&](AramaAnahtari a, Yon y, const char *ad) -> QString {
         const auto at = from(ad);
-        shell::Result<std::optional<qint64>> r = OgrenciAra(db, a, y, at.first, at.second);
+        base::Result<std::optional<qint64>> r = OgrenciAra(db, a, y, at.first, at.second);
         if (!r || !r->has_value()) {
             return QStringLiteral("-");
         }
@@ -454,7 +454,7 @@ void tst_StudentRecord::totalsComeFromTheLedgerRows()
     // Kitap: nothing but a plan.
     account(db, ogr, QStringLiteral("Kitap"), {}, {});
 
-    shell::Result<GenelDurumSonucu> g = GenelDurum(db, ogr);
+    base::Result<GenelDurumSonucu> g = GenelDurum(db, ogr);
     QVERIFY(g);
     QCOMPARE(g->toplamBorc, kurus(480040));
     QCOMPARE(g->toplamOdenen, kurus(230005));
@@ -465,7 +465,7 @@ void tst_StudentRecord::totalsComeFromTheLedgerRows()
     const QDate today = QDate::currentDate();
     QCOMPARE(BuAySonu(QStringLiteral("")), QDate(today.year(), today.month(), 1).addMonths(1));
 
-    shell::Result<BuAySonucu> b = BuAyYapilacakOdemeler(db, ogr, QStringLiteral("202511"));
+    base::Result<BuAySonucu> b = BuAyYapilacakOdemeler(db, ogr, QStringLiteral("202511"));
     QVERIFY(b);
     QCOMPARE(b->satirlar.size(), 3);
     QCOMPARE(b->satirlar.at(0).aidatTanim, QStringLiteral("Kitap"));
@@ -475,7 +475,7 @@ void tst_StudentRecord::totalsComeFromTheLedgerRows()
     // Yemek paid more than has fallen due: an empty cell, and nothing taken off the total.
     QVERIFY(!b->satirlar.at(2).tutar);
     QCOMPARE(b->toplam, kurus(150025));
-    QCOMPARE(shell::Bicimle(b->toplam, QStringLiteral("#,##0.00")), QStringLiteral("1.500,25"));
+    QCOMPARE(base::Bicimle(b->toplam, QStringLiteral("#,##0.00")), QStringLiteral("1.500,25"));
 }
 
 void tst_StudentRecord::theNameChangeTouchesTheShownStudentOnly()
@@ -516,7 +516,7 @@ void tst_StudentRecord::thePickListFindsNamesInTurkishUpperCase()
     }
     auto names = [&](ListeSirasi tur, const QString &text) {
         QStringList r;
-        const shell::Result<QList<ListeSatiri>> rows = OgrenciYukle(db, tur, text);
+        const base::Result<QList<ListeSatiri>> rows = OgrenciYukle(db, tur, text);
         for (const ListeSatiri &row : *rows) {
             r << (tur == ListeSirasi::Ad ? row.adi : row.soyadi);
         }
@@ -546,7 +546,7 @@ void tst_StudentRecord::quickEntryAndClassMoves()
     store::Database &db = s.db();
     QCOMPARE(*OgrenciNoKontrol(db, 101), false);
     int progress = 0;
-    shell::Result<QList<qint64>> keys = HizliOgrenciKaydet(
+    base::Result<QList<qint64>> keys = HizliOgrenciKaydet(
         db,
         {HizliSatir{101, QStringLiteral("Bora"), QStringLiteral("Kurt"), QStringLiteral("9-A"),
                     QStringLiteral("ERKEK"), QStringLiteral("Fen"), QStringLiteral("İngilizce")},

@@ -4,8 +4,8 @@
 
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "maintenance/school.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "students/form_sinif_atlatma.h"
@@ -47,7 +47,7 @@ namespace {
 // One user, one working year, the school's row, the working month November 2025.
 void prepareOffice(store::Database &db)
 {
-    shell::durum() = shell::CalismaDurumu();
+    users::durum() = users::CalismaDurumu();
     QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe"), QStringLiteral("1"),
                                 QStringLiteral("202511")));
 }
@@ -60,7 +60,7 @@ qint64 addStudent(store::Database &db, qint64 no, const QString &ad, const QStri
     k.ogrenci.insert(QStringLiteral("Ogr_Adi"), ad);
     k.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), soyad);
     k.ogrenci.insert(QStringLiteral("Ogr_Sinif"), sinif);
-    shell::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
+    base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
     return r ? r->kayitId : 0;
 }
 
@@ -202,13 +202,13 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
             db,
             QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, Odenecek) "
                            "VALUES (?, ?, ?, ?)"));
-        d.bind(account).bind(m + 1).bind(QDate(2025, 9 + m, 5)).bind(shell::Para::fromUnits(12500));
+        d.bind(account).bind(m + 1).bind(QDate(2025, 9 + m, 5)).bind(base::Para::fromUnits(12500));
         QVERIFY(d.exec());
     }
     store::Query p(
         db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen) "
                            "VALUES (?, 1, ?, ?)"));
-    p.bind(account).bind(QDate(2025, 9, 5)).bind(shell::Para::fromRaw(125005000));
+    p.bind(account).bind(QDate(2025, 9, 5)).bind(base::Para::fromRaw(125005000));
     QVERIFY(p.exec());
 
     auto *screen = openScreen<FrmOgrenci>(w, QStringLiteral("btnOgrenciBilgileri"),
@@ -469,7 +469,7 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
              QStringList{QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem "
                                         "yetkilisi ile görüşünüz.")});
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı !")});
-    QVERIFY(shell::durum().HakYazma); // the screen keeps its own right to write
+    QVERIFY(users::durum().HakYazma); // the screen keeps its own right to write
 
     // The triple of a student who exists: No shows him, Yes adds the twin.
     click(screen, QStringLiteral("cmdYeni"));

@@ -1,5 +1,7 @@
 #include "gui_support.h"
 
+#include "store/database.h"
+
 #include "ui/grid.h"
 
 #include <QAbstractButton>
@@ -12,6 +14,42 @@
 #include <QTest>
 
 namespace testing {
+
+MessageRecorder::MessageRecorder()
+{
+    ui::setMessageHook([this](const ui::Message &m) {
+        m_messages.append(m);
+        if (m.buttons == ui::Buttons::Ok)
+            return ui::Answer::Ok;
+        return m_answers.isEmpty() ? ui::Answer::Yes : m_answers.takeFirst();
+    });
+    store::setMessageHandler([this](store::MessageKind, const QString &title, const QString &text) {
+        m_messages.append(ui::Message{title, text, ui::Icon::Warning, ui::Buttons::Ok});
+    });
+}
+
+MessageRecorder::~MessageRecorder()
+{
+    ui::setMessageHook(nullptr);
+    store::setMessageHandler(nullptr);
+}
+
+QStringList MessageRecorder::texts() const
+{
+    QStringList l;
+    for (const ui::Message &m : m_messages)
+        l << m.text;
+    return l;
+}
+
+QStringList MessageRecorder::titles() const
+{
+    QStringList l;
+    for (const ui::Message &m : m_messages)
+        l << m.title;
+    return l;
+}
+
 
 ModalDriver::ModalDriver()
 {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "ui/message.h"
+
 #include <QList>
+#include <QStringList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -14,6 +17,26 @@ class Grid;
 }
 
 namespace testing {
+
+// Records the message boxes and store messages shown during its life, answering questions
+// from a queue (Yes when the queue is empty).
+class MessageRecorder
+{
+public:
+    MessageRecorder();
+    ~MessageRecorder();
+
+    void answer(ui::Answer a) { m_answers.append(a); }
+    QList<ui::Message> messages() const { return m_messages; }
+    QStringList texts() const;
+    QStringList titles() const;
+    void clear() { m_messages.clear(); }
+
+private:
+    QList<ui::Message> m_messages;
+    QList<ui::Answer> m_answers;
+};
+
 
 // Answers the modal dialogs that a blocking call opens, in order: each step gets the next
 // dialog that comes up and does what an operator does to it (types, ticks, presses buttons).

@@ -1,8 +1,8 @@
 #include "office.h"
 
 #include "maintenance/working_years.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "maintenance/school.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "users/login.h"
@@ -14,11 +14,11 @@ namespace testing {
 bool openOffice(store::Database &db, const QString &user, const QString &password,
                 const QString &cariAy)
 {
-    if (const shell::Status s = users::KullaniciKaydet(db, user, password); !s) {
+    if (const base::Status s = users::KullaniciKaydet(db, user, password); !s) {
         qWarning() << s.error().text;
         return false;
     }
-    const shell::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
+    const base::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
     if (!id) {
         qWarning() << id.error().text;
         return false;
@@ -27,17 +27,17 @@ bool openOffice(store::Database &db, const QString &user, const QString &passwor
     if (!store::DatabaseAc(db, store::Store::Year, true, true))
         return false;
     store::SonAlanlariEkle(db);
-    shell::OkulBilgisi okul = shell::YeniOkulBilgisi(QDate(2025, 10, 1));
+    maintenance::OkulBilgisi okul = maintenance::YeniOkulBilgisi(QDate(2025, 10, 1));
     okul.OkulAdi = QStringLiteral("Deneme Okulu");
     okul.OgretimYili = QStringLiteral("2025-2026");
     okul.CariAy = cariAy;
-    if (const shell::Status s = shell::OkulbilgisiKaydet(db, okul); !s) {
+    if (const base::Status s = maintenance::OkulbilgisiKaydet(db, okul); !s) {
         qWarning() << s.error().text;
         return false;
     }
-    if (!shell::SabitBilgileriOku(db))
+    if (!maintenance::SabitBilgileriOku(db))
         return false;
-    shell::durum().AktifKullanici = user;
+    users::durum().AktifKullanici = user;
     return true;
 }
 

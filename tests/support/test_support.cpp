@@ -157,39 +157,17 @@ void addEngineRows()
         QTest::addRow("%s", engineName(e)) << int(e);
 }
 
-MessageRecorder::MessageRecorder()
+StoreMessages::StoreMessages()
 {
-    ui::setMessageHook([this](const ui::Message &m) {
-        m_messages.append(m);
-        if (m.buttons == ui::Buttons::Ok)
-            return ui::Answer::Ok;
-        return m_answers.isEmpty() ? ui::Answer::Yes : m_answers.takeFirst();
-    });
     store::setMessageHandler([this](store::MessageKind, const QString &title, const QString &text) {
-        m_messages.append(ui::Message{title, text, ui::Icon::Warning, ui::Buttons::Ok});
+        m_titles.append(title);
+        m_texts.append(text);
     });
 }
 
-MessageRecorder::~MessageRecorder()
+StoreMessages::~StoreMessages()
 {
-    ui::setMessageHook(nullptr);
     store::setMessageHandler(nullptr);
-}
-
-QStringList MessageRecorder::texts() const
-{
-    QStringList l;
-    for (const ui::Message &m : m_messages)
-        l << m.text;
-    return l;
-}
-
-QStringList MessageRecorder::titles() const
-{
-    QStringList l;
-    for (const ui::Message &m : m_messages)
-        l << m.title;
-    return l;
 }
 
 } // namespace testing

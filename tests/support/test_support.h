@@ -1,7 +1,6 @@
 #pragma once
 
 #include "store/database.h"
-#include "ui/message.h"
 
 #include <QList>
 #include <QStringList>
@@ -65,23 +64,25 @@ void addEngineRows();
     if (!var.isValid())                                                                          \
         QSKIP(qPrintable(var.skipReason()));
 
-// Records the message boxes and store messages shown during its life, answering questions
-// from a queue (Yes when the queue is empty).
-class MessageRecorder
+// Records the messages the store's opening procedure shows during its life (a missing data
+// file, a failed migration).
+class StoreMessages
 {
 public:
-    MessageRecorder();
-    ~MessageRecorder();
+    StoreMessages();
+    ~StoreMessages();
 
-    void answer(ui::Answer a) { m_answers.append(a); }
-    QList<ui::Message> messages() const { return m_messages; }
-    QStringList texts() const;
-    QStringList titles() const;
-    void clear() { m_messages.clear(); }
+    QStringList texts() const { return m_texts; }
+    QStringList titles() const { return m_titles; }
+    void clear()
+    {
+        m_texts.clear();
+        m_titles.clear();
+    }
 
 private:
-    QList<ui::Message> m_messages;
-    QList<ui::Answer> m_answers;
+    QStringList m_texts;
+    QStringList m_titles;
 };
 
 } // namespace testing

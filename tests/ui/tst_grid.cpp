@@ -1,7 +1,7 @@
 #include "gui_support.h"
 #include "test_support.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "ui/grid.h"
 
 #include <QApplication>
@@ -58,7 +58,7 @@ void tst_Grid::cellsTakeOnlyWhatTheyMean()
     g.setColumns(columns());
     g.show();
     const int row = g.appendRow();
-    g.setValue(row, 1, QVariant::fromValue(shell::Para::fromUnits(7)));
+    g.setValue(row, 1, QVariant::fromValue(base::Para::fromUnits(7)));
     g.setValue(row, 2, QDate(2025, 1, 1));
     QApplication::setActiveWindow(&g);
     testing::typeCell(&g, row, column, typed);

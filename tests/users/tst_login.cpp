@@ -1,6 +1,6 @@
 #include "test_support.h"
 
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "users/login.h"
 #include "users/passwords.h"
@@ -41,7 +41,7 @@ class tst_Login : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { shell::durum() = shell::CalismaDurumu(); }
+    void init() { users::durum() = users::CalismaDurumu(); }
     void loginAnswers_data();
     void loginAnswers();
     void oldScrambledPasswordIsAcceptedOnceAndHashed_data() { testing::addEngineRows(); }
@@ -70,11 +70,11 @@ void tst_Login::loginAnswers()
     QFETCH(int, answer);
     testing::TestStore s(store::Engine::SQLite);
     QVERIFY(KullaniciKaydet(s.db(), QStringLiteral("Ayşe"), QStringLiteral("Şifre-1")).ok());
-    const shell::Result<GirisSonucu> r = SifreKontrol(s.db(), name, password);
+    const base::Result<GirisSonucu> r = SifreKontrol(s.db(), name, password);
     QVERIFY(r);
     QCOMPARE(int(*r), answer);
     // The typed name stands as the active user, even after a failed try.
-    QCOMPARE(shell::durum().AktifKullanici, name);
+    QCOMPARE(users::durum().AktifKullanici, name);
     // The password is kept as a hash, never as itself.
     QVERIFY(SifreOzetiMi(storedPassword(s.db(), QStringLiteral("Ayşe"))));
 }
@@ -112,7 +112,7 @@ void tst_Login::rightsByTableState()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
-    shell::CalismaDurumu &d = shell::durum();
+    users::CalismaDurumu &d = users::durum();
     d.AktifKullanici = QStringLiteral("sekreter");
     auto rights = [&db, &d](const QString &tool) {
         HakKontrol(db, tool);

@@ -1,6 +1,6 @@
 #include "test_support.h"
 
-#include "shell/settings.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "users/record_lock.h"
 
@@ -52,21 +52,22 @@ void tst_RecordLock::marksBetweenWorkstations()
     std::unique_ptr<store::Database> other = s.newConnection();
     other->selectYear(1);
     QVERIFY(store::DatabaseAc(*other, store::Store::Year, true, false));
-    testing::MessageRecorder messages;
 
-    shell::durum().AktifKullanici = QStringLiteral("ali");
-    QVERIFY(OgrenciKilitle(s.db(), 1));
-    QVERIFY(OgrenciKilitle(s.db(), 1)); // his own mark never stops him
+    users::durum().AktifKullanici = QStringLiteral("ali");
+    QVERIFY(OgrenciKilitle(s.db(), 1).ok());
+    QVERIFY(OgrenciKilitle(s.db(), 1).ok()); // his own mark never stops him
     QCOMPARE(holderOf(s.db(), 1), QStringLiteral("ali"));
 
     // At the other workstation another user is warned and takes nothing.
     QCOMPARE(*KilidiAl(*other, 1, QStringLiteral("veli")), QStringLiteral("ali"));
-    shell::durum().AktifKullanici = QStringLiteral("veli");
-    QVERIFY(!OgrenciKilitle(*other, 1));
+    users::durum().AktifKullanici = QStringLiteral("veli");
+    const base::Status refused = OgrenciKilitle(*other, 1);
+    QVERIFY(!refused.ok() && refused.error().isRefusal());
     QVERIFY(!OgrenciKilitOK());
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("ali İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR.")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("UYARI")});
-    QVERIFY(!OgrenciKilitKontrol(*other, 1));
+    QCOMPARE(refused.error().red->metin, QStringLiteral("ali İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."));
+    QCOMPARE(refused.error().red->baslik, QStringLiteral("UYARI"));
+    const base::Status checked = OgrenciKilitKontrol(*other, 1);
+    QVERIFY(!checked.ok() && checked.error().isRefusal());
     QCOMPARE(holderOf(s.db(), 1), QStringLiteral("ali"));
     // Two sessions of one user name do not stop each other.
     QCOMPARE(*KilidiAl(*other, 1, QStringLiteral("ali")), QString());
@@ -78,7 +79,7 @@ void tst_RecordLock::marksBetweenWorkstations()
     QCOMPARE(*KilidiAl(*other, 3, QStringLiteral("veli")), QString());
 
     // Letting go: one's own marks, or every mark (a program killed on a workstation).
-    shell::durum().AktifKullanici = QStringLiteral("ali");
+    users::durum().AktifKullanici = QStringLiteral("ali");
     QVERIFY(OgrenciKilitBirak(s.db(), false).ok());
     QCOMPARE(holderOf(s.db(), 2), QString());
     QCOMPARE(holderOf(s.db(), 3), QStringLiteral("veli"));
@@ -86,12 +87,10 @@ void tst_RecordLock::marksBetweenWorkstations()
     QCOMPARE(holderOf(s.db(), 3), QString());
 
     // A name longer than the mark's twenty characters is still its own holder.
-    messages.clear();
-    shell::durum().AktifKullanici = QStringLiteral("Muhasebe Müdür Yardımcısı");
-    QVERIFY(OgrenciKilitle(s.db(), 1));
-    QVERIFY(OgrenciKilitKontrol(s.db(), 1));
-    QVERIFY(OgrenciKilitle(s.db(), 1));
-    QVERIFY(messages.texts().isEmpty());
+    users::durum().AktifKullanici = QStringLiteral("Muhasebe Müdür Yardımcısı");
+    QVERIFY(OgrenciKilitle(s.db(), 1).ok());
+    QVERIFY(OgrenciKilitKontrol(s.db(), 1).ok());
+    QVERIFY(OgrenciKilitle(s.db(), 1).ok());
 }
 
 void tst_RecordLock::twoWorkstationsAtOnceNeverBothTakeHim()
@@ -115,7 +114,7 @@ void tst_RecordLock::twoWorkstationsAtOnceNeverBothTakeHim()
             ++ready;
             while (ready < 2) {
             }
-            const shell::Result<QString> holder = KilidiAl(db, 1, user);
+            const base::Result<QString> holder = KilidiAl(db, 1, user);
             if (!holder)
                 ++failures;
             else if (holder->isEmpty())

@@ -4,8 +4,8 @@
 
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "shell/school.h"
-#include "shell/settings.h"
+#include "maintenance/school.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "ui/grid.h"
@@ -49,7 +49,7 @@ class tst_UsersScreen : public QObject
 private slots:
     void init()
     {
-        shell::durum() = shell::CalismaDurumu();
+        users::durum() = users::CalismaDurumu();
         users::FrmSifre::setThrottleForTest(false);
     }
     void administratorGivesLimitedRights();
@@ -62,7 +62,7 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
     QVERIFY(testing::openOffice(db));
-    shell::durum().AktifKullanici = QStringLiteral("Müdür");
+    users::durum().AktifKullanici = QStringLiteral("Müdür");
     testing::MessageRecorder messages;
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
@@ -128,7 +128,7 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     });
     users::FrmSifre login(db);
     QCOMPARE(login.exec(), int(QDialog::Accepted));
-    QCOMPARE(shell::durum().AktifKullanici, QStringLiteral("Sekreter"));
+    QCOMPARE(users::durum().AktifKullanici, QStringLiteral("Sekreter"));
 
     // The users screen is closed to her...
     messages.clear();
@@ -144,9 +144,9 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     messages.clear();
     click(okulSub->widget(), QStringLiteral("cmdKaydet"));
     QCOMPARE(messages.texts(), QStringList{QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
-    shell::Result<shell::OkulBilgisi> row = shell::OkulbilgisiGetir(db);
+    base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(db);
     row.value().OkulAdi = QStringLiteral("Arka Kapıdan");
-    const shell::Status direct = shell::OkulbilgisiKaydet(db, *row);
+    const base::Status direct = maintenance::OkulbilgisiKaydet(db, *row);
     QVERIFY(!direct);
     QCOMPARE(direct.error().number, store::YazmaYetkisiYokHatasi);
     QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(), QStringLiteral("Deneme Okulu"));

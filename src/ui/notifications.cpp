@@ -1,6 +1,6 @@
-#include "shell/notifications.h"
+#include "ui/notifications.h"
 
-namespace shell {
+namespace ui {
 
 Bildirimler &Bildirimler::instance()
 {
@@ -8,4 +8,4 @@ Bildirimler &Bildirimler::instance()
     return s_instance;
 }
 
-} // namespace shell
+} // namespace ui

@@ -1,11 +1,11 @@
 #include "test_support.h"
 
-#include "shell/settings.h"
+#include "store/settings.h"
 #include "store/database.h"
 
 #include <QTest>
 
-using shell::INIAyar;
+using store::INIAyar;
 
 class tst_Settings : public QObject
 {

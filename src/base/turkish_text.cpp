@@ -1,4 +1,4 @@
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 
 #include <QByteArray>
 #include <QMetaType>
@@ -7,7 +7,7 @@
 #include <charconv>
 #include <limits>
 
-namespace shell {
+namespace base {
 
 namespace {
 
@@ -719,4 +719,4 @@ QDate AyEkle(const QDate &tarih, int ay)
     return tarih.addMonths(ay);
 }
 
-} // namespace shell
+} // namespace base

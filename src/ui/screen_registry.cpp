@@ -1,8 +1,8 @@
-#include "shell/screen_registry.h"
+#include "ui/screen_registry.h"
 
 #include <QHash>
 
-namespace shell {
+namespace ui {
 
 namespace {
 
@@ -58,4 +58,4 @@ void setKomutCalistirici(std::function<void(const QString &tool)> calistirici)
     runner() = std::move(calistirici);
 }
 
-} // namespace shell
+} // namespace ui

@@ -11,7 +11,7 @@ namespace store {
 class Database;
 }
 
-namespace shell {
+namespace ui {
 
 // What a screen is opened with: the connection, the main window, and the command that opened
 // it (several commands open one screen in different modes).
@@ -44,4 +44,4 @@ bool EkranAc(const QString &formName, const QString &tool, const QVariantMap &ay
 using EkranAcici = std::function<bool(const QString &formName, const QString &tool, const QVariantMap &ayar)>;
 void setEkranAcici(EkranAcici acici);
 
-} // namespace shell
+} // namespace ui

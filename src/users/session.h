@@ -1,17 +1,12 @@
 #pragma once
 
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
 
 #include <QDateTime>
 #include <QList>
 #include <QString>
 
-namespace store {
-class Database;
-}
-
-namespace shell {
+namespace users {
 
 // A way of payment: its one-letter code and its name.
 struct OdemeSekli
@@ -41,7 +36,7 @@ struct CalismaDurumu
     qint64 SonFisNo = 0;
     QString CariAy;     // yyyyMM
     QString BaslangicAy;
-    Para TaksitYuvarlama = Para::fromUnits(1000000);
+    base::Para TaksitYuvarlama = base::Para::fromUnits(1000000);
     QDateTime DonemBasTarihi;
     QDateTime DonemBitTarihi;
     int ParaTuru = 1;
@@ -63,18 +58,4 @@ const QList<OdemeSekli> &OdemeSekilleriTablosu();
 // The name of a way of payment; "" when the code is unknown.
 QString OdemeSekliAdi(const QString &kod);
 
-// The settings that lived in INI files beside the program, kept in the global store so that
-// every workstation sees the same. mod "GET" gives the value ("" when the key is missing) and
-// "WRITE" stores it. A null QString stands for Null: a Null or empty mode, section or key gives
-// "Mode Hatası", "Secname Hatası" or "Keyname Hatası"; "WRITE" with a Null value gives
-// "ERROR KeyValue". File, section and key are matched without regard to case, as INI files are.
-QString INIAyar(const QString &mod, const QString &dosya, const QString &bolum,
-                const QString &anahtar, const QString &deger = QString());
-QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
-                const QString &bolum, const QString &anahtar, const QString &deger = QString());
-// The writing behind "WRITE", for callers that must know whether it stood: it joins the
-// caller's transaction.
-Status IniYaz(store::Database &db, const QString &dosya, const QString &bolum,
-              const QString &anahtar, const QString &deger);
-
-} // namespace shell
+} // namespace users

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/para.h"
-#include "shell/result.h"
+#include "base/para.h"
+#include "base/result.h"
 
 #include <QDateTime>
 #include <QString>
@@ -10,7 +10,7 @@ namespace store {
 class Database;
 }
 
-namespace shell {
+namespace maintenance {
 
 // One row of Sabit: the school and the options of a school year.
 struct OkulBilgisi
@@ -29,7 +29,7 @@ struct OkulBilgisi
     QString OgretimYili;
     QString BaslangicAy;
     QString CariAy;
-    Para TaksitYuvarlama = Para::fromUnits(1);
+    base::Para TaksitYuvarlama = base::Para::fromUnits(1);
     QDateTime DonemBasTarihi;
     QDateTime DonemBitTarihi;
     int ParaTuru = 1;
@@ -40,9 +40,9 @@ struct OkulBilgisi
     QString TaksitFatura = QStringLiteral("0");
     QString OgrKayitSilinenRapordaGoster = QStringLiteral("0");
     QString ResmiListeBaslik;
-    Para EgitimDestekTutari;
+    base::Para EgitimDestekTutari;
     int EgitimDestekAy[4] = {12, 2, 6, 0};
-    Para EgitimDestekTaksit[4];
+    base::Para EgitimDestekTaksit[4];
     QString MersisNo;
     QString TicaretSicilNo;
     QString VergiSicilNo;
@@ -50,18 +50,14 @@ struct OkulBilgisi
     QString Adres;
 };
 
-// The order that puts the row in force first: the greatest school year, a row without one last
-// (the engines would otherwise disagree on where a Null goes).
-inline const QString SabitSirasi = QStringLiteral("ORDER BY COALESCE(OgretimYili, '') DESC");
-
 // The row in force: the one with the greatest school year.
-Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db);
+base::Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db);
 struct OfisAyarlari;
 // Writes the row that was read (or a new one), and with them the office switches when given:
 // one transaction, all or nothing.
-Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &okul,
+base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &okul,
                          const OfisAyarlari *ofis = nullptr);
-Status OkulbilgisiSil(store::Database &db);
+base::Status OkulbilgisiSil(store::Database &db);
 // A new school's row: this school year, the working month, the period from September to June.
 OkulBilgisi YeniOkulBilgisi(const QDate &bugun);
 
@@ -70,7 +66,7 @@ OkulBilgisi YeniOkulBilgisi(const QDate &bugun);
 bool SabitBilgileriOku(store::Database &db);
 
 // Stores the working month in the row in force.
-Status CariAyKaydet(store::Database &db, const QString &cariAy);
+base::Status CariAyKaydet(store::Database &db, const QString &cariAy);
 
 // The office switches that used to be marker files beside the program: the fee screen locked
 // ("okkilit.txt"), the voucher number locked ("fiskilit.txt"), and the cash-box hand-over of
@@ -85,6 +81,6 @@ struct OfisAyarlari
     int kasaSor = 0;
 };
 OfisAyarlari OfisAyarlariOku(store::Database &db);
-Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &ayar);
+base::Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &ayar);
 
-} // namespace shell
+} // namespace maintenance

@@ -1,20 +1,40 @@
 #pragma once
 
+#include "base/notice.h"
+
 #include <QString>
 
 #include <optional>
 #include <utility>
 
-namespace shell {
+namespace base {
 
 // A failure as the reporter needs it: the error number (the engine's, or one of ours), its
 // text, and the "Form:Procedure" label of the procedure that failed.
+//
+// Or a refusal: a rule that says no (no write right, a fee in use, a student held by another
+// user) gives its notice as the error of its result. A refusal is no failure: the screen shows
+// the notice as it stands and nothing goes to the error table.
 struct Error
 {
     int number = 0;
     QString text;
     QString label;
     int line = 0;
+    std::optional<Bildiri> red;
+
+    static Error refusal(Bildiri notice)
+    {
+        Error e;
+        e.text = notice.metin;
+        e.red = std::move(notice);
+        return e;
+    }
+    static Error refusal(const QString &title, const QString &text, Icon icon = Icon::Warning)
+    {
+        return refusal(Bildiri{title, text, icon});
+    }
+    bool isRefusal() const { return red.has_value(); }
 
     Error withLabel(const QString &newLabel) const
     {
@@ -73,4 +93,4 @@ private:
 
 using Status = Result<void>;
 
-} // namespace shell
+} // namespace base

@@ -1,13 +1,14 @@
+#include "gui_support.h"
 #include "test_support.h"
 
-#include "shell/failure.h"
-#include "shell/settings.h"
+#include "ui/failure.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "store/error_log.h"
 
 #include <QTest>
 
-using namespace shell;
+using namespace ui;
 
 class tst_Failure : public QObject
 {
@@ -90,7 +91,7 @@ void tst_Failure::storeFailureReachesReporterAndLeavesARow()
     VORTEL_STORE_FOR_ROW(s);
     QVERIFY(s.openYear());
     store::setDefaultDatabase(&s.db());
-    durum().AktifKullanici = QStringLiteral("muhasebe");
+    users::durum().AktifKullanici = QStringLiteral("muhasebe");
     testing::MessageRecorder messages;
     // The screen in front may only read: the failure is written down all the same.
     store::setWriteGuard([] { return false; });
@@ -106,7 +107,7 @@ void tst_Failure::storeFailureReachesReporterAndLeavesARow()
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Zerna")});
     QVERIFY(messages.texts().value(0).contains(QStringLiteral("Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış")));
 
-    shell::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
+    base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
     QVERIFY2(rows, qPrintable(rows.error().text));
     QCOMPARE(rows->size(), 1);
     const store::ErrorRow row = rows->first();

@@ -1,9 +1,10 @@
-#include "shell/failure.h"
+#include "ui/failure.h"
 
-#include "shell/settings.h"
+#include "ui/message.h"
+#include "users/rights.h"
+#include "users/session.h"
 #include "store/database.h"
 #include "store/error_log.h"
-#include "ui/message.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -13,7 +14,7 @@
 
 #include <cstdlib>
 
-namespace shell {
+namespace ui {
 
 namespace {
 
@@ -73,9 +74,9 @@ void GenelHata(int hataNo, const QString &hataAciklama, const QString &rutinAdi,
                                 QStringLiteral(" Hata Aciklamasi: ") + hataAciklama});
     const QPair<QString, QString> where = moduleAndObject(rutinAdi);
     HataKaydet(hataNo, 0, hataAciklama, where.first, where.second);
-    const ui::Answer answer = ui::show(
-        ui::Message{QStringLiteral("Genel HATA"), text, ui::Icon::Critical, ui::Buttons::OkCancel});
-    if (answer == ui::Answer::Cancel || !devamEdilebilir.has_value())
+    const Answer answer = show(
+        Message{QStringLiteral("Genel HATA"), text, Icon::Critical, Buttons::OkCancel});
+    if (answer == Answer::Cancel || !devamEdilebilir.has_value())
         endProgram()(1);
 }
 
@@ -151,7 +152,7 @@ HataMetni HataMetniGetir(int hataNo, int hataSatiri, const QString &hataAciklama
     case 3044: {
         const QString folder = store::hasDefaultDatabase()
                                    ? store::defaultDatabase().settings().describe()
-                                   : QDir::toNativeSeparators(durum().UygulamaYolu);
+                                   : QDir::toNativeSeparators(users::durum().UygulamaYolu);
         return {zerna,
                 lines({QStringLiteral("Çalışma Dizininiz Hatalıdır."),
                        QStringLiteral("Çalışma Dizini :") + folder + QLatin1Char('\\'),
@@ -179,7 +180,7 @@ void HataGoster(int hataNo, int hataSatiri, const QString &hataAciklama, const Q
 {
     HataKaydet(hataNo, hataSatiri, hataAciklama, modul, obje);
     const HataMetni m = HataMetniGetir(hataNo, hataSatiri, hataAciklama);
-    ui::notify(m.baslik, m.metin, ui::Icon::Critical);
+    notify(m.baslik, m.metin, Icon::Critical);
 }
 
 void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const QString &modul,
@@ -191,7 +192,7 @@ void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const Q
     if (machine.isEmpty())
         machine = QStringLiteral("bilinmiyor");
     const store::ErrorRow row{machine,
-                              durum().AktifKullanici,
+                              users::durum().AktifKullanici,
                               modul,
                               obje,
                               hataNo,
@@ -201,10 +202,41 @@ void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const Q
     (void) store::writeErrorRow(store::defaultDatabase().settings(), row);
 }
 
-void HataBildir(const Error &hata)
+void HataBildir(const base::Error &hata)
 {
+    if (hata.red) {
+        notify(*hata.red);
+        return;
+    }
     const QPair<QString, QString> where = moduleAndObject(hata.label);
     HataGoster(hata.number, hata.line, hata.text, where.first, where.second);
 }
 
-} // namespace shell
+} // namespace ui
+
+namespace ui {
+
+bool passed(const base::Status &sonuc)
+{
+    if (sonuc)
+        return true;
+    HataBildir(sonuc.error());
+    return false;
+}
+
+bool YazmaYetkisiVar()
+{
+    return passed(users::YazmaYetkisiVar());
+}
+
+bool HakKontrol(store::Database &db, const QString &tool)
+{
+    const base::Result<bool> hak = users::HakKontrol(db, tool);
+    if (!hak) {
+        HataBildir(hak.error());
+        return false;
+    }
+    return *hak;
+}
+
+} // namespace ui

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/para.h"
+#include "base/para.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -11,7 +11,7 @@
 
 // The Turkish text, number and date utilities that every screen shares. They never look at the
 // machine's locale: "1.250,50" and "dd.MM.yyyy" are read and written here, the same everywhere.
-namespace shell {
+namespace base {
 
 // ---- money and numbers -------------------------------------------------------------------
 
@@ -88,4 +88,4 @@ QString TarihSaatYaz(const QDateTime &tarih);
 // day (31.01.2024 + 1 month = 29.02.2024).
 QDate AyEkle(const QDate &tarih, int ay);
 
-} // namespace shell
+} // namespace base

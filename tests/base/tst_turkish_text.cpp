@@ -1,9 +1,9 @@
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 
 #include <QLocale>
 #include <QTest>
 
-using namespace shell;
+using namespace base;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "shell/para.h"
+#include "base/para.h"
 
 #include <QString>
 
@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-namespace shell {
+namespace base {
 
 namespace {
 
@@ -324,4 +324,4 @@ qint64 Para::floorDiv(Para step) const
     return narrow(roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor)).raw;
 }
 
-} // namespace shell
+} // namespace base

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -10,7 +10,11 @@
 // Failure reporting. Every procedure that touches data ends, on failure, by handing the error
 // number, its text and its "Form:Procedure" label to one of the two reporters; a failure is
 // never swallowed and never repaired here: the user decides whether to go on.
-namespace shell {
+namespace store {
+class Database;
+}
+
+namespace ui {
 
 // The general reporter: shows the failure under "Genel HATA" with OK and Cancel. Cancel ends
 // the program; so does any answer when `devamEdilebilir` is left out. Otherwise the screen
@@ -35,7 +39,17 @@ void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const Q
                 const QString &obje);
 
 // The usual failure branch of a procedure: the label "Form:Procedure" gives module and object.
-void HataBildir(const Error &hata);
+// A refusal is shown as its notice and recorded nowhere.
+void HataBildir(const base::Error &hata);
+
+// Shows what a rule gave back when it did not go through (a refusal as its notice, a failure
+// through the reporter) and tells whether it went through.
+bool passed(const base::Status &sonuc);
+
+// The screens' side of the rights rules: the write test that tells the operator when there is
+// no write right, and the rights test of a command, which reports a failure to read the rights.
+bool YazmaYetkisiVar();
+bool HakKontrol(store::Database &db, const QString &tool);
 
 // The program's title, for the general reporter's message.
 void setProgramAdi(const QString &ad);
@@ -43,4 +57,4 @@ QString programAdi();
 // How the program ends when a reporter ends it; tests put their own in.
 void setProgramBitir(std::function<void(int)> bitir);
 
-} // namespace shell
+} // namespace ui

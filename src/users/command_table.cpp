@@ -1,6 +1,6 @@
-#include "shell/command_table.h"
+#include "users/command_table.h"
 
-namespace shell {
+namespace users {
 
 namespace {
 
@@ -184,4 +184,4 @@ const QStringList &CalismaGerektirenler()
     return s_list;
 }
 
-} // namespace shell
+} // namespace users

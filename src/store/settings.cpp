@@ -1,47 +1,14 @@
-#include "shell/settings.h"
+#include "store/settings.h"
 
-#include "shell/turkish_text.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 
-namespace shell {
-
-CalismaDurumu &durum()
-{
-    static CalismaDurumu s_durum;
-    return s_durum;
-}
-
-const QList<OdemeSekli> &OdemeSekilleriTablosu()
-{
-    static const QList<OdemeSekli> s_table = {
-        {QString(), QString()},
-        {QStringLiteral("K"), QStringLiteral("Kredi Kart")},
-        {QStringLiteral("N"), QStringLiteral("Nakit")},
-        {QStringLiteral("C"), QStringLiteral("Çek")},
-        {QStringLiteral("S"), QStringLiteral("Senet")},
-        {QStringLiteral("B"), QStringLiteral("Banka")},
-        {QStringLiteral("L"), QStringLiteral("Bloke")},
-        {QStringLiteral("D"), QStringLiteral("Diğer")},
-        {QStringLiteral("T"), QStringLiteral("Kredi Kartı Taksit")},
-        {QStringLiteral("M"), QStringLiteral("Mail Order")},
-        {QStringLiteral("E"), QStringLiteral("Eğitim Destek")},
-    };
-    return s_table;
-}
-
-QString OdemeSekliAdi(const QString &kod)
-{
-    for (const OdemeSekli &s : OdemeSekilleriTablosu()) {
-        if (s.kod == kod)
-            return s.ad;
-    }
-    return QString();
-}
+namespace store {
 
 QString INIAyar(const QString &mod, const QString &dosya, const QString &bolum,
                 const QString &anahtar, const QString &deger)
 {
-    return INIAyar(store::defaultDatabase(), mod, dosya, bolum, anahtar, deger);
+    return INIAyar(defaultDatabase(), mod, dosya, bolum, anahtar, deger);
 }
 
 namespace {
@@ -56,29 +23,29 @@ QString fileKey(const QString &dosya)
 
 QString nameKey(const QString &name)
 {
-    return BuyukHarf(name.trimmed());
+    return base::BuyukHarf(name.trimmed());
 }
 
 } // namespace
 
-Status IniYaz(store::Database &db, const QString &dosya, const QString &bolum,
+base::Status IniYaz(Database &db, const QString &dosya, const QString &bolum,
               const QString &anahtar, const QString &deger)
 {
     const QString label = QStringLiteral("Modul:INIAyar");
     // Settings are written by the program for whoever uses it.
-    const store::WriteGuardExemption own;
-    if (Status open = store::ensureOpen(db, store::Store::Global, label); !open)
+    const WriteGuardExemption own;
+    if (base::Status open = ensureOpen(db, Store::Global, label); !open)
         return open;
-    store::Transaction tx(db);
+    Transaction tx(db);
     if (!tx)
         return tx.error();
-    store::Query update(db, QStringLiteral("UPDATE IniAyar SET Deger = ? WHERE Dosya = ? AND "
+    Query update(db, QStringLiteral("UPDATE IniAyar SET Deger = ? WHERE Dosya = ? AND "
                                            "Bolum = ? AND Anahtar = ?"));
     update.bind(deger).bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar));
     if (!update.exec())
         return update.error(label);
     if (update.rowsAffected() == 0) {
-        store::Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
+        Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
                                                "VALUES (?, ?, ?, ?)"));
         insert.bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar)).bind(deger);
         if (!insert.exec())
@@ -89,7 +56,7 @@ Status IniYaz(store::Database &db, const QString &dosya, const QString &bolum,
     return {};
 }
 
-QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
+QString INIAyar(Database &db, const QString &mod, const QString &dosya,
                 const QString &bolum, const QString &anahtar, const QString &deger)
 {
     if (mod.isEmpty())
@@ -103,9 +70,9 @@ QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
     const QString section = nameKey(bolum);
     const QString key = nameKey(anahtar);
     if (upperMode == QLatin1String("GET")) {
-        if (!store::DatabaseAc(db, store::Store::Global, true, false))
+        if (!DatabaseAc(db, Store::Global, true, false))
             return QString();
-        store::Query q(db,
+        Query q(db,
                        QStringLiteral("SELECT Deger FROM IniAyar WHERE Dosya = ? AND Bolum = ? "
                                       "AND Anahtar = ?"));
         q.bind(file).bind(section).bind(key);
@@ -125,4 +92,4 @@ QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
     return QString();
 }
 
-} // namespace shell
+} // namespace store

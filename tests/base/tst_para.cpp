@@ -1,4 +1,4 @@
-#include "shell/para.h"
+#include "base/para.h"
 
 #include <QString>
 #include <QTest>
@@ -6,8 +6,8 @@
 #include <cmath>
 #include <limits>
 
-using shell::Para;
-using shell::RoundingMode;
+using base::Para;
+using base::RoundingMode;
 
 namespace {
 

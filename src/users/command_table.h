@@ -3,7 +3,7 @@
 #include <QList>
 #include <QString>
 
-namespace shell {
+namespace users {
 
 // One command of the main window: the tool name that dispatch goes by, the caption of its menu
 // or band entry, the screen it opens, whether the school's settings must exist first, and where
@@ -34,4 +34,4 @@ bool HakTestsiz(const QString &tool);
 // The band and menu entries that need an open working year.
 const QStringList &CalismaGerektirenler();
 
-} // namespace shell
+} // namespace users

@@ -7,7 +7,7 @@
 
 class QString;
 
-namespace shell {
+namespace base {
 
 // How a lossy step rounds. Every division, percentage or rounding of money names one.
 enum class RoundingMode {
@@ -83,4 +83,4 @@ private:
     bool m_overflow = false;
 };
 
-} // namespace shell
+} // namespace base

@@ -1,11 +1,12 @@
-#include "shell/school.h"
+#include "maintenance/school.h"
 
-#include "shell/settings.h"
-#include "shell/turkish_text.h"
+#include "store/settings.h"
+#include "users/session.h"
+#include "base/turkish_text.h"
 #include "store/database.h"
 #include "store/schema.h"
 
-namespace shell {
+namespace maintenance {
 
 namespace {
 
@@ -45,7 +46,7 @@ QString cut(const QString &value, const char *field)
 QDateTime dateOrZero(const store::Query &q, const QString &field)
 {
     const QDateTime d = q.dateTime(field);
-    return d.isValid() ? d : SifirTarih;
+    return d.isValid() ? d : base::SifirTarih;
 }
 
 } // namespace
@@ -62,11 +63,11 @@ OkulBilgisi YeniOkulBilgisi(const QDate &bugun)
     return o;
 }
 
-Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
+base::Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
 {
-    if (shell::Status open = store::ensureOpen(db, store::Store::Year, s_label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Year, s_label); !open)
         return open.error();
-    store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ").arg(fieldList()) + SabitSirasi);
+    store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ").arg(fieldList()) + store::SabitSirasi);
     if (!q.exec())
         return q.error(s_label);
     OkulBilgisi o;
@@ -85,7 +86,7 @@ Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
     o.OgretimYili = o.yuklenenOgretimYili;
     o.BaslangicAy = q.text(QStringLiteral("BaslangicAy"));
     o.CariAy = q.text(QStringLiteral("CariAy"));
-    o.TaksitYuvarlama = q.isNull(QStringLiteral("TaksitYuvarlama")) ? Para::fromUnits(1000000)
+    o.TaksitYuvarlama = q.isNull(QStringLiteral("TaksitYuvarlama")) ? base::Para::fromUnits(1000000)
                                                                      : q.para(QStringLiteral("TaksitYuvarlama"));
     o.DonemBasTarihi = dateOrZero(q, QStringLiteral("DonemBasTarihi"));
     o.DonemBitTarihi = dateOrZero(q, QStringLiteral("DonemBitTarihi"));
@@ -110,10 +111,10 @@ Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
     return o;
 }
 
-Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAyarlari *ofis)
+base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAyarlari *ofis)
 {
     const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiKaydet");
-    if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
         return open.error();
     store::Transaction tx(db);
     if (!tx)
@@ -146,8 +147,8 @@ Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAy
         .bind(cut(o.ParaBirimi, "ParaBirimi"))
         .bind(cut(o.OgretimYili, "OgretimYili"))
         .bind(cut(o.Telefon, "Telefon"))
-        .bind(o.DonemBasTarihi.isValid() ? o.DonemBasTarihi : SifirTarih)
-        .bind(o.DonemBitTarihi.isValid() ? o.DonemBitTarihi : SifirTarih)
+        .bind(o.DonemBasTarihi.isValid() ? o.DonemBasTarihi : base::SifirTarih)
+        .bind(o.DonemBitTarihi.isValid() ? o.DonemBitTarihi : base::SifirTarih)
         .bind(cut(o.CariAy, "CariAy"))
         .bind(cut(o.BaslangicAy, "BaslangicAy"))
         .bind(cut(o.OgrAOtoDeg, "OgrAOtoDeg"))
@@ -172,7 +173,7 @@ Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAy
         return q.error(label);
     q.finish();
     if (ofis) {
-        if (Status s = OfisAyarlariYaz(db, *ofis); !s)
+        if (base::Status s = OfisAyarlariYaz(db, *ofis); !s)
             return s.error().withLabel(label);
     }
     if (!tx.commit())
@@ -180,7 +181,7 @@ Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAy
     return {};
 }
 
-Status OkulbilgisiSil(store::Database &db)
+base::Status OkulbilgisiSil(store::Database &db)
 {
     const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiSil");
     store::Query q(db, QStringLiteral("DELETE FROM Sabit"));
@@ -191,7 +192,7 @@ Status OkulbilgisiSil(store::Database &db)
 
 bool SabitBilgileriOku(store::Database &db)
 {
-    CalismaDurumu &d = durum();
+    users::CalismaDurumu &d = users::durum();
     d.OgretimYili.clear();
     d.OkulAdi.clear();
     d.OkulIlAdi.clear();
@@ -201,18 +202,18 @@ bool SabitBilgileriOku(store::Database &db)
     d.SonFaturaNo = d.SonSenetNo = d.SonFisNo = 0;
     d.CariAy.clear();
     d.BaslangicAy.clear();
-    d.TaksitYuvarlama = Para::fromUnits(1000000);
-    d.DonemBasTarihi = SifirTarih;
-    d.DonemBitTarihi = SifirTarih;
-    d.ParaFormati = ParaFormatiTam;
+    d.TaksitYuvarlama = base::Para::fromUnits(1000000);
+    d.DonemBasTarihi = base::SifirTarih;
+    d.DonemBitTarihi = base::SifirTarih;
+    d.ParaFormati = base::ParaFormatiTam;
     d.OgrAOtoDeg = QStringLiteral("0");
     d.TaksitFatura = QStringLiteral("0");
     d.TaksitKilitle = false;
     d.FisNoKilitle = false;
-    d.OdemeSekilleri = OdemeSekilleriTablosu();
+    d.OdemeSekilleri = users::OdemeSekilleriTablosu();
 
     bool read = false;
-    if (Result<OkulBilgisi> o = OkulbilgisiGetir(db); o && o->kayitVar) {
+    if (base::Result<OkulBilgisi> o = OkulbilgisiGetir(db); o && o->kayitVar) {
         read = true;
         d.OgretimYili = o->OgretimYili;
         d.OkulAdi = o->OkulAdi;
@@ -230,7 +231,7 @@ bool SabitBilgileriOku(store::Database &db)
         d.DonemBitTarihi = o->DonemBitTarihi;
         d.ParaTuru = o->ParaTuru;
         d.ParaBirimi = o->ParaBirimi;
-        d.ParaFormati = o->ParaTuru != 0 ? ParaFormatiKurus : ParaFormatiTam;
+        d.ParaFormati = o->ParaTuru != 0 ? base::ParaFormatiKurus : base::ParaFormatiTam;
         d.OgrAOtoDeg = o->OgrAOtoDeg.isEmpty() ? QStringLiteral("0") : o->OgrAOtoDeg;
         d.TaksitFatura = o->TaksitFatura.isEmpty() ? QStringLiteral("0") : o->TaksitFatura;
         d.TaksitKilitle = o->TaksitKilitle == 1;
@@ -240,19 +241,19 @@ bool SabitBilgileriOku(store::Database &db)
     // says, amounts are YTL with two decimals.
     d.ParaTuru = 1;
     d.ParaBirimi = QStringLiteral("YTL");
-    d.ParaFormati = ParaFormatiKurus;
+    d.ParaFormati = base::ParaFormatiKurus;
     return read;
 }
 
-Status CariAyKaydet(store::Database &db, const QString &cariAy)
+base::Status CariAyKaydet(store::Database &db, const QString &cariAy)
 {
     const QString label = QStringLiteral("MDIAidat:ActBar_ComboChange");
     // The working month is everyone's to choose.
     const store::WriteGuardExemption own;
-    if (shell::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
+    if (base::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
         return open.error();
     // The first row: the one in force.
-    store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ") + SabitSirasi);
+    store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ") + store::SabitSirasi);
     if (!first.exec())
         return first.error(label);
     if (!first.next())
@@ -272,22 +273,22 @@ Status CariAyKaydet(store::Database &db, const QString &cariAy)
 OfisAyarlari OfisAyarlariOku(store::Database &db)
 {
     auto get = [&db](const QString &file, const QString &key) {
-        return INIAyar(db, QStringLiteral("GET"), file, QStringLiteral("OFIS"), key);
+        return store::INIAyar(db, QStringLiteral("GET"), file, QStringLiteral("OFIS"), key);
     };
     OfisAyarlari a;
     a.okKilit = get(QStringLiteral("okkilit.txt"), QStringLiteral("VAR")) == QLatin1String("1");
     a.fisKilit = get(QStringLiteral("fiskilit.txt"), QStringLiteral("VAR")) == QLatin1String("1");
     a.kasaAyarVar = get(QStringLiteral("okbilg.txt"), QStringLiteral("VAR")) == QLatin1String("1");
     if (a.kasaAyarVar) {
-        a.kasaAktar = int(SayiDegeri(get(QStringLiteral("okbilg.txt"), QStringLiteral("1"))));
+        a.kasaAktar = int(base::SayiDegeri(get(QStringLiteral("okbilg.txt"), QStringLiteral("1"))));
         const QString kod = get(QStringLiteral("okbilg.txt"), QStringLiteral("2"));
         a.kasaKod = kod.isEmpty() ? QStringLiteral("100") : kod;
-        a.kasaSor = int(SayiDegeri(get(QStringLiteral("okbilg.txt"), QStringLiteral("3"))));
+        a.kasaSor = int(base::SayiDegeri(get(QStringLiteral("okbilg.txt"), QStringLiteral("3"))));
     }
     return a;
 }
 
-Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
+base::Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
 {
     const QString one = QStringLiteral("1");
     const QString zero = QStringLiteral("0");
@@ -309,7 +310,7 @@ Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
     if (!tx)
         return tx.error();
     for (const auto &e : entries) {
-        if (Status s = IniYaz(db, e.file, QStringLiteral("OFIS"), e.key, e.value); !s)
+        if (base::Status s = store::IniYaz(db, e.file, QStringLiteral("OFIS"), e.key, e.value); !s)
             return s;
     }
     if (!tx.commit())
@@ -317,4 +318,4 @@ Status OfisAyarlariYaz(store::Database &db, const OfisAyarlari &a)
     return {};
 }
 
-} // namespace shell
+} // namespace maintenance

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-namespace shell {
+namespace ui {
 
 // How screens tell each other that something they show has changed, so that open screens
 // reload it.
@@ -23,4 +23,4 @@ signals:
     void aidatTanimlariDegisti();
 };
 
-} // namespace shell
+} // namespace ui
