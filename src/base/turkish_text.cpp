@@ -572,7 +572,17 @@ QString EkGetir(const QString &isim)
         return QString();
     }
     const QChar vowel = name[at];
-    const bool upper = vowel.isUpper();
+    // The suffix follows the case of the whole name: "ALİ'NİN", but "Öz'ün".
+    bool upper = false;
+    for (const QChar c : name) {
+        if (c.isLetter()) {
+            if (c.isLower()) {
+                upper = false;
+                break;
+            }
+            upper = true;
+        }
+    }
     QString suffix;
     if (QStringLiteral("aıAI").contains(vowel)) {
         suffix = upper ? QStringLiteral("IN") : QStringLiteral("ın");

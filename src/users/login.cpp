@@ -37,6 +37,9 @@ base::Result<std::optional<StoredUser>> findUser(store::Database &db, const QStr
 
 bool oldFormMatches(const QString &stored, const QString &sifre)
 {
+    // An empty stored value is no password at all: it never lets anybody in.
+    if (stored.trimmed().isEmpty())
+        return false;
     for (Provider p : {Provider::Enhanced, Provider::Base}) {
         const base::Result<QString> scrambled = Sifrele(sifre, p);
         if (scrambled && scrambled->compare(stored.trimmed(), Qt::CaseInsensitive) == 0)
@@ -72,9 +75,12 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
         if (!oldFormMatches(u.password, sifre))
             return GirisSonucu::SifreHatali;
         // The old scrambled password is accepted this once and kept as a hash from now on.
+        const base::Result<QString> ozet = SifreOzeti(sifre);
+        if (!ozet)
+            return ozet.error().withLabel(s_label);
         const store::WriteGuardExemption own;
         store::Query rewrite(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
-        rewrite.bind(SifreOzeti(sifre)).bind(u.username);
+        rewrite.bind(*ozet).bind(u.username);
         if (!rewrite.exec())
             return rewrite.error(s_label);
     }
@@ -104,17 +110,20 @@ base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStri
     base::Result<std::optional<StoredUser>> existing = findUser(db, ad);
     if (!existing)
         return existing.error().withLabel(label);
+    const base::Result<QString> ozet = SifreOzeti(sifre);
+    if (!ozet)
+        return ozet.error().withLabel(label);
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
     if (existing->has_value()) {
         store::Query update(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
-        update.bind(SifreOzeti(sifre)).bind((*existing)->username);
+        update.bind(*ozet).bind((*existing)->username);
         if (!update.exec())
             return update.error(label);
     } else {
         store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
-        insert.bind(*kod).bind(SifreOzeti(sifre));
+        insert.bind(*kod).bind(*ozet);
         if (!insert.exec())
             return insert.error(label);
     }

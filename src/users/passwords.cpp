@@ -208,19 +208,27 @@ base::Result<QString> SifreCoz(const QString &hex, Provider provider)
     return Windows1254Coz(rc4(TuretilmisAnahtar(provider), *sifreli));
 }
 
-QString SifreOzeti(const QString &sifre)
+base::Result<QString> SifreOzeti(const QString &sifre)
 {
+    const base::Error yetersiz{SifreOzetiHatasi,
+                               QStringLiteral("Şifre saklanamadı: bilgisayarın belleği yetersiz. "
+                                              "Lütfen diğer programları kapatıp yeniden deneyiniz."),
+                               QString()};
     if (!sodiumHazir()) {
-        return QString();
+        return yetersiz;
     }
     const Utf8Sifre utf8(sifre);
     char ozet[crypto_pwhash_STRBYTES];
     if (crypto_pwhash_str(ozet, utf8.veri(), utf8.boy(), crypto_pwhash_OPSLIMIT_INTERACTIVE,
                           crypto_pwhash_MEMLIMIT_INTERACTIVE)
         != 0) {
-        return QString();
+        return yetersiz;
     }
-    return QString::fromLatin1(ozet);
+    const QString sonuc = QString::fromLatin1(ozet);
+    if (!SifreOzetiMi(sonuc)) {
+        return yetersiz;
+    }
+    return sonuc;
 }
 
 bool SifreOzetiDogrula(const QString &ozet, const QString &sifre)

@@ -45,9 +45,10 @@ base::Result<QString> Sifrele(const QString &metin, Provider provider = Provider
 base::Result<QString> SifreCoz(const QString &hex, Provider provider = Provider::Enhanced);
 
 // Argon2id through libsodium (crypto_pwhash_str, interactive limits), the password as UTF-8.
-// SifreOzeti gives "" when libsodium cannot start or runs out of memory; such a value never
-// verifies.
-QString SifreOzeti(const QString &sifre);
+// When libsodium cannot start or runs out of memory the error says so, and the caller stores
+// nothing: an empty or malformed stored value never verifies.
+base::Result<QString> SifreOzeti(const QString &sifre);
+inline constexpr int SifreOzetiHatasi = 7;
 bool SifreOzetiDogrula(const QString &ozet, const QString &sifre);
 // True for a stored value that is an Argon2id hash rather than an old scrambled password.
 bool SifreOzetiMi(const QString &kayitli);

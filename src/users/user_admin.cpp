@@ -130,19 +130,28 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
             continue;
         // A renamed user keeps his row; his rights follow the new name.
         const QString old = r.kod.isEmpty() ? kod : r.kod;
+
         store::Query exists(db, QStringLiteral("SELECT count(*) FROM Sifre WHERE Username = ?"));
         exists.bind(old);
         if (!exists.exec() || !exists.next())
             return exists.error(label);
         const bool present = exists.integer(0) > 0;
         exists.finish();
+        // A password is stored only as its hash; when hashing fails nothing is saved.
+        QString ozet;
+        if (r.sifreDegisti || !present) {
+            const base::Result<QString> o = SifreOzeti(r.yeniSifre);
+            if (!o)
+                return o.error().withLabel(label);
+            ozet = *o;
+        }
         if (present) {
             store::Query update(db, r.sifreDegisti
                                         ? QStringLiteral("UPDATE Sifre SET Username = ?, Password = ? WHERE Username = ?")
                                         : QStringLiteral("UPDATE Sifre SET Username = ? WHERE Username = ?"));
             update.bind(kod);
             if (r.sifreDegisti)
-                update.bind(SifreOzeti(r.yeniSifre));
+                update.bind(ozet);
             update.bind(old);
             if (!update.exec())
                 return update.error(label);
@@ -154,7 +163,7 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
             }
         } else {
             store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
-            insert.bind(kod).bind(SifreOzeti(r.yeniSifre));
+            insert.bind(kod).bind(ozet);
             if (!insert.exec())
                 return insert.error(label);
         }

@@ -147,6 +147,13 @@ private slots:
         QTest::addRow("ek-kaya") << EkGetir("Kaya") << "'nın";
         QTest::addRow("ek-son-unlu-kucuk") << EkGetir("ÖMeR") << "'in";
         QTest::addRow("ek-unsuz") << EkGetir("Brk") << "";
+        // The case of the name decides, not the case of its last vowel.
+        QTest::addRow("ek-oz") << EkGetir("Öz") << "'ün";
+        QTest::addRow("ek-ay") << EkGetir("Ay") << "'ın";
+        QTest::addRow("ek-ok") << EkGetir("Ok") << "'un";
+        QTest::addRow("ek-iz") << EkGetir("İz") << "'in";
+        QTest::addRow("ek-ALI") << EkGetir("ALİ") << "'NİN";
+        QTest::addRow("ek-OZ-kesme") << EkGetir("O'NEİL") << "'İN";
         // clang-format on
     }
 

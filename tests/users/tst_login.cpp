@@ -6,7 +6,17 @@
 #include "users/passwords.h"
 #include "users/rights.h"
 
+#include <QFile>
+#include <QProcess>
 #include <QTest>
+
+#include <cstdio>
+#include <cstring>
+
+#ifndef Q_OS_WIN
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
 
 using namespace users;
 
@@ -49,6 +59,7 @@ private slots:
     void rightsByTableState_data() { testing::addEngineRows(); }
     void rightsByTableState();
     void failedLoginsSlowDown();
+    void aFailedHashStoresNothing();
 };
 
 void tst_Login::loginAnswers_data()
@@ -103,7 +114,8 @@ void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
     QVERIFY(KullaniciKaydet(db, QStringLiteral("kasa"), QStringLiteral("yeni")).ok());
     QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 3);
     QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("yeni")), GirisSonucu::Kabul);
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QString()), GirisSonucu::Kabul);
+    // A user stored without a password gets in with none, never.
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QString()), GirisSonucu::SifreHatali);
     QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QStringLiteral("x")), GirisSonucu::SifreHatali);
 }
 
@@ -115,7 +127,7 @@ void tst_Login::rightsByTableState()
     users::CalismaDurumu &d = users::durum();
     d.AktifKullanici = QStringLiteral("sekreter");
     auto rights = [&db, &d](const QString &tool) {
-        HakKontrol(db, tool);
+        (void) HakKontrol(db, tool);
         return qMakePair(d.HakOkuma, d.HakYazma);
     };
     // No right defined at all: everyone may do everything.
@@ -150,5 +162,58 @@ void tst_Login::failedLoginsSlowDown()
     QCOMPARE(GirisBeklemesi(s.db(), name), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Login)
+void tst_Login::aFailedHashStoresNothing()
+{
+#ifdef Q_OS_WIN
+    QSKIP("the address-space limit is POSIX");
+#else
+    // The program itself, run again with too little memory for the hash: the save must fail
+    // with a message and leave no password behind, and the empty text must not let anyone in.
+    testing::TestStore s(store::Engine::SQLite);
+    QVERIFY(store::DatabaseAc(s.db(), store::Store::Global, true, false));
+    const QString folder = s.settings().dataFolder;
+    s.db().close();
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hash-child"), folder});
+    QVERIFY(child.waitForFinished(60000));
+    const QString said = QString::fromUtf8(child.readAllStandardOutput());
+    if (!said.contains(QLatin1String("reached")))
+        QSKIP(qPrintable(QStringLiteral("the child did not reach the save: ") + said
+                         + QString::fromUtf8(child.readAllStandardError())));
+    QVERIFY2(said.contains(QStringLiteral("refused: Şifre saklanamadı")), qPrintable(said));
+    store::Database db(store::ConnectionSettings::sqlite(folder));
+    QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
+    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 0);
+#endif
+}
+
+// With "--hash-child <folder>" the test program is the child of aFailedHashStoresNothing.
+int main(int argc, char **argv)
+{
+#ifndef Q_OS_WIN
+    if (argc == 3 && std::strcmp(argv[1], "--hash-child") == 0) {
+        QCoreApplication app(argc, argv);
+        store::Database db(store::ConnectionSettings::sqlite(QString::fromLocal8Bit(argv[2])));
+        if (!store::DatabaseAc(db, store::Store::Global, true, false))
+            return 2;
+        // Room for 32 MB more than the child holds now: the hash wants 64.
+        QFile statm(QStringLiteral("/proc/self/statm"));
+        if (!statm.open(QIODevice::ReadOnly))
+            return 3;
+        const qint64 pages = statm.readAll().split(' ').value(0).toLongLong();
+        const rlim_t limit = rlim_t(pages) * rlim_t(sysconf(_SC_PAGESIZE)) + (32u << 20);
+        const rlimit room{limit, limit};
+        if (setrlimit(RLIMIT_AS, &room) != 0)
+            return 4;
+        std::printf("reached\n");
+        const base::Status saved = KullaniciKaydet(db, QStringLiteral("Ayşe"), QStringLiteral("x"));
+        std::printf("%s\n", saved ? "saved" : qPrintable(QStringLiteral("refused: ") + saved.error().text));
+        return 0;
+    }
+#endif
+    QCoreApplication app(argc, argv);
+    tst_Login test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_login.moc"
