@@ -2,18 +2,59 @@
 
 #include "ui/failure.h"
 #include "shell/main_window.h"
+#include "shell/platform.h"
 #include "users/session.h"
 #include "ui/message.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFont>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QLockFile>
+#include <QLoggingCategory>
 #include <QStyleFactory>
 
 #include <cstdio>
 
 namespace shell {
+
+Q_LOGGING_CATEGORY(lcStartup, "vortel.startup")
+
+namespace {
+
+// The running program of this user listens here; a second start tells it to come forward.
+QString instanceName()
+{
+    return QStringLiteral("zerna-vortel-%1").arg(isletimSistemiKullanicisi());
+}
+
+bool tellTheRunningOne()
+{
+    QLocalSocket socket;
+    socket.connectToServer(instanceName());
+    if (!socket.waitForConnected(2000))
+        return false;
+    socket.write("one\n");
+    socket.waitForBytesWritten(2000);
+    socket.disconnectFromServer();
+    return true;
+}
+
+// The window in front: a dialog waiting for an answer (the login) or the main window.
+void bringForward(QWidget *main)
+{
+    QWidget *front = QApplication::activeModalWidget();
+    if (!front)
+        front = main;
+    front->setWindowState((front->windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    front->show();
+    front->raise();
+    front->activateWindow();
+    qCInfo(lcStartup) << "brought forward by a second start";
+}
+
+} // namespace
 
 KomutSatiri KomutSatiriOku(const QStringList &arguments)
 {
@@ -47,15 +88,12 @@ KomutSatiri KomutSatiriOku(const QStringList &arguments)
 
 int Main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Zerna Vortel"));
-    QApplication::setOrganizationName(QStringLiteral("Zerna"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPointSizeF(9.5);
-    QApplication::setFont(font);
-
-    const KomutSatiri k = KomutSatiriOku(QApplication::arguments());
+    // The command line is read before any window system is asked for, so that its actions run
+    // on a machine without a display.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const KomutSatiri k = KomutSatiriOku(arguments);
     if (k.surum) {
         std::printf("%s\n", qPrintable(MDIAidat::programBasligi()));
         return 0;
@@ -65,14 +103,27 @@ int Main(int argc, char *argv[])
         return 2;
     }
 
-    // A second start by the same user on the same machine ends at once, without a word.
-    QString user = qEnvironmentVariable("USER");
-    if (user.isEmpty())
-        user = qEnvironmentVariable("USERNAME");
-    QLockFile instance(QDir::temp().absoluteFilePath(QStringLiteral("zerna-vortel-%1.lock").arg(user)));
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Zerna Vortel"));
+    QApplication::setOrganizationName(QStringLiteral("Zerna"));
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPointSizeF(9.5);
+    QApplication::setFont(font);
+
+    // A second start by the same user on the same machine brings the running one forward and
+    // ends without a word.
+    QLockFile instance(QDir::temp().absoluteFilePath(instanceName() + QStringLiteral(".lock")));
     instance.setStaleLockTime(0);
-    if (!instance.tryLock(0))
+    if (!instance.tryLock(0)) {
+        tellTheRunningOne();
         return 0;
+    }
+    QLocalServer::removeServer(instanceName()); // left by a program that was killed
+    QLocalServer server;
+    server.setSocketOptions(QLocalServer::UserAccessOption);
+    if (!server.listen(instanceName()))
+        qCWarning(lcStartup) << "no instance server:" << server.errorString();
 
     users::durum().UygulamaYolu = QCoreApplication::applicationDirPath();
     store::Database db(k.settings);
@@ -88,6 +139,12 @@ int Main(int argc, char *argv[])
     int result = 0;
     {
         MDIAidat window(db);
+        QObject::connect(&server, &QLocalServer::newConnection, &window, [&server, &window] {
+            while (QLocalSocket *peer = server.nextPendingConnection()) {
+                QObject::connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
+                bringForward(&window);
+            }
+        });
         if (window.MDIForm_Load())
             result = QApplication::exec();
     }

@@ -18,6 +18,8 @@ private slots:
     void commandLine_data();
     void commandLine();
     void aSecondStartEndsAtOnce();
+    void commandLineRunsWithoutADisplay_data();
+    void commandLineRunsWithoutADisplay();
 };
 
 void tst_Startup::commandLine_data()
@@ -58,20 +60,56 @@ void tst_Startup::aSecondStartEndsAtOnce()
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     const QStringList args = {QStringLiteral("--data"), folder.path() + QStringLiteral("/data")};
     QProcess first;
-    first.setProcessEnvironment(env);
+    QProcessEnvironment firstEnv = env;
+    firstEnv.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("vortel.startup.info=true"));
+    first.setProcessEnvironment(firstEnv);
     first.start(QStringLiteral(VORTEL_PROGRAM), args);
     QVERIFY(first.waitForStarted());
     // The first one waits at its first dialog; the store it made tells that it is up.
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.path() + QStringLiteral("/data/Sabit.db")), 20000);
+    // The instance is the operating system's user, not whatever USER says.
     QProcess second;
+    env.insert(QStringLiteral("USER"), QString());
+    env.insert(QStringLiteral("USERNAME"), QStringLiteral("baskasi"));
     second.setProcessEnvironment(env);
     second.start(QStringLiteral(VORTEL_PROGRAM), args);
     QVERIFY(second.waitForFinished(10000));
     QCOMPARE(second.exitCode(), 0);
     QVERIFY(second.readAllStandardOutput().isEmpty());
     QCOMPARE(first.state(), QProcess::Running);
+    // The running one was told, and came forward.
+    QByteArray told;
+    QTRY_VERIFY_WITH_TIMEOUT((told += first.readAllStandardError()).contains("brought forward"), 10000);
     first.kill();
     first.waitForFinished();
+}
+
+void tst_Startup::commandLineRunsWithoutADisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("printed");
+    QTest::addRow("surum") << QStringList{"--surum"} << 0 << "Zerna";
+    QTest::addRow("version") << QStringList{"--version"} << 0 << "Zerna";
+    QTest::addRow("bilinmeyen") << QStringList{"--hizli"} << 2 << "Bilinmeyen seçenek: --hizli";
+}
+
+void tst_Startup::commandLineRunsWithoutADisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, printed);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        env.remove(QString::fromLatin1(name));
+    QProcess program;
+    program.setProcessEnvironment(env);
+    program.start(QStringLiteral(VORTEL_PROGRAM), arguments);
+    QVERIFY(program.waitForFinished(10000));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), exitCode);
+    const QString said = QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());
+    QVERIFY2(said.contains(printed), qPrintable(said));
 }
 
 QTEST_GUILESS_MAIN(tst_Startup)
