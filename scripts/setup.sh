@@ -3,7 +3,7 @@
 # already there.
 set -euo pipefail
 packages=(
-    cmake ninja-build g++ ccache pkg-config
+    cmake ninja-build g++ ccache pkg-config clang-format
     qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql libgl-dev
     libsqlite3-dev libsodium-dev
     postgresql
