@@ -1,8 +1,8 @@
 #include "shell/startup.h"
 
 #include "ui/failure.h"
+#include "base/platform.h"
 #include "shell/main_window.h"
-#include "shell/platform.h"
 #include "users/session.h"
 #include "ui/message.h"
 
@@ -26,7 +26,7 @@ namespace {
 // The running program of this user listens here; a second start tells it to come forward.
 QString instanceName()
 {
-    return QStringLiteral("zerna-vortel-%1").arg(isletimSistemiKullanicisi());
+    return QStringLiteral("zerna-vortel-%1").arg(base::isletimSistemiKullanicisi());
 }
 
 bool tellTheRunningOne()

@@ -5,6 +5,8 @@
 #include "store/migration.h"
 #include "store/sqlite_functions.h"
 
+#include "base/platform.h"
+
 #include <QAtomicInt>
 #include <QDir>
 #include <QFile>
@@ -46,6 +48,43 @@ QString uniqueConnectionName()
 {
     static QAtomicInt s_counter;
     return QStringLiteral("vortel-%1").arg(s_counter.fetchAndAddRelaxed(1) + 1);
+}
+
+// A compaction killed between its two renames leaves the store only as "<file>_old" (with a
+// finished or half-written "<file>_tmp" beside it): the old file is the store, whole, and is
+// put back before anything opens the folder. Where the new file already took its place the
+// old one is kept for the next compaction to remove, as after a run that ended well.
+void recoverCompactions(const QString &folder)
+{
+    const QDir dir(folder);
+    bool renamed = false;
+    for (const QString &name : dir.entryList({QStringLiteral("*.db_old")}, QDir::Files)) {
+        const QString store = dir.filePath(name.chopped(4));
+        if (!QFileInfo::exists(store)) {
+            qCWarning(lcStore) << "putting back" << store << "after an interrupted compaction";
+            renamed = QFile::rename(dir.filePath(name), store) || renamed;
+        }
+    }
+    for (const QString &name : dir.entryList({QStringLiteral("*.db_tmp")}, QDir::Files)) {
+        if (QFileInfo::exists(dir.filePath(name.chopped(4))))
+            QFile::remove(dir.filePath(name));
+    }
+    if (renamed)
+        base::klasoruDiskeYaz(folder);
+}
+
+// A commit over several files writes a super-journal ("Sabit.db-mj...") that the files'
+// journals name; SQLite removes it when the commit or its rollback is over. A kill at the
+// wrong moment can leave one behind that no journal names any more. It is removed only when
+// no journal is left in the folder at all, since removing one that a journal names would
+// commit half a transaction.
+void removeStraySuperJournals(const QString &folder)
+{
+    const QDir dir(folder);
+    if (!dir.entryList({QStringLiteral("*-journal")}, QDir::Files | QDir::Hidden).isEmpty())
+        return;
+    for (const QString &name : dir.entryList({QStringLiteral("*.db-mj*")}, QDir::Files | QDir::Hidden))
+        QFile::remove(dir.filePath(name));
 }
 
 QString yearNumber(int calismaId)
@@ -346,6 +385,7 @@ base::Status Database::openConnection()
                                     + QDir::toNativeSeparators(m_settings.dataFolder),
                                 QStringLiteral("DatabaseAc")};
         }
+        recoverCompactions(m_settings.dataFolder);
         m_sql.setDatabaseName(location(Store::Global));
         // A busy file is waited for instead of failing at once.
         m_sql.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=15000"));
@@ -530,6 +570,9 @@ base::Status Database::attachYear(int calismaId)
             return st;
         }
     }
+    // Reading each file's catalogue has rolled back whatever a kill left half-committed.
+    if (engine() == Engine::SQLite)
+        removeStraySuperJournals(m_settings.dataFolder);
     return {};
 }
 
@@ -866,6 +909,8 @@ base::Status DatabaseSikistir(const QString &yol)
     const QString label = QStringLiteral("DatabaseSikistir");
     const QString tmp = yol + QStringLiteral("_tmp");
     const QString old = yol + QStringLiteral("_old");
+    // What an interrupted run left is put right first: the old file may be the only copy.
+    recoverCompactions(QFileInfo(yol).absolutePath());
     QFile::remove(tmp);
     QFile::remove(old);
     const QString name = uniqueConnectionName();
@@ -891,6 +936,12 @@ base::Status DatabaseSikistir(const QString &yol)
     QSqlDatabase::removeDatabase(name);
     if (!result)
         return result;
+    // The copy stands on the disk before it takes the store's name, and the names stand on the
+    // disk before the year is opened again.
+    if (!base::diskeYaz(tmp)) {
+        QFile::remove(tmp);
+        return base::Error{61, QStringLiteral("Dosya diske yazılamadı: ") + tmp, label};
+    }
     if (!QFile::rename(yol, old)) {
         QFile::remove(tmp);
         return base::Error{70, QStringLiteral("Dosya yeniden adlandırılamadı: ") + yol, label};
@@ -899,6 +950,7 @@ base::Status DatabaseSikistir(const QString &yol)
         QFile::rename(old, yol);
         return base::Error{70, QStringLiteral("Dosya yeniden adlandırılamadı: ") + tmp, label};
     }
+    base::klasoruDiskeYaz(QFileInfo(yol).absolutePath());
     return {};
 }
 

@@ -7,7 +7,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <cstring>
 
 #include <atomic>
 #include <thread>
@@ -36,6 +40,10 @@ private slots:
     void failuresGetReporterNumbers();
     void busyFileIsWaitedFor();
     void compactingSurvivesLeftovers();
+    void anInterruptedCompactionLosesNoYear_data();
+    void anInterruptedCompactionLosesNoYear();
+    void aKilledCompactionLosesNoYear();
+    void straySuperJournalsGoWhenNoJournalNamesThem();
 };
 
 void tst_Database::openingNeedsAChosenYear()
@@ -308,5 +316,120 @@ void tst_Database::compactingSurvivesLeftovers()
     QCOMPARE(back.text(0), QStringLiteral("Ömer"));
 }
 
-QTEST_GUILESS_MAIN(tst_Database)
+namespace {
+
+QString firstName(Database &db)
+{
+    Query q(db, QStringLiteral("SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"));
+    return q.exec() && q.next() ? q.text(0) : QStringLiteral("<yok>");
+}
+
+} // namespace
+
+void tst_Database::anInterruptedCompactionLosesNoYear_data()
+{
+    // Where the kill came: the store renamed away with the copy beside it; the copy half
+    // written; both renames done.
+    QTest::addColumn<bool>("storeRenamed");
+    QTest::addColumn<bool>("copyLeft");
+    QTest::addColumn<bool>("copyTookItsPlace");
+    QTest::addRow("ilk-ad-degisikliginden-sonra") << true << true << false;
+    QTest::addRow("kopya-yarim") << false << true << false;
+    QTest::addRow("iki-ad-degisikligi-bitti") << true << false << true;
+}
+
+void tst_Database::anInterruptedCompactionLosesNoYear()
+{
+    QFETCH(bool, storeRenamed);
+    QFETCH(bool, copyLeft);
+    QFETCH(bool, copyTookItsPlace);
+    testing::TestStore s(Engine::SQLite);
+    QVERIFY(s.openYear());
+    Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"));
+    QVERIFY(q.exec());
+    const QString path = s.db().location(Store::Year, 1);
+    DatabaseKapat(s.db());
+    if (storeRenamed)
+        QVERIFY(QFile::rename(path, path + QStringLiteral("_old")));
+    if (copyTookItsPlace)
+        QVERIFY(QFile::copy(path + QStringLiteral("_old"), path));
+    if (copyLeft) {
+        QFile half(path + QStringLiteral("_tmp"));
+        QVERIFY(half.open(QIODevice::WriteOnly));
+        half.write("SQLite format 3\0 yarım");
+    }
+    QVERIFY(!s.db().exists(Store::Year, 1) || !storeRenamed || copyTookItsPlace);
+
+    s.db().selectYear(1);
+    QVERIFY(DatabaseAc(s.db(), Store::Year, true, false));
+    QVERIFY(s.db().exists(Store::Year, 1));
+    QCOMPARE(firstName(s.db()), QStringLiteral("Ömer"));
+    QVERIFY(!QFile::exists(path + QStringLiteral("_tmp")));
+    QCOMPARE(QFile::exists(path + QStringLiteral("_old")), copyTookItsPlace);
+}
+
+void tst_Database::aKilledCompactionLosesNoYear()
+{
+    // The program, run again as a child that compacts the year over and over ("Dosyaya Bakım
+    // Yap"), killed at random moments: the year is there afterwards, whole, every time.
+    testing::TestStore s(Engine::SQLite);
+    QVERIFY(s.openYear());
+    Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"));
+    QVERIFY(q.exec());
+    const QString folder = s.settings().dataFolder;
+    DatabaseKapat(s.db());
+    for (int round = 0; round < 12; ++round) {
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--compact-child"), folder});
+        QVERIFY(child.waitForStarted());
+        QTest::qWait(int(QRandomGenerator::global()->bounded(50, 400)));
+        child.kill();
+        child.waitForFinished();
+        s.db().selectYear(1);
+        QVERIFY2(DatabaseAc(s.db(), Store::Year, true, false), qPrintable(QString::number(round)));
+        QCOMPARE(firstName(s.db()), QStringLiteral("Ömer"));
+        DatabaseKapat(s.db());
+    }
+}
+
+void tst_Database::straySuperJournalsGoWhenNoJournalNamesThem()
+{
+    testing::TestStore s(Engine::SQLite);
+    QVERIFY(s.openYear());
+    DatabaseKapat(s.db());
+    const QDir folder(s.settings().dataFolder);
+    const QString stray = folder.filePath(QStringLiteral("Sabit.db-mj1A2B3C4D"));
+    const QString journal = folder.filePath(QStringLiteral("Baska.db-journal"));
+    for (const QString &f : {stray, journal}) {
+        QFile file(f);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    // A journal in the folder may name it: it stays.
+    s.db().selectYear(1);
+    QVERIFY(DatabaseAc(s.db(), Store::Year, true, false));
+    QVERIFY(QFile::exists(stray));
+    DatabaseKapat(s.db());
+    QVERIFY(QFile::remove(journal));
+    QVERIFY(DatabaseAc(s.db(), Store::Year, true, false));
+    QVERIFY(!QFile::exists(stray));
+}
+
+// With "--compact-child <folder>" the test program is the child of aKilledCompactionLosesNoYear.
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--compact-child") == 0) {
+        Database db(ConnectionSettings::sqlite(QString::fromLocal8Bit(argv[2])));
+        db.selectYear(1);
+        db.setMaintenance(true);
+        for (;;) {
+            if (!DatabaseAc(db, Store::Year, true, false))
+                return 1;
+            DatabaseKapat(db);
+        }
+    }
+    tst_Database test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_database.moc"
