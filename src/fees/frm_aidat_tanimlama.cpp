@@ -707,7 +707,7 @@ void FrmAidatTanimlama::TaksitAidatSil()
         return;
     }
     const QString ad = m_ad->text().trimmed();
-    if (!ui::askYesNo(QStringLiteral("Uyarı"),
+    if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
                       ad + QStringLiteral(" Aidat/Taksit Tanımını silmek istiyor musunuz?"),
                       this)) {
         return;
@@ -788,7 +788,7 @@ void FrmAidatTanimlama::IskontoSil()
         return;
     }
     const QString ad = m_indirimler->text(row, IsAciklama);
-    if (!ui::askYesNo(QStringLiteral("Uyarı"),
+    if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
                       ad + QStringLiteral(" indirimini silmek istediğinizden emin misiniz?"),
                       this)) {
         return;

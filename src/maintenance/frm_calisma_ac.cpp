@@ -166,7 +166,7 @@ void FrmCalismaAc::cmdSil_Click()
     if (!rightsForChange())
         return;
     const Calisma c = m_years[row];
-    if (!ui::askYesNo(QStringLiteral("UYARI"),
+    if (!ui::askBeforeLosing(QStringLiteral("UYARI"),
                       c.adi + QStringLiteral(" çalışmasını silmek istiyor musunuz?\n(Not: Çalışmadaki "
                                              "tüm bilgiler silinecektir.)"),
                       this)) {

@@ -70,15 +70,22 @@ base::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
 base::Status CalismaSil(store::Database &db, int id)
 {
     const QString label = QStringLiteral("FrmCalismaAc:cmdSil_Click");
+    // The year in use stays: its screens and the title still name it.
+    if (id == db.openYear() || id == users::durum().AktifCalismaID) {
+        return base::Error::refusal(QStringLiteral("UYARI"),
+                                    QStringLiteral("Şu anda açık olan çalışma silinemez. Önce başka "
+                                                   "bir çalışma açınız."));
+    }
     if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
         return open.error();
-    if (base::Status s = db.drop(id); !s)
-        return s;
+    // The row goes first: a year whose files outlive it is only untidy, while a row whose files
+    // are gone would open as an empty year.
     store::Query q(db, QStringLiteral("DELETE FROM Calisma WHERE CalismaID = ?"));
     q.bind(id);
     if (!q.exec())
         return q.error(label);
-    return {};
+    q.finish();
+    return db.drop(id);
 }
 
 base::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)

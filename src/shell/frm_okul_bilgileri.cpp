@@ -474,7 +474,7 @@ void FrmOkulBilgileri::OkulbilgisiSil()
 {
     if (!ui::YazmaYetkisiVar())
         return;
-    if (!ui::askYesNo(QStringLiteral("Dikkat!"),
+    if (!ui::askBeforeLosing(QStringLiteral("Dikkat!"),
                       QStringLiteral("Okul kaydını sabit bilgilerden silmek istiyor musunuz?"), this)) {
         return;
     }

@@ -962,7 +962,7 @@ bool FrmOgrenci::OgrenciKaydet()
                                                     "emin misiniz?")
                                          .arg(k.numara())
                                          .arg(k.adi().trimmed(), k.soyadi().trimmed());
-            if (!ui::askYesNo(QStringLiteral("Dikkat"), question, this)) {
+            if (!ui::askBeforeLosing(QStringLiteral("Dikkat"), question, this)) {
                 setDirty(false);
                 OgrenciGoster(**twin, true);
                 return false;
@@ -971,7 +971,7 @@ bool FrmOgrenci::OgrenciKaydet()
     }
     bool borclariKapat = false;
     if (k.ayrildi() && k.ayrilmaTarihi().isValid()) {
-        borclariKapat = ui::askYesNo(QStringLiteral("Dikkat"),
+        borclariKapat = ui::askBeforeLosing(QStringLiteral("Dikkat"),
                                      QStringLiteral("Öğrencinin borçları kapatılsın mı?"), this);
     }
     base::Result<KaydetSonucu> saved = students::OgrenciKaydet(m_db, k, borclariKapat);
@@ -1015,7 +1015,7 @@ void FrmOgrenci::OgrenciSil()
                                             "musunuz?")
                                  .arg(m_numara->text().trimmed(), shown.adi, shown.soyadi,
                                       base::EkGetir(shown.soyadi));
-    if (!ui::askYesNo(QStringLiteral("Uyarı"), question, this)) {
+    if (!ui::askBeforeLosing(QStringLiteral("Uyarı"), question, this)) {
         return;
     }
     base::Result<qint64> deleted

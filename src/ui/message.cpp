@@ -106,6 +106,11 @@ bool ask(const base::Soru &question, QWidget *parent)
     return show(m, parent) == Answer::Yes;
 }
 
+bool askBeforeLosing(const QString &title, const QString &text, QWidget *parent)
+{
+    return show(Message{title, text, Icon::Question, Buttons::YesNo, false}, parent) == Answer::Yes;
+}
+
 bool askYesNo(const QString &title, const QString &text, QWidget *parent, Icon icon)
 {
     return show(Message{title, text, icon, Buttons::YesNo}, parent) == Answer::Yes;

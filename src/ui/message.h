@@ -40,6 +40,8 @@ void notify(const QString &title, const QString &text, Icon icon = Icon::Informa
 void notify(const base::Bildiri &notice, QWidget *parent = nullptr);
 // A rule's question: true for Yes (Cancel counts as No).
 bool ask(const base::Soru &question, QWidget *parent = nullptr);
+// A question that deletes, overwrites or duplicates: true for Yes; Enter answers No.
+bool askBeforeLosing(const QString &title, const QString &text, QWidget *parent = nullptr);
 // A question: true for Yes.
 bool askYesNo(const QString &title, const QString &text, QWidget *parent = nullptr,
               Icon icon = Icon::Question);

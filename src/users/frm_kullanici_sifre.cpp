@@ -270,7 +270,7 @@ void Kullanici_Sifre::Command1_Click()
     if (!ui::YazmaYetkisiVar())
         return;
     const KullaniciSatiri u = m_users[row];
-    if (!ui::askYesNo(QStringLiteral("Uyarı"),
+    if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
                       u.ad + QStringLiteral(" kullanıcısını silmek istiyor musunuz?"), this)) {
         return;
     }
@@ -367,7 +367,7 @@ void Kullanici_Sifre::KilitleriKaldir()
 {
     if (!ui::YazmaYetkisiVar())
         return;
-    if (!ui::askYesNo(QStringLiteral("Uyarı"),
+    if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
                       QStringLiteral("Öğrenciler üzerindeki bütün işlem işaretleri kaldırılacak. Başka "
                                      "bir iş istasyonunda açık öğrenci olmadığından emin misiniz?"),
                       this)) {

@@ -57,6 +57,16 @@ void tst_WorkingYears::yearsComeAndGo()
     QCOMPARE(KayitliCalismaSirasi(db, 2), 1);
     QCOMPARE(KayitliCalismaSirasi(db, 1), 0);
 
+    // The year in use is never deleted: it is refused, and its files and row stay.
+    const base::Status refused = CalismaSil(db, first);
+    QVERIFY(!refused.ok() && refused.error().isRefusal());
+    QVERIFY(db.exists(store::Store::Year, first));
+    QCOMPARE(CalismaDoldur(db)->size(), 2);
+    CalismaSecimiYap(db, listed[0], 0);
+    QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
+    QCOMPARE(db.openYear(), second);
+    QVERIFY(!CalismaSil(db, second).ok());
+
     QVERIFY(CalismaSil(db, first).ok());
     QVERIFY(!db.exists(store::Store::Year, first));
     QVERIFY(!db.exists(store::Store::Log, first));
