@@ -354,6 +354,8 @@ bool Kullanici_Sifre::Kaydet()
         ui::HataBildir(s.error());
         return false;
     }
+    ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Kullanıcılar ve hakları kaydedildi."),
+               ui::Icon::Information, this);
     const QString chosen = m_vaSpread1->currentRowIndex() >= 0 ? m_users[m_vaSpread1->currentRowIndex()].ad : QString();
     KullaniciYukle();
     for (int row = 0; row < m_users.size(); ++row) {

@@ -115,6 +115,64 @@ QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir)
     return QString();
 }
 
+namespace {
+
+// The rows of Haklar that name a command: while there is none, everyone may do everything.
+base::Result<qint64> tanimliHakSayisi(store::Database &db, const QString &label)
+{
+    store::Query q(db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE TRIM(Kullanici_Program) <> ''"));
+    if (!q.exec() || !q.next())
+        return q.error(label);
+    return q.integer(0);
+}
+
+// Whether the rights shown for a user are those stored (a command without a row shows no
+// marks): rights that were only looked at are not written again.
+base::Result<bool> haklarDegisti(store::Database &db, const QString &kod,
+                                 const QList<HakSatiri> &gosterilen, const QString &label)
+{
+    store::Query q(db, QStringLiteral("SELECT Kullanici_Program, Haklar_Okuma, Haklar_Yazma "
+                                      "FROM Haklar WHERE Kullanici_Adi = ?"));
+    q.bind(kod);
+    if (!q.exec())
+        return q.error(label);
+    QHash<QString, QPair<bool, bool>> kayitli;
+    while (q.next())
+        kayitli.insert(q.text(0), {q.integer(1) != 0, q.integer(2) != 0});
+    for (const HakSatiri &h : gosterilen) {
+        if (kayitli.value(h.tool, {false, false}) != qMakePair(h.okuma, h.yazma))
+            return true;
+    }
+    return false;
+}
+
+// The first rights defined close every command to the users without rows of their own; they
+// keep everything they had, as the first user was promised.
+base::Status ilkHaklariVer(store::Database &db, const QString &label)
+{
+    store::Query users(db, QStringLiteral("SELECT Username FROM Sifre WHERE Username NOT IN "
+                                          "(SELECT Kullanici_Adi FROM Haklar WHERE Kullanici_Adi IS NOT NULL)"));
+    if (!users.exec())
+        return users.error(label);
+    QStringList kodlar;
+    while (users.next())
+        kodlar << users.text(0);
+    users.finish();
+    for (const QString &kod : kodlar) {
+        for (const Komut &k : KomutTablosu()) {
+            store::Query add(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
+                                                "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
+                                                "VALUES (?, 1, 1, ?, ?)"));
+            add.bind(kod).bind(k.caption.left(60)).bind(k.tool.left(60));
+            if (!add.exec())
+                return add.error(label);
+        }
+    }
+    return {};
+}
+
+} // namespace
+
 base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
                                   const QHash<QString, QList<HakSatiri>> &haklar)
 {
@@ -124,6 +182,9 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
+    const base::Result<qint64> oncekiHaklar = tanimliHakSayisi(db, label);
+    if (!oncekiHaklar)
+        return oncekiHaklar.error();
     for (const KullaniciSatiri &r : satirlar) {
         const QString kod = Sifrele(r.ad).value_or(QString());
         if (kod.isEmpty())
@@ -170,6 +231,11 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
         const auto it = haklar.constFind(r.kod.isEmpty() ? r.ad : r.kod);
         if (it == haklar.constEnd())
             continue;
+        const base::Result<bool> degisti = haklarDegisti(db, kod, *it, label);
+        if (!degisti)
+            return degisti.error();
+        if (!*degisti)
+            continue;
         store::Query clear(db, QStringLiteral("DELETE FROM Haklar WHERE Kullanici_Adi = ?"));
         clear.bind(kod);
         if (!clear.exec())
@@ -183,9 +249,36 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
                 return add.error(label);
         }
     }
+    const base::Result<qint64> sonrakiHaklar = tanimliHakSayisi(db, label);
+    if (!sonrakiHaklar)
+        return sonrakiHaklar.error();
+    if (*oncekiHaklar == 0 && *sonrakiHaklar > 0) {
+        if (base::Status s = ilkHaklariVer(db, label); !s)
+            return s;
+    }
+    if (*sonrakiHaklar > 0) {
+        if (base::Status s = yoneticiKaliyor(db, label); !s)
+            return s;
+    }
     if (!tx.commit())
         return tx.error();
     return {};
+}
+
+base::Status yoneticiKaliyor(store::Database &db, const QString &label)
+{
+    store::Query q(db, QStringLiteral("SELECT COUNT(*) FROM Haklar h JOIN Sifre s ON s.Username = "
+                                      "h.Kullanici_Adi WHERE h.Kullanici_Program = 'popKullanici' "
+                                      "AND h.Haklar_Okuma <> 0 AND h.Haklar_Yazma <> 0"));
+    if (!q.exec() || !q.next())
+        return q.error(label);
+    if (q.integer(0) > 0)
+        return {};
+    return base::Error::refusal(
+        QStringLiteral("Uyarı"),
+        QStringLiteral("Bu haklarla hiçbir kullanıcı \"Kullanıcı Belirleme ve Şifre\" bölümünde "
+                       "değişiklik yapamaz. En az bir kullanıcının bu bölümde okuma ve yazma hakkı "
+                       "olmalıdır; kayıt yapılmadı."));
 }
 
 base::Status KullaniciSil(store::Database &db, const QString &kod)
@@ -200,6 +293,13 @@ base::Status KullaniciSil(store::Database &db, const QString &kod)
         q.bind(kod);
         if (!q.exec())
             return q.error(label);
+    }
+    const base::Result<qint64> kalanHaklar = tanimliHakSayisi(db, label);
+    if (!kalanHaklar)
+        return kalanHaklar.error();
+    if (*kalanHaklar > 0) {
+        if (base::Status s = yoneticiKaliyor(db, label); !s)
+            return s;
     }
     if (!tx.commit())
         return tx.error();

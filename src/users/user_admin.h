@@ -42,10 +42,14 @@ bool SifreDogru(store::Database &db, const QString &kod, const QString &sifre);
 // Why a row of the users grid cannot be saved; "" when it can.
 QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir);
 
-// Writes the users and, for each user whose rights were loaded, his rights: the user's rows of
-// Haklar are replaced by one row per command. All in one transaction.
+// Writes the users and, for each user whose rights were changed, his rights: the user's rows of
+// Haklar are replaced by one row per command. When these are the first rights defined, every
+// other user keeps read and write on every command. A save that would leave nobody able to
+// change the users and their rights is refused. All in one transaction.
 base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
                                   const QHash<QString, QList<HakSatiri>> &haklar);
+// Goes through while some user may read and change the users and their rights.
+base::Status yoneticiKaliyor(store::Database &db, const QString &label);
 // Removes a user and his rights.
 base::Status KullaniciSil(store::Database &db, const QString &kod);
 
