@@ -122,7 +122,8 @@ public:
                               ? base::Bicimle(v.value<base::Para>(), QStringLiteral("#,##0.00"))
                               : m_model->text(index.row(), index.column()));
         }
-        // The whole text is selected on entry, so that typing replaces it.
+        // The whole text is selected on entry, before the key that opened the cell reaches it,
+        // so that typing replaces it and every key after the first follows it.
         if (auto *edit = qobject_cast<QLineEdit *>(editor))
             QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
     }

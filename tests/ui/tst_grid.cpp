@@ -32,6 +32,8 @@ private slots:
     void cellsTakeOnlyWhatTheyMean_data();
     void cellsTakeOnlyWhatTheyMean();
     void enterSkipsHiddenAndLockedCells();
+    void everyKeyTypedIsKept_data();
+    void everyKeyTypedIsKept();
 };
 
 void tst_Grid::cellsTakeOnlyWhatTheyMean_data()
@@ -85,6 +87,45 @@ void tst_Grid::enterSkipsHiddenAndLockedCells()
     g.gridModel()->setRowLocked(1, true);
     QTest::keyClick(&g, Qt::Key_Space);
     QVERIFY(!g.checked(1, 4));
+}
+
+void tst_Grid::everyKeyTypedIsKept_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("shown");
+    QTest::addRow("tutar") << 1 << "105" << "105,00";
+    QTest::addRow("isim") << 3 << "Mehmet" << "Mehmet";
+    QTest::addRow("turkce-ilk-harf") << 3 << "Şahin" << "Şahin";
+    QTest::addRow("iki-kelime") << 3 << "Kardeş İndirimi" << "Kardeş İndirimi";
+}
+
+void tst_Grid::everyKeyTypedIsKept()
+{
+    // The operator types over a cell without opening it first: the first key opens it, and
+    // it and every key after it land in the cell.
+    QFETCH(int, column);
+    QFETCH(QString, typed);
+    QFETCH(QString, shown);
+    Grid g;
+    QList<GridColumn> cols = columns();
+    cols[3].editable = true;
+    g.setColumns(cols);
+    g.show();
+    QApplication::setActiveWindow(&g);
+    const int row = g.appendRow();
+    g.setValue(row, 1, QVariant::fromValue(base::Para::fromUnits(7)));
+    g.setValue(row, 3, QStringLiteral("eski"));
+    g.setFocus();
+    g.setCurrentCell(row, column);
+    testing::typeText(&g, typed.left(1));
+    QWidget *editor = QApplication::focusWidget();
+    QVERIFY(editor && editor != &g);
+    testing::typeText(editor, typed.mid(1));
+    QTest::keyClick(editor, Qt::Key_Return);
+    for (int i = 0; i < 3; ++i)
+        QApplication::processEvents();
+    QCOMPARE(g.text(row, column), shown);
 }
 
 QTEST_MAIN(tst_Grid)
