@@ -438,35 +438,55 @@ shell::Status Database::preparePostgres()
         return s;
     if (shell::Status s = exec(QStringLiteral("SET client_min_messages = WARNING"), label); !s)
         return s;
-    if (!exists(Store::Global, 0)) {
-        if (shell::Status s = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS sabit"), label); !s)
+    // The global schema and the date functions that SQLite gets from the program, as SQL
+    // functions. The first workstation to find them missing makes them; one that raced it
+    // waits for the lock and then finds them made.
+    const auto functionsPresent = [this]() {
+        QSqlQuery q(m_sql);
+        q.exec(QStringLiteral("SELECT count(*) FROM pg_catalog.pg_proc p "
+                              "JOIN pg_catalog.pg_namespace n ON n.oid = p.pronamespace "
+                              "WHERE n.nspname = 'sabit' "
+                              "AND p.proname IN ('year', 'month', 'day', 'datevalue')"));
+        return q.next() && q.value(0).toInt() == 4;
+    };
+    if (!functionsPresent()) {
+        Transaction tx(*this);
+        if (!tx) {
+            return tx.error();
+        }
+        if (shell::Status s = lockSchema(Store::Global); !s) {
             return s;
-    }
-    // The date functions that SQLite gets from the program, as SQL functions.
-    QSqlQuery q(m_sql);
-    q.exec(QStringLiteral("SELECT count(*) FROM pg_catalog.pg_proc p "
-                          "JOIN pg_catalog.pg_namespace n ON n.oid = p.pronamespace "
-                          "WHERE n.nspname = 'sabit' "
-                          "AND p.proname IN ('year', 'month', 'day', 'datevalue')"));
-    const bool present = q.next() && q.value(0).toInt() == 4;
-    q.finish();
-    if (!present) {
-        const QStringList functions = {
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.year(timestamp) RETURNS integer "
-                           "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(year FROM $1) AS "
-                           "integer)$$"),
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.month(timestamp) RETURNS integer "
-                           "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(month FROM $1) AS "
-                           "integer)$$"),
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.day(timestamp) RETURNS integer "
-                           "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(day FROM $1) AS "
-                           "integer)$$"),
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.datevalue(timestamp) RETURNS "
-                           "timestamp LANGUAGE sql IMMUTABLE AS $$SELECT date_trunc('day', $1)$$"),
-        };
-        for (const QString &f : functions) {
-            if (shell::Status s = exec(f, label); !s)
+        }
+        // Asked again of the catalogue's tables, which show what another workstation committed
+        // while we waited.
+        if (!exists(Store::Global, 0)) {
+            if (shell::Status s = exec(QStringLiteral("CREATE SCHEMA sabit"), label); !s) {
                 return s;
+            }
+        }
+        if (!functionsPresent()) {
+            const QStringList functions = {
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.year(timestamp) RETURNS integer "
+                               "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(year FROM $1) AS "
+                               "integer)$$"),
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.month(timestamp) RETURNS integer "
+                               "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(month FROM $1) AS "
+                               "integer)$$"),
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.day(timestamp) RETURNS integer "
+                               "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(day FROM $1) AS "
+                               "integer)$$"),
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.datevalue(timestamp) RETURNS "
+                               "timestamp LANGUAGE sql IMMUTABLE AS $$SELECT date_trunc('day', "
+                               "$1)$$"),
+            };
+            for (const QString &f : functions) {
+                if (shell::Status s = exec(f, label); !s) {
+                    return s;
+                }
+            }
+        }
+        if (!tx.commit()) {
+            return tx.error();
         }
     }
     return setSearchPath();
@@ -504,12 +524,76 @@ shell::Status Database::openErrorStore()
 
 shell::Status Database::ensureStore(Store store)
 {
+    // A store with tables is left as it is, found without taking any lock.
     shell::Result<Catalog> catalog = m_dialect->readCatalog(*this, store);
     if (!catalog)
         return catalog.error();
     if (!catalog->tableNames().isEmpty())
         return {};
-    return store == Store::Log ? YeniTabloEkle(*this) : createModel(*this);
+    // A new store is made by one workstation; another one that found it missing at the same
+    // time waits for the lock and then finds it made.
+    Transaction tx(*this);
+    if (!tx) {
+        return tx.error();
+    }
+    if (shell::Status s = lockSchema(store); !s) {
+        return s;
+    }
+    // Read from the catalogue's tables, which show what the other workstation committed while
+    // we waited (PostgreSQL's own name lookups may not have heard of it yet).
+    catalog = m_dialect->readCatalog(*this, store);
+    if (!catalog) {
+        return catalog.error();
+    }
+    if (catalog->tableNames().isEmpty()) {
+        if (engine() == Engine::PostgreSQL && !exists(store, m_openYear)) {
+            if (shell::Status s
+                = exec(QStringLiteral("CREATE SCHEMA ") + location(store, m_openYear),
+                       QStringLiteral("DatabaseAc"));
+                !s) {
+                return s;
+            }
+        }
+        if (shell::Status s = store == Store::Log ? YeniTabloEkle(*this) : createModel(*this); !s) {
+            return s;
+        }
+    }
+    if (!tx.commit()) {
+        return tx.error();
+    }
+    return {};
+}
+
+shell::Status Database::lockSchema(Store store)
+{
+    const QString label = QStringLiteral("Database:lockSchema");
+    if (m_depth == 0) {
+        return shell::Error{
+            3146, QStringLiteral("Veri yapısı kilidi yalnız bir işlemin içinde alınır."), label};
+    }
+    if (engine() == Engine::SQLite) {
+        return {};
+    }
+    const std::pair<qint32, qint32> key = schemaLockKey(store);
+    QSqlQuery q(m_sql);
+    q.prepare(
+        QStringLiteral("SELECT pg_advisory_xact_lock(CAST(? AS integer), CAST(? AS integer))"));
+    q.addBindValue(key.first);
+    q.addBindValue(key.second);
+    if (!q.exec()) {
+        return toError(q.lastError(), label, engine());
+    }
+    return {};
+}
+
+std::pair<qint32, qint32> Database::schemaLockKey(Store store) const
+{
+    // FNV-1a over the schema's name: the same number on every workstation and every run.
+    quint32 hash = 2166136261u;
+    for (const char c : location(store, m_openYear).toLower().toUtf8()) {
+        hash = (hash ^ quint8(c)) * 16777619u;
+    }
+    return {qint32(0x5A564C4B), qint32(hash)}; // "ZVLK": the schema locks of this program
 }
 
 shell::Status Database::attachYear(int calismaId)
@@ -558,16 +642,7 @@ shell::Status Database::attachYear(int calismaId)
         }
         m_openYear = calismaId;
     } else {
-        for (Store s : {Store::Year, Store::Log}) {
-            if (!exists(s, calismaId)) {
-                if (shell::Status st = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS ")
-                                                + location(s, calismaId),
-                                            label);
-                    !st) {
-                    return st;
-                }
-            }
-        }
+        // The schemas of a new year are made with their tables, in ensureStore.
         m_openYear = calismaId;
         if (shell::Status s = setSearchPath(); !s) {
             m_openYear = 0;

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace store {
 
@@ -105,6 +106,16 @@ public:
 
     // Transaction bookkeeping for store::Transaction.
     int transactionDepth() const { return m_depth; }
+
+    // The shape of a store is changed by one workstation at a time. Inside a transaction this
+    // holds the store against the others until the transaction ends: on PostgreSQL an advisory
+    // lock on the store's schema (the same key on every workstation); on SQLite the immediate
+    // transaction already holds the write lock of every file, and nothing more is taken. What
+    // was read before is read again after it.
+    shell::Status lockSchema(Store store);
+    // The advisory lock key of a store's schema on PostgreSQL: a fixed first half naming this
+    // program's schema locks, and the schema's name hashed.
+    std::pair<qint32, qint32> schemaLockKey(Store store) const;
 
     // Brings a PostgreSQL session in line with the write guard before a statement: while the
     // guard says no, autocommit statements run in read-only transactions and a transaction of
