@@ -12,8 +12,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QMutex>
 #include <QSqlDriver>
 #include <QSqlError>
+#include <QThread>
 
 namespace store {
 
@@ -37,12 +39,41 @@ std::function<bool()> &writeGuard()
 // Exemptions are scopes of the thread that opened them.
 thread_local int s_exemptions = 0;
 
-bool isWriteStatement(const QString &sqlText)
+// The open PostgreSQL sessions and the threads that use them, so that a new guard or an
+// exemption reaches the sessions of its thread at once, not only at their next statement.
+struct Session
 {
-    const QString head = sqlText.trimmed().left(7).toUpper();
-    return head.startsWith(QLatin1String("INSERT")) || head.startsWith(QLatin1String("UPDATE"))
-           || head.startsWith(QLatin1String("DELETE"));
+    Database *db;
+    QThread *thread;
+};
+QMutex s_sessionsMutex;
+QList<Session> s_sessions;
+
+void followWriteGuardOnThisThread()
+{
+    QList<Database *> mine;
+    {
+        const QMutexLocker lock(&s_sessionsMutex);
+        for (const Session &session : std::as_const(s_sessions)) {
+            if (session.thread == QThread::currentThread()) {
+                mine.append(session.db);
+            }
+        }
+    }
+    // A session that cannot follow now tries again before its next statement.
+    for (Database *db : std::as_const(mine)) {
+        (void)db->followWriteGuard();
+    }
 }
+
+void forgetSession(Database *db)
+{
+    const QMutexLocker lock(&s_sessionsMutex);
+    s_sessions.removeIf([db](const Session &session) { return session.db == db; });
+}
+
+// Names the savepoint inside which a transaction of ours reads while the guard says no.
+const QString s_readOnlySavepoint = QStringLiteral("salt_okunur");
 
 QString uniqueConnectionName()
 {
@@ -190,6 +221,8 @@ base::Error toError(const QSqlError &error, const QString &label, Engine engine)
         case 26: // SQLITE_NOTADB
             number = 3061;
             break;
+        case 23: // SQLITE_AUTH: the write guard's authorizer refused the statement
+            return writeRefusal(label);
         case 1:  // SQLITE_ERROR: a statement the store cannot run
             number = text.contains(QLatin1String("no such"))
                              || text.contains(QLatin1String("has no column"))
@@ -203,6 +236,9 @@ base::Error toError(const QSqlError &error, const QString &label, Engine engine)
     } else if (native == QLatin1String("55P03") || native == QLatin1String("40P01")
                || native == QLatin1String("40001")) {
         number = 3260;
+    } else if (native == QLatin1String("25006")) {
+        // read_only_sql_transaction: the session is read-only because the write guard says no.
+        return writeRefusal(label);
     } else if (native == QLatin1String("53100")) {
         number = 61;
     } else if (native == QLatin1String("53200")) {
@@ -267,6 +303,7 @@ Database::Database(const ConnectionSettings &settings)
 Database::~Database()
 {
     close();
+    forgetSession(this);
     m_sql = QSqlDatabase();
     if (QSqlDatabase::contains(m_connectionName))
         QSqlDatabase::removeDatabase(m_connectionName);
@@ -399,7 +436,16 @@ base::Status Database::openConnection()
     }
     if (!m_sql.open())
         return toError(m_sql.lastError(), QStringLiteral("DatabaseAc"), engine());
-    return engine() == Engine::SQLite ? prepareSqlite() : preparePostgres();
+    if (engine() == Engine::SQLite) {
+        return prepareSqlite();
+    }
+    m_sessionReadOnly = false;
+    m_readOnlySavepoint = false;
+    {
+        const QMutexLocker lock(&s_sessionsMutex);
+        s_sessions.append(Session{this, QThread::currentThread()});
+    }
+    return preparePostgres();
 }
 
 base::Status Database::prepareSqlite()
@@ -407,6 +453,10 @@ base::Status Database::prepareSqlite()
     if (!registerSqliteFunctions(m_sql)) {
         return base::Error{3146,
                             QStringLiteral("SQLite bağlantısına Türkçe sıralama eklenemedi."),
+                            QStringLiteral("DatabaseAc")};
+    }
+    if (!installWriteGuard(m_sql)) {
+        return base::Error{3146, QStringLiteral("SQLite bağlantısına yazma denetimi eklenemedi."),
                             QStringLiteral("DatabaseAc")};
     }
     // The rollback journal, not WAL: its super-journal makes one commit over the global file,
@@ -428,35 +478,55 @@ base::Status Database::preparePostgres()
         return s;
     if (base::Status s = exec(QStringLiteral("SET client_min_messages = WARNING"), label); !s)
         return s;
-    if (!exists(Store::Global, 0)) {
-        if (base::Status s = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS sabit"), label); !s)
+    // The global schema and the date functions that SQLite gets from the program, as SQL
+    // functions. The first workstation to find them missing makes them; one that raced it
+    // waits for the lock and then finds them made.
+    const auto functionsPresent = [this]() {
+        QSqlQuery q(m_sql);
+        q.exec(QStringLiteral("SELECT count(*) FROM pg_catalog.pg_proc p "
+                              "JOIN pg_catalog.pg_namespace n ON n.oid = p.pronamespace "
+                              "WHERE n.nspname = 'sabit' "
+                              "AND p.proname IN ('year', 'month', 'day', 'datevalue')"));
+        return q.next() && q.value(0).toInt() == 4;
+    };
+    if (!functionsPresent()) {
+        Transaction tx(*this);
+        if (!tx) {
+            return tx.error();
+        }
+        if (base::Status s = lockSchema(Store::Global); !s) {
             return s;
-    }
-    // The date functions that SQLite gets from the program, as SQL functions.
-    QSqlQuery q(m_sql);
-    q.exec(QStringLiteral("SELECT count(*) FROM pg_catalog.pg_proc p "
-                          "JOIN pg_catalog.pg_namespace n ON n.oid = p.pronamespace "
-                          "WHERE n.nspname = 'sabit' "
-                          "AND p.proname IN ('year', 'month', 'day', 'datevalue')"));
-    const bool present = q.next() && q.value(0).toInt() == 4;
-    q.finish();
-    if (!present) {
-        const QStringList functions = {
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.year(timestamp) RETURNS integer "
-                           "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(year FROM $1) AS "
-                           "integer)$$"),
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.month(timestamp) RETURNS integer "
-                           "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(month FROM $1) AS "
-                           "integer)$$"),
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.day(timestamp) RETURNS integer "
-                           "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(day FROM $1) AS "
-                           "integer)$$"),
-            QStringLiteral("CREATE OR REPLACE FUNCTION sabit.datevalue(timestamp) RETURNS "
-                           "timestamp LANGUAGE sql IMMUTABLE AS $$SELECT date_trunc('day', $1)$$"),
-        };
-        for (const QString &f : functions) {
-            if (base::Status s = exec(f, label); !s)
+        }
+        // Asked again of the catalogue's tables, which show what another workstation committed
+        // while we waited.
+        if (!exists(Store::Global, 0)) {
+            if (base::Status s = exec(QStringLiteral("CREATE SCHEMA sabit"), label); !s) {
                 return s;
+            }
+        }
+        if (!functionsPresent()) {
+            const QStringList functions = {
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.year(timestamp) RETURNS integer "
+                               "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(year FROM $1) AS "
+                               "integer)$$"),
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.month(timestamp) RETURNS integer "
+                               "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(month FROM $1) AS "
+                               "integer)$$"),
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.day(timestamp) RETURNS integer "
+                               "LANGUAGE sql IMMUTABLE AS $$SELECT CAST(extract(day FROM $1) AS "
+                               "integer)$$"),
+                QStringLiteral("CREATE OR REPLACE FUNCTION sabit.datevalue(timestamp) RETURNS "
+                               "timestamp LANGUAGE sql IMMUTABLE AS $$SELECT date_trunc('day', "
+                               "$1)$$"),
+            };
+            for (const QString &f : functions) {
+                if (base::Status s = exec(f, label); !s) {
+                    return s;
+                }
+            }
+        }
+        if (!tx.commit()) {
+            return tx.error();
         }
     }
     return setSearchPath();
@@ -494,12 +564,76 @@ base::Status Database::openErrorStore()
 
 base::Status Database::ensureStore(Store store)
 {
+    // A store with tables is left as it is, found without taking any lock.
     base::Result<Catalog> catalog = m_dialect->readCatalog(*this, store);
     if (!catalog)
         return catalog.error();
     if (!catalog->tableNames().isEmpty())
         return {};
-    return store == Store::Log ? YeniTabloEkle(*this) : createModel(*this);
+    // A new store is made by one workstation; another one that found it missing at the same
+    // time waits for the lock and then finds it made.
+    Transaction tx(*this);
+    if (!tx) {
+        return tx.error();
+    }
+    if (base::Status s = lockSchema(store); !s) {
+        return s;
+    }
+    // Read from the catalogue's tables, which show what the other workstation committed while
+    // we waited (PostgreSQL's own name lookups may not have heard of it yet).
+    catalog = m_dialect->readCatalog(*this, store);
+    if (!catalog) {
+        return catalog.error();
+    }
+    if (catalog->tableNames().isEmpty()) {
+        if (engine() == Engine::PostgreSQL && !exists(store, m_openYear)) {
+            if (base::Status s
+                = exec(QStringLiteral("CREATE SCHEMA ") + location(store, m_openYear),
+                       QStringLiteral("DatabaseAc"));
+                !s) {
+                return s;
+            }
+        }
+        if (base::Status s = store == Store::Log ? YeniTabloEkle(*this) : createModel(*this); !s) {
+            return s;
+        }
+    }
+    if (!tx.commit()) {
+        return tx.error();
+    }
+    return {};
+}
+
+base::Status Database::lockSchema(Store store)
+{
+    const QString label = QStringLiteral("Database:lockSchema");
+    if (m_depth == 0) {
+        return base::Error{
+            3146, QStringLiteral("Veri yapısı kilidi yalnız bir işlemin içinde alınır."), label};
+    }
+    if (engine() == Engine::SQLite) {
+        return {};
+    }
+    const std::pair<qint32, qint32> key = schemaLockKey(store);
+    QSqlQuery q(m_sql);
+    q.prepare(
+        QStringLiteral("SELECT pg_advisory_xact_lock(CAST(? AS integer), CAST(? AS integer))"));
+    q.addBindValue(key.first);
+    q.addBindValue(key.second);
+    if (!q.exec()) {
+        return toError(q.lastError(), label, engine());
+    }
+    return {};
+}
+
+std::pair<qint32, qint32> Database::schemaLockKey(Store store) const
+{
+    // FNV-1a over the schema's name: the same number on every workstation and every run.
+    quint32 hash = 2166136261u;
+    for (const char c : location(store, m_openYear).toLower().toUtf8()) {
+        hash = (hash ^ quint8(c)) * 16777619u;
+    }
+    return {qint32(0x5A564C4B), qint32(hash)}; // "ZVLK": the schema locks of this program
 }
 
 base::Status Database::attachYear(int calismaId)
@@ -548,16 +682,7 @@ base::Status Database::attachYear(int calismaId)
         }
         m_openYear = calismaId;
     } else {
-        for (Store s : {Store::Year, Store::Log}) {
-            if (!exists(s, calismaId)) {
-                if (base::Status st = exec(QStringLiteral("CREATE SCHEMA IF NOT EXISTS ")
-                                                + location(s, calismaId),
-                                            label);
-                    !st) {
-                    return st;
-                }
-            }
-        }
+        // The schemas of a new year are made with their tables, in ensureStore.
         m_openYear = calismaId;
         if (base::Status s = setSearchPath(); !s) {
             m_openYear = 0;
@@ -599,16 +724,73 @@ void Database::close()
         QSqlQuery q(m_sql);
         q.exec(QStringLiteral("ROLLBACK"));
         m_depth = 0;
+        endOfTransaction();
     }
     ++m_generation;
     detachYear();
     if (m_sql.isOpen())
         m_sql.close();
     m_globalOpen = false;
+    forgetSession(this);
+}
+
+void Database::endOfTransaction()
+{
+    m_readOnlySavepoint = false;
+}
+
+base::Status Database::followWriteGuard()
+{
+    if (engine() != Engine::PostgreSQL || !m_sql.isOpen()) {
+        return {};
+    }
+    const QString label = QStringLiteral("Database:followWriteGuard");
+    const bool readOnly = !writeGuardAllows();
+    if (m_depth == 0) {
+        if (readOnly == m_sessionReadOnly) {
+            return {};
+        }
+        if (base::Status s = execControl(readOnly ? QStringLiteral("SET SESSION CHARACTERISTICS "
+                                                                    "AS TRANSACTION READ ONLY")
+                                                   : QStringLiteral("SET SESSION CHARACTERISTICS "
+                                                                    "AS TRANSACTION READ WRITE"),
+                                          label);
+            !s) {
+            return s;
+        }
+        m_sessionReadOnly = readOnly;
+        return {};
+    }
+    // A transaction cannot go back from read-only to read-write, but a savepoint can be made
+    // read-only, and releasing it gives the transaction back its own mode. Our transactions
+    // begin read-write, so that an exemption inside them can still write.
+    if (readOnly == m_readOnlySavepoint) {
+        return {};
+    }
+    if (readOnly) {
+        if (base::Status s
+            = execControl(QStringLiteral("SAVEPOINT ") + s_readOnlySavepoint, label);
+            !s) {
+            return s;
+        }
+        if (base::Status s = execControl(QStringLiteral("SET TRANSACTION READ ONLY"), label); !s) {
+            (void)execControl(QStringLiteral("RELEASE SAVEPOINT ") + s_readOnlySavepoint);
+            return s;
+        }
+    } else if (base::Status s
+               = execControl(QStringLiteral("RELEASE SAVEPOINT ") + s_readOnlySavepoint, label);
+               !s) {
+        return s;
+    }
+    m_readOnlySavepoint = readOnly;
+    return {};
 }
 
 bool Database::tryExec(const QString &sqlText)
 {
+    if (!followWriteGuard()) {
+        return false;
+    }
     if (m_depth == 0) {
         QSqlQuery q(m_sql);
         return q.exec(sqlText);
@@ -627,6 +809,14 @@ bool Database::tryExec(const QString &sqlText)
 
 base::Status Database::exec(const QString &sqlText, const QString &label)
 {
+    if (base::Status s = followWriteGuard(); !s) {
+        return s.error().withLabel(label);
+    }
+    return execControl(sqlText, label);
+}
+
+base::Status Database::execControl(const QString &sqlText, const QString &label)
+{
     QSqlQuery q(m_sql);
     if (!q.exec(sqlText))
         return toError(q.lastError(), label, engine());
@@ -644,7 +834,29 @@ Query::Query(Database &db, const QString &sqlText)
     // it is read would cut it short; results are fetched whole there, so that a screen may look
     // something up while it walks a list.
     m_query.setForwardOnly(db.engine() == Engine::SQLite);
-    m_prepared = m_query.prepare(sqlText);
+    prepare();
+}
+
+void Query::prepare()
+{
+    m_fault.reset();
+    m_preparedAllowing = writeGuardAllows();
+    m_prepared = m_query.prepare(m_sql);
+    if (m_prepared || m_db.engine() != Engine::SQLite
+        || toError(m_query.lastError(), QString(), Engine::SQLite).number
+               != YazmaYetkisiYokHatasi) {
+        return;
+    }
+    // Refused by the guard. A statement that the store could not run at all reports that
+    // instead, as on PostgreSQL, which asks whether it may write only when it runs a statement
+    // it understood. The statement is compiled once more unguarded to find out, and never run.
+    QSqlQuery probe(m_db.sql());
+    ++s_exemptions;
+    const bool understood = probe.prepare(m_sql);
+    --s_exemptions;
+    if (!understood) {
+        m_fault = toError(probe.lastError(), QString(), Engine::SQLite);
+    }
 }
 
 Query &Query::bind(const QVariant &value)
@@ -675,11 +887,23 @@ Query &Query::bind(const QDateTime &value)
 
 bool Query::exec()
 {
-    m_refused = false;
+    if (m_db.engine() == Engine::SQLite && writeGuardAllows() != m_preparedAllowing) {
+        // SQLite's authorizer judged the statement when it was compiled: under another answer
+        // of the guard it is compiled again, keeping its values.
+        const QVariantList values = m_query.boundValues();
+        const bool forwardOnly = m_query.isForwardOnly();
+        m_query = QSqlQuery(m_db.sql());
+        m_query.setForwardOnly(forwardOnly);
+        prepare();
+        for (const QVariant &value : values) {
+            m_query.addBindValue(value);
+        }
+    }
     if (!m_prepared)
         return false;
-    if (s_exemptions == 0 && writeGuard() && isWriteStatement(m_sql) && !writeGuard()()) {
-        m_refused = true;
+    m_fault.reset();
+    if (base::Status s = m_db.followWriteGuard(); !s) {
+        m_fault = s.error();
         return false;
     }
     return m_query.exec();
@@ -734,11 +958,10 @@ QDateTime Query::dateTime(int column) const
 
 base::Error Query::error(const QString &label) const
 {
-    if (m_refused) {
-        return base::Error{YazmaYetkisiYokHatasi,
-                            QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi "
-                                           "ile görüşünüz"),
-                            label};
+    if (m_fault) {
+        base::Error e = *m_fault;
+        e.label = label;
+        return e;
     }
     base::Error e = toError(m_query.lastError(), label, m_db.engine());
     if (!m_prepared && e.text.startsWith(QLatin1String("Bilinmeyen")))
@@ -751,16 +974,34 @@ base::Error Query::error(const QString &label) const
 void setWriteGuard(std::function<bool()> mayWrite)
 {
     writeGuard() = std::move(mayWrite);
+    followWriteGuardOnThisThread();
 }
 
 WriteGuardExemption::WriteGuardExemption()
 {
-    ++s_exemptions;
+    if (++s_exemptions == 1) {
+        followWriteGuardOnThisThread();
+    }
 }
 
 WriteGuardExemption::~WriteGuardExemption()
 {
-    --s_exemptions;
+    if (--s_exemptions == 0) {
+        followWriteGuardOnThisThread();
+    }
+}
+
+bool writeGuardAllows()
+{
+    return s_exemptions > 0 || !writeGuard() || writeGuard()();
+}
+
+base::Error writeRefusal(const QString &label)
+{
+    return base::Error{YazmaYetkisiYokHatasi,
+                        QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile "
+                                       "görüşünüz"),
+                        label};
 }
 
 // ---- Transaction ---------------------------------------------------------------------------
@@ -768,19 +1009,31 @@ WriteGuardExemption::~WriteGuardExemption()
 Transaction::Transaction(Database &db, Mode mode)
     : m_db(db)
 {
-    if (m_db.m_depth == 0) {
-        const QString begin = m_db.engine() == Engine::SQLite && mode == Mode::Immediate
-                                  ? QStringLiteral("BEGIN IMMEDIATE")
-                                  : QStringLiteral("BEGIN");
-        if (base::Status s = m_db.exec(begin, QStringLiteral("Transaction")); !s) {
+    const bool outermost = m_db.m_depth == 0;
+    if (outermost) {
+        // PostgreSQL: read-write whatever the session's default, so that an exemption inside
+        // the transaction can write; the write guard makes it read-only where it says no.
+        const QString begin = m_db.engine() == Engine::PostgreSQL
+                                  ? QStringLiteral("BEGIN READ WRITE")
+                              : mode == Mode::Immediate ? QStringLiteral("BEGIN IMMEDIATE")
+                                                        : QStringLiteral("BEGIN");
+        if (base::Status s = m_db.execControl(begin, QStringLiteral("Transaction")); !s) {
             m_error = s.error();
             return;
         }
         m_db.m_rollbackOnly = false;
+        m_db.endOfTransaction();
     }
     ++m_db.m_depth;
     m_generation = m_db.m_generation;
     m_active = true;
+    if (outermost) {
+        if (base::Status s = m_db.followWriteGuard(); !s) {
+            m_error = s.error();
+            rollback();
+            m_active = false;
+        }
+    }
 }
 
 bool Transaction::stillOpen()
@@ -808,19 +1061,22 @@ bool Transaction::commit()
     if (m_db.m_depth > 0)
         return !m_db.m_rollbackOnly;
     if (m_db.m_rollbackOnly) {
-        (void) m_db.exec(QStringLiteral("ROLLBACK"));
+        (void)m_db.execControl(QStringLiteral("ROLLBACK"));
+        m_db.endOfTransaction();
         m_error = base::Error{3146,
                                QStringLiteral("İşlemin bir adımı başarısız olduğu için hiçbir "
                                               "değişiklik kaydedilmedi."),
                                QStringLiteral("Transaction")};
         return false;
     }
-    if (base::Status s = m_db.exec(QStringLiteral("COMMIT"), QStringLiteral("Transaction")); !s) {
-        m_error = s.error();
-        (void) m_db.exec(QStringLiteral("ROLLBACK"));
-        return false;
+    const base::Status committed
+        = m_db.execControl(QStringLiteral("COMMIT"), QStringLiteral("Transaction"));
+    if (!committed) {
+        m_error = committed.error();
+        (void)m_db.execControl(QStringLiteral("ROLLBACK"));
     }
-    return true;
+    m_db.endOfTransaction();
+    return committed.ok();
 }
 
 void Transaction::rollback()
@@ -833,7 +1089,8 @@ void Transaction::rollback()
         m_db.m_rollbackOnly = true;
         return;
     }
-    (void) m_db.exec(QStringLiteral("ROLLBACK"));
+    (void)m_db.execControl(QStringLiteral("ROLLBACK"));
+    m_db.endOfTransaction();
 }
 
 // ---- the opening procedure ---------------------------------------------------------------

@@ -11,6 +11,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace store {
 
@@ -105,6 +107,24 @@ public:
     // Transaction bookkeeping for store::Transaction.
     int transactionDepth() const { return m_depth; }
 
+    // The shape of a store is changed by one workstation at a time. Inside a transaction this
+    // holds the store against the others until the transaction ends: on PostgreSQL an advisory
+    // lock on the store's schema (the same key on every workstation); on SQLite the immediate
+    // transaction already holds the write lock of every file, and nothing more is taken. What
+    // was read before is read again after it.
+    base::Status lockSchema(Store store);
+    // The advisory lock key of a store's schema on PostgreSQL: a fixed first half naming this
+    // program's schema locks, and the schema's name hashed.
+    std::pair<qint32, qint32> schemaLockKey(Store store) const;
+
+    // Brings a PostgreSQL session in line with the write guard before a statement: while the
+    // guard says no, autocommit statements run in read-only transactions and a transaction of
+    // ours runs its statements inside a read-only savepoint, left again as soon as an
+    // exemption begins. Every statement of the store passes through it; a statement run on the
+    // raw connection follows the state that the last one set. Nothing to do on SQLite, whose
+    // authorizer asks the guard itself.
+    base::Status followWriteGuard();
+
 private:
     friend class Transaction;
 
@@ -113,6 +133,9 @@ private:
     base::Status preparePostgres();
     base::Status setSearchPath();
     base::Status ensureStore(Store store);
+    // Transaction control, which never waits for the guard.
+    base::Status execControl(const QString &sqlText, const QString &label = QString());
+    void endOfTransaction();
 
     ConnectionSettings m_settings;
     std::unique_ptr<Dialect> m_dialect;
@@ -127,6 +150,10 @@ private:
     int m_generation = 0; // counts closings: a transaction of a closed connection is over
     bool m_rollbackOnly = false;
     int m_savepoint = 0;
+    // PostgreSQL and the write guard: the session's transactions are read-only; the read-only
+    // savepoint is open in the current transaction.
+    bool m_sessionReadOnly = false;
+    bool m_readOnlySavepoint = false;
 };
 
 // A prepared statement with values bound in order, converting money, dates and flags to the
@@ -174,11 +201,16 @@ public:
     QSqlQuery &raw() { return m_query; }
 
 private:
+    void prepare();
+
     Database &m_db;
     QSqlQuery m_query;
     QString m_sql;
     bool m_prepared = false;
-    bool m_refused = false;
+    // What the write guard allowed when the statement was compiled: on SQLite the guard is
+    // asked at compile time, so a statement run under another answer is compiled again.
+    bool m_preparedAllowing = true;
+    std::optional<base::Error> m_fault; // a failure that the engine's last error does not tell
 };
 
 // RAII and nesting: an inner transaction joins the outer one; the outermost commits. A
@@ -225,10 +257,15 @@ QDateTime fromStoredDate(const QVariant &value);
 
 // ---- the write guard ----------------------------------------------------------------------
 
-// Rights are checked where the data is written, not only in the screens: with a guard set, a
-// statement that writes (INSERT, UPDATE, DELETE) is refused while the guard says no, so that no
-// screen can forget the test. The program's own bookkeeping (the migration, the marks on a
-// student, the login, settings) runs under a WriteGuardExemption.
+// Rights are checked where the data is written, not only in the screens: with a guard set, the
+// engine refuses every statement that would change a store (INSERT, UPDATE, DELETE, and any
+// CREATE, DROP or ALTER), however it is written and whichever way it is run, while the guard
+// says no. SQLite asks the guard through the connection's authorizer when it compiles a
+// statement; PostgreSQL runs the session's work read-only (see Database::followWriteGuard).
+// Temporary tables may be written on SQLite; PostgreSQL lets a read-only transaction fill a
+// temporary table but not create one. The program's own bookkeeping (the migration, the marks
+// on a student, the login, settings) runs under a WriteGuardExemption, which holds for the
+// thread that opened it.
 void setWriteGuard(std::function<bool()> mayWrite);
 class WriteGuardExemption
 {
@@ -238,8 +275,12 @@ public:
     WriteGuardExemption(const WriteGuardExemption &) = delete;
     WriteGuardExemption &operator=(const WriteGuardExemption &) = delete;
 };
+// True when this thread may change a store now: no guard, the guard says yes, or an exemption
+// is open.
+bool writeGuardAllows();
 // The error number and text of a refused write.
 inline constexpr int YazmaYetkisiYokHatasi = 3111;
+base::Error writeRefusal(const QString &label);
 
 // ---- the opening procedure ---------------------------------------------------------------
 

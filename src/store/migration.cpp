@@ -2,9 +2,11 @@
 
 #include "store/dialect.h"
 
+#include <QLockFile>
 #include <QLoggingCategory>
 
 #include <functional>
+#include <memory>
 
 namespace store {
 
@@ -410,6 +412,76 @@ const std::vector<Step> &steps()
     return s_steps;
 }
 
+// One workstation brings a store forward at a time; the next one waits and then finds the work
+// done. The steps commit one by one, so the lock outlives each transaction: on PostgreSQL a
+// session-level advisory lock on the store's key, given back at the end (or when the connection
+// ends); on SQLite, whose locks end with their transaction, a lock file beside the store's file,
+// which a crashed holder leaves stale and the next one takes over.
+class MigrationLock
+{
+public:
+    MigrationLock(Database &db, Store store)
+        : m_db(db)
+        , m_key(db.schemaLockKey(store))
+    {
+        if (db.engine() == Engine::SQLite) {
+            m_file = std::make_unique<QLockFile>(db.location(store, db.openYear())
+                                                 + QStringLiteral(".lock"));
+            m_file->setStaleLockTime(0);
+            if (m_file->tryLock(s_wait)) {
+                return;
+            }
+            m_status = m_file->error() == QLockFile::LockFailedError
+                           ? busy()
+                           : base::Error{75,
+                                          QStringLiteral("Kilit dosyası yazılamadı: ")
+                                              + m_file->fileName(),
+                                          s_label};
+            return;
+        }
+        Query q(db,
+                QStringLiteral("SELECT pg_advisory_lock(CAST(? AS integer), CAST(? AS integer))"));
+        q.bind(m_key.first).bind(m_key.second);
+        if (!q.exec()) {
+            m_status = q.error(s_label);
+            return;
+        }
+        m_held = true;
+    }
+
+    ~MigrationLock()
+    {
+        if (m_held) {
+            Query q(m_db, QStringLiteral(
+                              "SELECT pg_advisory_unlock(CAST(? AS integer), CAST(? AS integer))"));
+            q.bind(m_key.first).bind(m_key.second);
+            (void)q.exec();
+        }
+    }
+
+    MigrationLock(const MigrationLock &) = delete;
+    MigrationLock &operator=(const MigrationLock &) = delete;
+
+    const base::Status &status() const { return m_status; }
+
+private:
+    static base::Error busy()
+    {
+        return base::Error{3260,
+                            QStringLiteral("Çalışma dosyası başka bir iş istasyonunda "
+                                           "güncelleniyor; bir süre sonra yeniden deneyiniz."),
+                            s_label};
+    }
+
+    static constexpr int s_wait = 10 * 60 * 1000; // a large year rebuilt on a slow disk
+
+    Database &m_db;
+    std::pair<qint32, qint32> m_key;
+    std::unique_ptr<QLockFile> m_file;
+    bool m_held = false;
+    base::Status m_status;
+};
+
 base::Status createIndexes(Database &db, const schema::Table &table, bool modelOnly)
 {
     for (const schema::Index &ix : table.indexes) {
@@ -539,17 +611,30 @@ base::Status createDeclaredTable(Database &db, const schema::Table &table)
 
 base::Status createGlobalTables(Database &db)
 {
+    const auto missing = [](const Catalog &c) {
+        for (const schema::Table &t : schema::tables()) {
+            if (t.store == Store::Global && !t.added && !c.hasTable(t.name)) {
+                return true;
+            }
+        }
+        return false;
+    };
     base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Global);
     if (!c)
         return c.error();
-    bool missing = false;
-    for (const schema::Table &t : schema::tables())
-        missing = missing || (t.store == Store::Global && !t.added && !c->hasTable(t.name));
-    if (!missing)
+    if (!missing(*c))
         return {};
+    // Another workstation may be making them at this moment: read again under the lock.
     Transaction tx(db);
     if (!tx)
         return tx.error();
+    if (base::Status s = db.lockSchema(Store::Global); !s) {
+        return s;
+    }
+    c = db.dialect().readCatalog(db, Store::Global);
+    if (!c) {
+        return c.error();
+    }
     for (const schema::Table &t : schema::tables()) {
         if (t.store != Store::Global || t.added || c->hasTable(t.name))
             continue;
@@ -591,6 +676,12 @@ base::Status HaklarTabloEkle(Database &db, Store store)
     Transaction tx(db);
     if (!tx)
         return tx.error();
+    if (base::Status s = db.lockSchema(store); !s) {
+        return s;
+    }
+    if (base::Status s = m.load(); !s) {
+        return s;
+    }
     haklar(m);
     if (!m.ok())
         return m.error();
@@ -602,11 +693,14 @@ base::Status HaklarTabloEkle(Database &db, Store store)
 base::Status KasaPersonelTabloEkle(Database &db)
 {
     Migrator m(db, Store::Year);
-    if (base::Status s = m.load(); !s)
-        return s;
     Transaction tx(db);
     if (!tx)
         return tx.error();
+    if (base::Status s = db.lockSchema(Store::Year); !s) {
+        return s;
+    }
+    if (base::Status s = m.load(); !s)
+        return s;
     kasaPersonel(m);
     if (!m.ok())
         return m.error();
@@ -667,37 +761,46 @@ void failMigrationStepForTest(int step)
 base::Status DatabaseGuncelle(Database &db)
 {
     const WriteGuardExemption own;
-    Migrator m(db, Store::Year);
-    base::Status result = m.load();
-    int number = 0;
-    for (const Step &step : steps()) {
-        if (!result)
-            break;
-        ++number;
-        Transaction tx(db, Transaction::Mode::Deferred);
-        if (!tx) {
-            result = tx.error();
-            break;
+    base::Status result;
+    {
+        // The catalogue is read once the lock is held, and no other workstation changes it
+        // until the lock is given back.
+        const MigrationLock lock(db, Store::Year);
+        result = lock.status();
+        Migrator m(db, Store::Year);
+        if (result) {
+            result = m.load();
         }
-        step(m, db);
-        if (number == s_failingStep) {
-            s_failingStep = 0;
-            m.check(base::Error{3061,
-                                 QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
-                                 s_label});
-        }
-        if (!m.ok()) {
-            result = m.error();
-            break;
-        }
-        if (!tx.commit()) {
-            result = tx.error();
-            break;
+        int number = 0;
+        for (const Step &step : steps()) {
+            if (!result)
+                break;
+            ++number;
+            Transaction tx(db, Transaction::Mode::Deferred);
+            if (!tx) {
+                result = tx.error();
+                break;
+            }
+            step(m, db);
+            if (number == s_failingStep) {
+                s_failingStep = 0;
+                m.check(base::Error{
+                    3061, QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
+                    s_label});
+            }
+            if (!m.ok()) {
+                result = m.error();
+                break;
+            }
+            if (!tx.commit()) {
+                result = tx.error();
+                break;
+            }
         }
     }
     if (!result) {
-        // The steps done so far stay; the next opening goes on from here.
-        (void) m.load();
+        // The steps done so far stay; the next opening goes on from here. The lock is given
+        // back before the message waits for its reader.
         showMessage(MessageKind::Critical,
                     QStringLiteral("HATA"),
                     QStringLiteral("Database güncellemede hata!\n") + result.error().text);

@@ -1,5 +1,7 @@
 #include "store/sqlite_functions.h"
 
+#include "store/database.h"
+
 #include <QCollator>
 #include <QLocale>
 #include <QSqlDriver>
@@ -78,14 +80,68 @@ void dateValueFunction(sqlite3_context *context, int, sqlite3_value **argv)
     sqlite3_result_text(context, result, 19, SQLITE_TRANSIENT);
 }
 
-} // namespace
+// The databases of a connection that hold the program's stores.
+bool isStore(const char *database)
+{
+    if (!database) {
+        return true;
+    }
+    return std::strcmp(database, "main") == 0 || std::strcmp(database, "aidat") == 0
+           || std::strcmp(database, "laidat") == 0;
+}
 
-bool registerSqliteFunctions(const QSqlDatabase &db)
+// Called while a statement is compiled, once for each thing it does; the guard is asked only
+// when it would change a store.
+int writeGuardAuthorizer(void *, int action, const char *first, const char *, const char *database,
+                         const char *)
+{
+    switch (action) {
+    case SQLITE_INSERT:
+    case SQLITE_UPDATE:
+    case SQLITE_DELETE:
+    case SQLITE_CREATE_INDEX:
+    case SQLITE_CREATE_TABLE:
+    case SQLITE_CREATE_TRIGGER:
+    case SQLITE_CREATE_VIEW:
+    case SQLITE_CREATE_VTABLE:
+    case SQLITE_DROP_INDEX:
+    case SQLITE_DROP_TABLE:
+    case SQLITE_DROP_TRIGGER:
+    case SQLITE_DROP_VIEW:
+    case SQLITE_DROP_VTABLE:
+    case SQLITE_REINDEX:
+    case SQLITE_ANALYZE:
+        break;
+    case SQLITE_ALTER_TABLE:
+        // Here the database comes first and the table second.
+        database = first;
+        break;
+    default:
+        // Reading, attaching, pragmas, transactions, savepoints, the temporary objects.
+        return SQLITE_OK;
+    }
+    return !isStore(database) || writeGuardAllows() ? SQLITE_OK : SQLITE_DENY;
+}
+
+sqlite3 *sqliteHandle(const QSqlDatabase &db)
 {
     const QVariant v = db.driver()->handle();
     if (!v.isValid() || qstrcmp(v.typeName(), "sqlite3*") != 0)
-        return false;
-    sqlite3 *handle = *static_cast<sqlite3 *const *>(v.constData());
+        return nullptr;
+    return *static_cast<sqlite3 *const *>(v.constData());
+}
+
+} // namespace
+
+bool installWriteGuard(const QSqlDatabase &db)
+{
+    sqlite3 *handle = sqliteHandle(db);
+    return handle && sqlite3_set_authorizer(handle, writeGuardAuthorizer, nullptr) == SQLITE_OK;
+}
+
+bool registerSqliteFunctions(const QSqlDatabase &db)
+{
+    sqlite3 *handle = sqliteHandle(db);
     if (!handle)
         return false;
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;

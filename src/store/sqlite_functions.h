@@ -9,4 +9,11 @@ namespace store {
 // datevalue() over the stored date text. False when the handle is not a SQLite one.
 bool registerSqliteFunctions(const QSqlDatabase &db);
 
+// Puts the write guard into the engine: the connection's authorizer refuses to compile a
+// statement that would change the global store, the working year or its change log (rows,
+// tables, indexes, views, triggers) while store::writeGuardAllows() says no. Attaching and
+// detaching, pragmas, transactions and the temporary database stay free. False when the
+// handle is not a SQLite one.
+bool installWriteGuard(const QSqlDatabase &db);
+
 } // namespace store
