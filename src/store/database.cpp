@@ -104,6 +104,20 @@ void recoverCompactions(const QString &folder)
         base::klasoruDiskeYaz(folder);
 }
 
+// The program's files are its user's alone: a store is made empty, readable and writable by its
+// owner only, before SQLite opens it (its journals take the same mode); an older one is
+// narrowed to that.
+void ownerOnly(const QString &path)
+{
+    const QFileDevice::Permissions own = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    if (!QFileInfo::exists(path)) {
+        QFile f(path);
+        if (f.open(QIODevice::WriteOnly | QIODevice::NewOnly, own))
+            return;
+    }
+    QFile::setPermissions(path, own);
+}
+
 // A commit over several files writes a super-journal ("Sabit.db-mj...") that the files'
 // journals name; SQLite removes it when the commit or its rollback is over. A kill at the
 // wrong moment can leave one behind that no journal names any more. It is removed only when
@@ -423,6 +437,7 @@ base::Status Database::openConnection()
                                 QStringLiteral("DatabaseAc")};
         }
         recoverCompactions(m_settings.dataFolder);
+        ownerOnly(location(Store::Global));
         m_sql.setDatabaseName(location(Store::Global));
         // A busy file is waited for instead of failing at once.
         m_sql.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=15000"));
@@ -663,6 +678,7 @@ base::Status Database::attachYear(int calismaId)
         } files[] = {{Store::Year, "aidat"}, {Store::Log, "laidat"}};
         for (const auto &file : files) {
             QSqlQuery q(m_sql);
+            ownerOnly(location(file.store, calismaId));
             q.prepare(QStringLiteral("ATTACH DATABASE ? AS %1").arg(QLatin1String(file.alias)));
             q.addBindValue(location(file.store, calismaId));
             if (!q.exec()) {
@@ -1195,6 +1211,7 @@ base::Status DatabaseSikistir(const QString &yol)
         return result;
     // The copy stands on the disk before it takes the store's name, and the names stand on the
     // disk before the year is opened again.
+    ownerOnly(tmp);
     if (!base::diskeYaz(tmp)) {
         QFile::remove(tmp);
         return base::Error{61, QStringLiteral("Dosya diske yazılamadı: ") + tmp, label};

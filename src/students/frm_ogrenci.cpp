@@ -670,8 +670,16 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
         if (alan == KartNoAlani) {
             // Those without the right see only the last four digits, and cannot change it.
             auto *box = qobject_cast<QLineEdit *>(w);
-            box->setText(m_kartNoAcik ? v.toString() : users::KartNoMaskele(v.toString()));
-            box->setReadOnly(!m_kartNoAcik);
+            const bool kapali = users::GizliMi(v.toString());
+            box->setText(m_kartNoAcik && !kapali ? v.toString() : users::KartNoMaskele(v.toString()));
+            box->setReadOnly(!m_kartNoAcik || kapali);
+            // A number this computer cannot open: the operator is told why, once.
+            static bool s_anahtarYokDendi = false;
+            if (kapali && !s_anahtarYokDendi) {
+                s_anahtarYokDendi = true;
+                ui::notify(QStringLiteral("UYARI"), users::KartAnahtariYokMesaji(),
+                           ui::Icon::Warning, this);
+            }
             box->setMaxLength(KartNoUzunlugu);
         } else if (alan == QLatin1String("Ogr_Numarasi")) {
             qobject_cast<QLineEdit *>(w)->setText(v.isValid() ? QString::number(v.toLongLong())
@@ -760,8 +768,10 @@ OgrenciKaydi FrmOgrenci::ekrandanKayit()
     OgrenciKaydi k = m_kayit;
     k.kayitId = m_kayitId;
     for (const QString &f : OgrenciAlanlari()) {
-        // A masked card number stays as it was read.
-        if (m_kutular.contains(f) && (f != KartNoAlani || m_kartNoAcik)) {
+        // A masked card number stays as it was read (or as it was sealed, where this computer
+        // cannot open it).
+        if (m_kutular.contains(f)
+            && (f != KartNoAlani || (m_kartNoAcik && !users::GizliMi(m_kayit.metin(KartNoAlani))))) {
             k.ogrenci.insert(f, kutuDegeri(f));
         }
     }

@@ -530,8 +530,9 @@ base::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi
     const QStringList fields = OgrenciAlanlari();
     // The card number is boxed before the save's transaction: the office's key may have to be
     // made first, in a write of its own.
+    const QString kartNo = k.metin(KartNoAlani).trimmed();
     const base::Result<QString> kartNoGizli
-        = users::GizliYaz(db, k.metin(KartNoAlani).trimmed().left(KartNoUzunlugu));
+        = users::GizliYaz(db, users::GizliMi(kartNo) ? kartNo : kartNo.left(KartNoUzunlugu));
     if (!kartNoGizli) {
         return kartNoGizli.error().withLabel(where);
     }

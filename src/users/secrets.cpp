@@ -5,8 +5,15 @@
 #include "store/database.h"
 #include "users/rights.h"
 
+#include "base/platform.h"
+
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QHash>
+#include <QSettings>
+#include <QStandardPaths>
 
 #include <sodium.h>
 
@@ -15,41 +22,89 @@ namespace users {
 namespace {
 
 const QString s_prefix = QStringLiteral("v1:");
+const QString s_iniFile = QStringLiteral("VORTEL");
+const QString s_iniSection = QStringLiteral("GİZLİ");
+const QString s_iniKey = QStringLiteral("KART ANAHTARI");
 
-// The office's key, made once, kept in the global store; cached by the store it came from, once
-// it stands committed there. A key is only made outside a transaction, so that a save rolled
-// back cannot take away a key that numbers were already boxed with.
-QByteArray officeKey(store::Database &db, bool mayMake)
+QHash<QString, QByteArray> &keyCache()
 {
     static QHash<QString, QByteArray> s_keys;
-    const QString where = db.settings().describe();
-    if (const auto it = s_keys.constFind(where); it != s_keys.constEnd())
-        return *it;
-    if (sodium_init() < 0 || !store::DatabaseAc(db, store::Store::Global, true, false))
+    return s_keys;
+}
+
+QByteArray readKeyFile(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
         return QByteArray();
-    const QString file = QStringLiteral("VORTEL");
-    const QString section = QStringLiteral("GİZLİ");
-    const QString key = QStringLiteral("KART ANAHTARI");
-    QString hex = store::INIAyar(db, QStringLiteral("GET"), file, section, key);
-    if (hex.isEmpty()) {
-        if (!mayMake || db.transactionDepth() > 0)
-            return QByteArray();
-        // The first workstation to need it makes it; a second one that raced it reads the first's.
-        QByteArray fresh(crypto_secretbox_KEYBYTES, '\0');
-        randombytes_buf(fresh.data(), size_t(fresh.size()));
-        const store::WriteGuardExemption own;
-        store::Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
-                                               "VALUES (?, ?, ?, ?)"));
-        insert.bind(file.toUpper()).bind(base::BuyukHarf(section)).bind(base::BuyukHarf(key))
-            .bind(QString::fromLatin1(fresh.toHex()));
-        (void) insert.exec();
-        hex = store::INIAyar(db, QStringLiteral("GET"), file, section, key);
+    const QByteArray bytes = QByteArray::fromHex(f.readAll().trimmed());
+    return bytes.size() == int(crypto_secretbox_KEYBYTES) ? bytes : QByteArray();
+}
+
+// Writes a new key file readable by its owner only. Two programs that race both end up with
+// the one that was written first.
+QByteArray writeKeyFile(const QString &path, const QByteArray &key)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly | QIODevice::NewOnly,
+               QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
+        const bool written = f.write(key.toHex() + '\n') > 0 && f.flush();
+        f.close();
+        if (written && base::diskeYaz(path))
+            return key;
+        f.remove();
+        return QByteArray();
     }
-    const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
-    if (bytes.size() != int(crypto_secretbox_KEYBYTES))
+    return readKeyFile(path);
+}
+
+// Whether a number sealed with some key is stored in the open year: then a missing key file is
+// one this computer lacks, never a reason to make a new key.
+bool sealedNumbersStored(store::Database &db)
+{
+    if (!db.isOpen(store::Store::Year))
+        return false;
+    store::Query q(db, QStringLiteral("SELECT 1 FROM Ogrenci WHERE Ogr_Veli_KrediKarti LIKE 'v1:%' "
+                                      "LIMIT 1"));
+    return !q.exec() || q.next();
+}
+
+// The office's key, from its file. A key the global store still keeps from an earlier version
+// is moved into the file and taken out of the store. A new one is made only where no number is
+// sealed yet, and only outside a transaction, so that a save rolled back cannot take away a
+// key that numbers were already boxed with.
+QByteArray officeKey(store::Database &db, bool mayMake)
+{
+    const QString path = KartAnahtariDosyasi();
+    if (const auto it = keyCache().constFind(path); it != keyCache().constEnd())
+        return *it;
+    if (sodium_init() < 0)
         return QByteArray();
-    s_keys.insert(where, bytes);
-    return bytes;
+    QByteArray key = readKeyFile(path);
+    if (key.isEmpty() && store::DatabaseAc(db, store::Store::Global, true, false)) {
+        const QByteArray kept = QByteArray::fromHex(
+            store::INIAyar(db, QStringLiteral("GET"), s_iniFile, s_iniSection, s_iniKey).toLatin1());
+        if (kept.size() == int(crypto_secretbox_KEYBYTES)) {
+            key = writeKeyFile(path, kept);
+            if (key == kept) {
+                const store::WriteGuardExemption own;
+                store::Query forget(db, QStringLiteral("DELETE FROM IniAyar WHERE Dosya = ? AND "
+                                                       "Bolum = ? AND Anahtar = ?"));
+                forget.bind(s_iniFile.toUpper())
+                    .bind(base::BuyukHarf(s_iniSection))
+                    .bind(base::BuyukHarf(s_iniKey));
+                (void) forget.exec();
+            }
+        } else if (mayMake && db.transactionDepth() == 0 && !sealedNumbersStored(db)) {
+            QByteArray fresh(crypto_secretbox_KEYBYTES, '\0');
+            randombytes_buf(fresh.data(), size_t(fresh.size()));
+            key = writeKeyFile(path, fresh);
+        }
+    }
+    if (!key.isEmpty())
+        keyCache().insert(path, key);
+    return key;
 }
 
 } // namespace
@@ -59,15 +114,42 @@ bool GizliMi(const QString &kayitli)
     return kayitli.startsWith(s_prefix);
 }
 
+QString KartAnahtariDosyasi()
+{
+    const QString given = qEnvironmentVariable("VORTEL_KART_ANAHTARI");
+    if (!given.isEmpty())
+        return given;
+    const QString set = QSettings().value(QStringLiteral("kartAnahtariDosyasi")).toString();
+    if (!set.isEmpty())
+        return set;
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation))
+        .filePath(QStringLiteral("kart-anahtari.key"));
+}
+
+QString KartAnahtariYokMesaji()
+{
+    return QStringLiteral("Bu okulun kart numaralarını açan anahtar bu bilgisayarda yok, bu yüzden "
+                          "kart numaraları gizli gösteriliyor. Anahtar dosyasını (%1) okulun "
+                          "anahtarı olan bilgisayardan bu bilgisayara aynı yere kopyalayınız.")
+        .arg(QDir::toNativeSeparators(KartAnahtariDosyasi()));
+}
+
+bool KartAnahtariVar(store::Database &db)
+{
+    return !officeKey(db, false).isEmpty();
+}
+
 base::Result<QString> GizliYaz(store::Database &db, const QString &acik)
 {
     if (acik.isEmpty())
         return QString();
+    // A number this computer could not open travels back as it was stored.
+    if (GizliMi(acik))
+        return acik;
     const QByteArray k = officeKey(db, true);
     if (k.isEmpty()) {
         return base::Error{3146,
-                            QStringLiteral("Kart numaralarının şifreleme anahtarı hazırlanamadı; kart "
-                                           "numarası kaydedilmedi."),
+                            QStringLiteral("Kart numarası kaydedilmedi: ") + KartAnahtariYokMesaji(),
                             QStringLiteral("Modul:GizliYaz")};
     }
     const QByteArray plain = acik.toUtf8();
@@ -89,7 +171,7 @@ QString GizliOku(store::Database &db, const QString &kayitli)
     const QByteArray box = QByteArray::fromBase64(kayitli.mid(s_prefix.size()).toLatin1());
     const int header = int(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES);
     if (k.isEmpty() || box.size() < header)
-        return QString();
+        return kayitli;
     QByteArray plain(box.size() - header, '\0');
     const auto *nonce = reinterpret_cast<const unsigned char *>(box.constData());
     if (crypto_secretbox_open_easy(reinterpret_cast<unsigned char *>(plain.data()),
@@ -97,13 +179,15 @@ QString GizliOku(store::Database &db, const QString &kayitli)
                                    size_t(box.size()) - crypto_secretbox_NONCEBYTES, nonce,
                                    reinterpret_cast<const unsigned char *>(k.constData()))
         != 0) {
-        return QString();
+        return kayitli;
     }
     return QString::fromUtf8(plain);
 }
 
 QString KartNoMaskele(const QString &kartNo)
 {
+    if (GizliMi(kartNo))
+        return QStringLiteral("•••• •••• •••• ••••");
     QString digits;
     for (const QChar c : kartNo) {
         if (c.isDigit())

@@ -8,9 +8,13 @@
 #include "students/frm_ogrenci.h"
 #include "students/student_record.h"
 #include "users/passwords.h"
+#include "store/settings.h"
 #include "users/secrets.h"
 
+#include <QDir>
+#include <QFile>
 #include <QLineEdit>
+#include <QTemporaryDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTest>
@@ -46,9 +50,20 @@ class tst_CardNumbers : public QObject
     Q_OBJECT
 
 private slots:
+    // Each test has a key file of its own, outside the data.
+    void init()
+    {
+        m_keys = std::make_unique<QTemporaryDir>();
+        qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(QStringLiteral("kart.key")).toLocal8Bit());
+    }
     void keptEncryptedReadInClear_data() { testing::addEngineRows(); }
     void keptEncryptedReadInClear();
     void maskedForThoseWithoutTheRight();
+    void theKeyLivesApartFromTheData();
+    void withoutTheKeyNumbersStayMaskedAndKept();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_keys;
 };
 
 void tst_CardNumbers::keptEncryptedReadInClear()
@@ -69,7 +84,7 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     failing.kardesler.append(Kardes{QStringLiteral("Ali"), QStringLiteral("Er"), QString(), QString()});
     QVERIFY(!OgrenciKaydet(db, failing, false));
     QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 0);
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM IniAyar WHERE Dosya = 'VORTEL'")).toInt(), 1);
+    QVERIFY(QFile::exists(users::KartAnahtariDosyasi()));
     QVERIFY(db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardesler")
                         .arg(db.table(store::Store::Year, QStringLiteral("OgrenciKardeslerYok"))))
                 .ok());
@@ -82,11 +97,12 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
     // Each saving draws a new nonce: the same number never reads the same at rest.
     QVERIFY(*users::GizliYaz(db, s_card) != *users::GizliYaz(db, s_card));
-    // A number kept before encryption is read as it is; one boxed with another key reads empty.
+    // A number kept before encryption is read as it is; one boxed with another key stays boxed.
     QCOMPARE(users::GizliOku(db, QStringLiteral("4543")), QStringLiteral("4543"));
     QString foreign = atRest;
     foreign[10] = foreign[10] == QLatin1Char('A') ? QLatin1Char('B') : QLatin1Char('A');
-    QCOMPARE(users::GizliOku(db, foreign), QString());
+    QCOMPARE(users::GizliOku(db, foreign), foreign);
+    QCOMPARE(users::KartNoMaskele(foreign), QStringLiteral("•••• •••• •••• ••••"));
     QCOMPARE(users::KartNoMaskele(s_card), QStringLiteral("•••• •••• •••• 9012"));
 }
 
@@ -119,6 +135,73 @@ void tst_CardNumbers::maskedForThoseWithoutTheRight()
     // Saving the record keeps the number, not the mask.
     QVERIFY(screen->OgrenciKaydet());
     QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
+    w.mdiArea()->closeAllSubWindows();
+    store::setDefaultDatabase(nullptr);
+}
+
+void tst_CardNumbers::theKeyLivesApartFromTheData()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    QVERIFY(testing::openOffice(db));
+    // A key an earlier version kept in the store moves into the file and leaves the store.
+    const QByteArray oldKey = QByteArray(32, '\x5a').toHex();
+    QVERIFY(store::IniYaz(db, QStringLiteral("VORTEL"), QStringLiteral("GİZLİ"),
+                          QStringLiteral("KART ANAHTARI"), QString::fromLatin1(oldKey))
+                .ok());
+    QVERIFY(saveStudent(db) > 0);
+    QFile key(users::KartAnahtariDosyasi());
+    QVERIFY(key.open(QIODevice::ReadOnly));
+    QCOMPARE(key.readAll().trimmed(), oldKey);
+    QCOMPARE(key.permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser),
+             QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    store::DatabaseKapat(db);
+
+    // Not one byte of the data folder holds the key or the number.
+    QDir folder(s.settings().dataFolder);
+    for (const QString &name : folder.entryList(QDir::Files)) {
+        QFile f(folder.filePath(name));
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QByteArray bytes = f.readAll();
+        QVERIFY2(!bytes.contains(oldKey) && !bytes.contains(oldKey.toUpper())
+                     && !bytes.contains(QByteArray::fromHex(oldKey)),
+                 qPrintable(name));
+        QVERIFY2(!bytes.contains("4543 1234") && !bytes.contains("45431234"), qPrintable(name));
+#ifndef Q_OS_WIN
+        QCOMPARE(f.permissions() & (QFileDevice::ReadOther | QFileDevice::ReadGroup),
+                 QFileDevice::Permissions());
+#endif
+    }
+}
+
+void tst_CardNumbers::withoutTheKeyNumbersStayMaskedAndKept()
+{
+    // A second workstation whose key file was never copied over.
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    store::setDefaultDatabase(&db);
+    QVERIFY(testing::openOffice(db));
+    const qint64 id = saveStudent(db);
+    const QString sealed = stored(db, id);
+    qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(QStringLiteral("yok.key")).toLocal8Bit());
+    QVERIFY(!users::KartAnahtariVar(db));
+    // No new key is made over numbers sealed with the school's own.
+    QVERIFY(!users::GizliYaz(db, QStringLiteral("1111 2222")).ok());
+    QVERIFY(!QFile::exists(users::KartAnahtariDosyasi()));
+
+    testing::MessageRecorder messages;
+    shell::MDIAidat w(db);
+    w.MenuDurumAyarla(true);
+    w.ActBar_Click(QStringLiteral("popOgrenciBilgileri"));
+    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
+    QVERIFY(screen && screen->OgrenciGoster(id, true));
+    auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
+    QCOMPARE(box->text(), QStringLiteral("•••• •••• •••• ••••"));
+    QVERIFY(box->isReadOnly());
+    QVERIFY(messages.texts().join(u' ').contains(QStringLiteral("anahtar bu bilgisayarda yok")));
+    // The record saved here keeps the number exactly as it was sealed.
+    QVERIFY(screen->OgrenciKaydet());
+    QCOMPARE(stored(db, id), sealed);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
 }
