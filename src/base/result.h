@@ -15,13 +15,18 @@ namespace base {
 // Or a refusal: a rule that says no (no write right, a fee in use, a student held by another
 // user) gives its notice as the error of its result. A refusal is no failure: the screen shows
 // the notice as it stands and nothing goes to the error table.
+//
+// A failure may also come with words for the operator (`bildiri`: a data file that is not
+// there, a migration that stopped): the screen shows the notice first, then the failure goes
+// to the reporter as any other.
 struct Error
 {
     int number = 0;
     QString text;
     QString label;
     int line = 0;
-    std::optional<Bildiri> red;
+    std::optional<Bildiri> red = std::nullopt;
+    std::optional<Bildiri> bildiri = std::nullopt;
 
     static Error refusal(Bildiri notice)
     {
