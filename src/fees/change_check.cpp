@@ -42,13 +42,14 @@ base::Result<std::optional<HesapSatiri>> ilkHesap(store::Database &db, qint64 ai
 base::Status AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 ogrKayitId)
 {
     const QString label = QStringLiteral("Modul:AidatDegisiklikKontrol");
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Query sabit(db,
                        QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ") + store::SabitSirasi);
     if (!sabit.exec()) {
-        return sabit.error(label);
+        return op.failed(sabit);
     }
     if (!sabit.next()) {
         return base::Error::refusal(s_baslik, QStringLiteral("Okul kaydı bulunamadı."));
@@ -77,7 +78,7 @@ base::Status AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 
                                          "AND AidatID = ?"));
         onar.bind(QStringLiteral("Aidat Tanımı")).bind(ogrKayitId).bind(aidatId);
         if (!onar.exec()) {
-            return onar.error(label);
+            return op.failed(onar);
         }
         hesap = ilkHesap(db, aidatId, ogrKayitId, label);
         if (!hesap) {

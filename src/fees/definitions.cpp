@@ -39,8 +39,9 @@ base::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, con
 {
     const QString label
         = etiket.isEmpty() ? QStringLiteral("FrmAidatTanimlama:AidatTaksitGoster") : etiket;
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db, QStringLiteral("SELECT KayitID, AidatTanim, AidatToplam, AidatBirimAdeti, "
                                       "AidatBirimFiyati FROM AidatTanim ORDER BY KayitID"));
@@ -58,8 +59,9 @@ base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database 
                                                                  qint64 kayitId)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayGoster");
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db,
                    QStringLiteral("SELECT KayitID, AidatTanim, AidatTuru, AidatToplam, Pesinat, "
@@ -107,8 +109,9 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Transaction tx(db);
     if (!tx) {
@@ -185,8 +188,9 @@ base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Transaction tx(db);
     if (!tx) {

@@ -15,8 +15,10 @@ base::Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariA
     const int year = cariAy.left(4).toInt();
     const int month = cariAy.right(2).toInt();
     pano.ayAdi = base::AyAdi(month);
-    if (!store::DatabaseAc(db, store::Store::Year, true, false))
-        return base::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    // The main window has said all there is to say about a year that does not open.
+    const store::Operation op(db, store::Store::Year, label, store::Operation::Notice::Quiet);
+    if (!op)
+        return op.error();
 
     store::Query count(db, QStringLiteral("SELECT count(KayitID) AS TOPLAMOGRENCI FROM Ogrenci"));
     if (!count.exec() || !count.next())

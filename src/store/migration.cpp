@@ -698,10 +698,11 @@ base::Status DatabaseGuncelle(Database &db)
     if (!result) {
         // The steps done so far stay; the next opening goes on from here.
         (void) m.load();
-        showMessage(MessageKind::Critical,
-                    QStringLiteral("HATA"),
-                    QStringLiteral("Database güncellemede hata!\n") + result.error().text);
-        return result.error().withLabel(s_label);
+        base::Error e = result.error().withLabel(s_label);
+        e.bildiri = base::Bildiri{QStringLiteral("HATA"),
+                                  QStringLiteral("Database güncellemede hata!\n") + e.text,
+                                  base::Icon::Critical};
+        return e;
     }
     return {};
 }

@@ -57,8 +57,9 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
 {
     durum().AktifKullanici = ad;
     durum().AktifKullaniciKodu.clear();
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, s_label);
+    if (!op)
+        return op.error();
     base::Result<std::optional<StoredUser>> user = findUser(db, ad);
     if (!user)
         return user.error();
@@ -76,7 +77,7 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
         store::Query rewrite(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
         rewrite.bind(SifreOzeti(sifre)).bind(u.username);
         if (!rewrite.exec())
-            return rewrite.error(s_label);
+            return op.failed(rewrite);
     }
     durum().AktifKullaniciKodu = u.username;
     return GirisSonucu::Kabul;
@@ -84,11 +85,12 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
 
 base::Result<bool> KullaniciVarMi(store::Database &db)
 {
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, s_label);
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("SELECT count(*) FROM Sifre"));
     if (!q.exec() || !q.next())
-        return q.error(s_label);
+        return op.failed(q);
     return q.integer(0) > 0;
 }
 
@@ -98,8 +100,9 @@ base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStri
     const base::Result<QString> kod = Sifrele(ad);
     if (!kod || kod->isEmpty())
         return base::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, label);
+    if (!op)
+        return op.error();
     // A user the old program scrambled on either provider keeps his row.
     base::Result<std::optional<StoredUser>> existing = findUser(db, ad);
     if (!existing)
@@ -111,12 +114,12 @@ base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStri
         store::Query update(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
         update.bind(SifreOzeti(sifre)).bind((*existing)->username);
         if (!update.exec())
-            return update.error(label);
+            return op.failed(update);
     } else {
         store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
         insert.bind(*kod).bind(SifreOzeti(sifre));
         if (!insert.exec())
-            return insert.error(label);
+            return op.failed(insert);
     }
     if (!tx.commit())
         return tx.error();

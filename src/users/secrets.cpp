@@ -25,7 +25,7 @@ QByteArray officeKey(store::Database &db, bool mayMake)
     const QString where = db.settings().describe();
     if (const auto it = s_keys.constFind(where); it != s_keys.constEnd())
         return *it;
-    if (sodium_init() < 0 || !store::DatabaseAc(db, store::Store::Global, true, false))
+    if (sodium_init() < 0 || !store::openStore(db, store::Store::Global, false))
         return QByteArray();
     const QString file = QStringLiteral("VORTEL");
     const QString section = QStringLiteral("GİZLİ");
