@@ -1,5 +1,6 @@
 #include "fees/definitions.h"
 
+#include "fees/ledger.h"
 #include "fees/store_steps.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
@@ -196,14 +197,12 @@ base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
     if (!tx) {
         return etiketle(tx.error(), label);
     }
-    store::Query kullanan(db, QStringLiteral("SELECT KayitID FROM OgrenciAidatTanim "
-                                             "WHERE AidatID = ? LIMIT 1"));
-    kullanan.bind(kayitId);
-    if (!kullanan.exec()) {
-        return geriAl(tx, kullanan, label);
+    const base::Result<bool> kullaniliyor = AidatKullaniliyor(db, kayitId, label);
+    if (!kullaniliyor) {
+        tx.rollback();
+        return kullaniliyor.error();
     }
-    if (kullanan.next()) {
-        kullanan.finish();
+    if (*kullaniliyor) {
         tx.rollback();
         return base::Error::refusal(
             QStringLiteral("AİDAT KULLANILIYOR"),
