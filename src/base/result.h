@@ -15,6 +15,10 @@ namespace base {
 // Or a refusal: a rule that says no (no write right, a fee in use, a student held by another
 // user) gives its notice as the error of its result. A refusal is no failure: the screen shows
 // the notice as it stands and nothing goes to the error table.
+//
+// A failure may also come with words for the operator (`bildiri`: a data file that is not
+// there, a migration that stopped): the screen shows the notice first, then the failure goes
+// to the reporter as any other.
 struct Error
 {
     int number = 0;
@@ -22,6 +26,7 @@ struct Error
     QString label;
     int line = 0;
     std::optional<Bildiri> red = std::nullopt;
+    std::optional<Bildiri> bildiri = std::nullopt;
 
     static Error refusal(Bildiri notice)
     {

@@ -1,5 +1,6 @@
 #include "fees/definitions.h"
 
+#include "fees/ledger.h"
 #include "fees/store_steps.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
@@ -39,8 +40,9 @@ base::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, con
 {
     const QString label
         = etiket.isEmpty() ? QStringLiteral("FrmAidatTanimlama:AidatTaksitGoster") : etiket;
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db, QStringLiteral("SELECT KayitID, AidatTanim, AidatToplam, AidatBirimAdeti, "
                                       "AidatBirimFiyati FROM AidatTanim ORDER BY KayitID"));
@@ -58,8 +60,9 @@ base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database 
                                                                  qint64 kayitId)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayGoster");
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db,
                    QStringLiteral("SELECT KayitID, AidatTanim, AidatTuru, AidatToplam, Pesinat, "
@@ -107,8 +110,9 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Transaction tx(db);
     if (!tx) {
@@ -185,21 +189,20 @@ base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, label); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op) {
+        return op.error();
     }
     store::Transaction tx(db);
     if (!tx) {
         return etiketle(tx.error(), label);
     }
-    store::Query kullanan(db, QStringLiteral("SELECT KayitID FROM OgrenciAidatTanim "
-                                             "WHERE AidatID = ? LIMIT 1"));
-    kullanan.bind(kayitId);
-    if (!kullanan.exec()) {
-        return geriAl(tx, kullanan, label);
+    const base::Result<bool> kullaniliyor = AidatKullaniliyor(db, kayitId, label);
+    if (!kullaniliyor) {
+        tx.rollback();
+        return kullaniliyor.error();
     }
-    if (kullanan.next()) {
-        kullanan.finish();
+    if (*kullaniliyor) {
         tx.rollback();
         return base::Error::refusal(
             QStringLiteral("AİDAT KULLANILIYOR"),

@@ -16,8 +16,9 @@ const QString s_okuEtiketi = QStringLiteral("FrmAidatTanimlama:IskontoGoster");
 
 base::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
 {
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, s_okuEtiketi); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, s_okuEtiketi);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db, QStringLiteral("SELECT ID, IskontoAciklama, IskontoOrani, IskontoTipi, "
                                       "IskontoKalanTutardan, IskontoSirasi FROM IskontoTanim "
@@ -44,8 +45,9 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, s_kaydetEtiketi); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, s_kaydetEtiketi);
+    if (!op) {
+        return op.error();
     }
     QList<IskontoTanimi> yazilan = liste;
     store::Transaction tx(db);
@@ -107,8 +109,9 @@ base::Status IskontoTanimiSil(store::Database &db, qint64 id)
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, s_silEtiketi); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, s_silEtiketi);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db, QStringLiteral("DELETE FROM IskontoTanim WHERE ID = ?"));
     q.bind(id);
@@ -121,8 +124,9 @@ base::Status IskontoTanimiSil(store::Database &db, qint64 id)
 base::Result<Para> GenelIskontoOrani(store::Database &db)
 {
     const QString etiket = QStringLiteral("FrmAidatTanimlama:TaksitPlanla");
-    if (base::Status s = store::ensureOpen(db, store::Store::Year, etiket); !s) {
-        return s.error();
+    const store::Operation op(db, store::Store::Year, etiket);
+    if (!op) {
+        return op.error();
     }
     store::Query q(db, QStringLiteral("SELECT IskontoOrani, IskontoTipi FROM IskontoTanim "
                                       "ORDER BY ID LIMIT 1"));

@@ -65,11 +65,12 @@ OkulBilgisi YeniOkulBilgisi(const QDate &bugun)
 
 base::Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
 {
-    if (base::Status open = store::ensureOpen(db, store::Store::Year, s_label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Year, s_label);
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ").arg(fieldList()) + store::SabitSirasi);
     if (!q.exec())
-        return q.error(s_label);
+        return op.failed(q);
     OkulBilgisi o;
     if (!q.next())
         return o;
@@ -114,8 +115,9 @@ base::Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
 base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const OfisAyarlari *ofis)
 {
     const QString label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiKaydet");
-    if (base::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Year, label);
+    if (!op)
+        return op.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
@@ -125,7 +127,7 @@ base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const 
         store::Query insert(db, QStringLiteral("INSERT INTO Sabit (OgretimYili) VALUES (?)"));
         insert.bind(key);
         if (!insert.exec())
-            return insert.error(label);
+            return op.failed(insert);
     }
     const QStringList fields = fieldList().split(QStringLiteral(", "));
     QStringList sets;
@@ -170,7 +172,7 @@ base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const 
     if (!key.isEmpty())
         q.bind(key);
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     q.finish();
     if (ofis) {
         if (base::Status s = OfisAyarlariYaz(db, *ofis); !s)
@@ -247,15 +249,16 @@ bool SabitBilgileriOku(store::Database &db)
 
 base::Status CariAyKaydet(store::Database &db, const QString &cariAy)
 {
-    const QString label = QStringLiteral("MDIAidat:ActBar_ComboChange");
     // The working month is everyone's to choose.
     const store::WriteGuardExemption own;
-    if (base::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Year,
+                              QStringLiteral("MDIAidat:ActBar_ComboChange"));
+    if (!op)
+        return op.error();
     // The first row: the one in force.
     store::Query first(db, QStringLiteral("SELECT OgretimYili FROM Sabit ") + store::SabitSirasi);
     if (!first.exec())
-        return first.error(label);
+        return op.failed(first);
     if (!first.next())
         return {};
     const QVariant year = first.value(0);
@@ -266,7 +269,7 @@ base::Status CariAyKaydet(store::Database &db, const QString &cariAy)
     if (!year.isNull())
         q.bind(year.toString());
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     return {};
 }
 

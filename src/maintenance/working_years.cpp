@@ -10,12 +10,13 @@ namespace maintenance {
 
 base::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
 {
-    const QString label = QStringLiteral("FrmCalismaAc:CalismaDoldur");
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global,
+                              QStringLiteral("FrmCalismaAc:CalismaDoldur"));
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("SELECT CalismaID, CalismaAdi FROM Calisma ORDER BY CalismaID DESC"));
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     QList<Calisma> list;
     while (q.next()) {
         const int id = int(q.integer(0));
@@ -28,13 +29,14 @@ base::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
 
 base::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int haricId)
 {
-    const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global,
+                              QStringLiteral("FrmYeniCalisma:CalismaKaydet"));
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("SELECT CalismaID FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
     q.bind(ad.trimmed()).bind(haricId);
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     // A year whose store never came to be (its first opening failed) is not listed, and does not
     // keep its name from a new one.
     while (q.next()) {
@@ -46,22 +48,23 @@ base::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int har
 
 base::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
 {
-    const QString label = QStringLiteral("FrmYeniCalisma:CalismaKaydet");
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global,
+                              QStringLiteral("FrmYeniCalisma:CalismaKaydet"));
+    if (!op)
+        return op.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
     store::Query insert(db, QStringLiteral("INSERT INTO Calisma (CalismaAdi) VALUES (?) RETURNING CalismaID"));
     insert.bind(ad.trimmed().left(50));
     if (!insert.exec() || !insert.next())
-        return insert.error(label);
+        return op.failed(insert);
     const int id = int(insert.integer(0));
     insert.finish();
     store::Query file(db, QStringLiteral("UPDATE Calisma SET DataFile = ? WHERE CalismaID = ?"));
     file.bind(QFileInfo(db.location(store::Store::Year, id)).fileName()).bind(id);
     if (!file.exec())
-        return file.error(label);
+        return op.failed(file);
     if (!tx.commit())
         return tx.error();
     return id;
@@ -69,34 +72,36 @@ base::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
 
 base::Status CalismaSil(store::Database &db, int id)
 {
-    const QString label = QStringLiteral("FrmCalismaAc:cmdSil_Click");
     // The year in use stays: its screens and the title still name it.
     if (id == db.openYear() || id == users::durum().AktifCalismaID) {
         return base::Error::refusal(QStringLiteral("UYARI"),
                                     QStringLiteral("Şu anda açık olan çalışma silinemez. Önce başka "
                                                    "bir çalışma açınız."));
     }
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global,
+                              QStringLiteral("FrmCalismaAc:cmdSil_Click"));
+    if (!op)
+        return op.error();
     // The row goes first: a year whose files outlive it is only untidy, while a row whose files
     // are gone would open as an empty year.
     store::Query q(db, QStringLiteral("DELETE FROM Calisma WHERE CalismaID = ?"));
     q.bind(id);
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     q.finish();
     return db.drop(id);
 }
 
 base::Status CalismaAdiDegistir(store::Database &db, int id, const QString &ad)
 {
-    const QString label = QStringLiteral("FrmCalismaAc:MnuDegistir_Click");
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global,
+                              QStringLiteral("FrmCalismaAc:MnuDegistir_Click"));
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("UPDATE Calisma SET CalismaAdi = ? WHERE CalismaID = ?"));
     q.bind(ad.trimmed().left(50)).bind(id);
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     return {};
 }
 

@@ -1,63 +1,42 @@
 #include "shell/dashboard.h"
 
 #include "base/turkish_text.h"
+#include "fees/ledger.h"
 #include "store/database.h"
 
 #include <QDate>
-#include <QHash>
 
 namespace shell {
 
 base::Result<PanoBilgisi> RaporHazirla(store::Database &db, const QString &cariAy)
 {
-    const QString label = QStringLiteral("FrmBackGround:RaporHazirla");
     PanoBilgisi pano;
     const int year = cariAy.left(4).toInt();
     const int month = cariAy.right(2).toInt();
     pano.ayAdi = base::AyAdi(month);
-    if (!store::DatabaseAc(db, store::Store::Year, true, false))
-        return base::Error{3044, QStringLiteral("Çalışma dosyası açılamadı."), label};
+    // The main window has said all there is to say about a year that does not open.
+    const store::Operation op(db, store::Store::Year, QStringLiteral("FrmBackGround:RaporHazirla"),
+                              store::Operation::Notice::Quiet);
+    if (!op)
+        return op.error();
 
     store::Query count(db, QStringLiteral("SELECT count(KayitID) AS TOPLAMOGRENCI FROM Ogrenci"));
     if (!count.exec() || !count.next())
-        return count.error(label);
+        return op.failed(count);
     pano.ogrenciSayisi = count.integer(0);
     count.finish();
 
     const QDate first(year, month, 1);
     if (!first.isValid())
         return pano;
-    const QDate limit = base::AyEkle(first, 1);
-    // The accounts of students that still exist.
-    const QString accounts = QStringLiteral("SELECT OT.KayitID FROM OgrenciAidatTanim OT "
-                                            "JOIN Ogrenci O ON O.KayitID = OT.OgrKayitID");
-    QHash<int, base::Para> paid; // by year * 100 + month
-    {
-        store::Query q(db,
-                       QStringLiteral("SELECT year(P.OdemeTarihi), month(P.OdemeTarihi), sum(P.Odenen) "
-                                      "FROM OgrenciAidatOdeme P WHERE P.OdemeTarihi < ? AND "
-                                      "P.KayitID IN (%1) GROUP BY year(P.OdemeTarihi), "
-                                      "month(P.OdemeTarihi)")
-                           .arg(accounts));
-        q.bind(limit);
-        if (!q.exec())
-            return q.error(label);
-        while (q.next())
-            paid.insert(int(q.integer(0) * 100 + q.integer(1)), q.para(2));
-    }
-    store::Query due(db,
-                     QStringLiteral("SELECT year(D.OdemeTarihi), month(D.OdemeTarihi), sum(D.Odenecek) "
-                                    "FROM OgrenciAidatDetay D WHERE D.OdemeTarihi < ? AND D.KayitID IN "
-                                    "(%1) GROUP BY year(D.OdemeTarihi), month(D.OdemeTarihi) "
-                                    "ORDER BY year(D.OdemeTarihi), month(D.OdemeTarihi)")
-                         .arg(accounts));
-    due.bind(limit);
-    if (!due.exec())
-        return due.error(label);
+    const base::Result<QList<fees::AyToplami>> months
+        = fees::AyToplamlari(db, base::AyEkle(first, 1), op.label());
+    if (!months)
+        return months.error();
     const int current = year * 100 + month;
-    while (due.next()) {
-        const int key = int(due.integer(0) * 100 + due.integer(1));
-        const base::Para rest = due.para(2) - paid.value(key);
+    for (const fees::AyToplami &m : *months) {
+        const int key = m.yil * 100 + m.ay;
+        const base::Para rest = m.odenecek - m.odenen;
         if (key < current)
             pano.gecmis += rest;
         else if (key == current)

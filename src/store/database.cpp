@@ -192,14 +192,21 @@ void setMessageHandler(MessageHandler handler)
     messageHandler() = std::move(handler);
 }
 
-void showMessage(MessageKind kind, const QString &title, const QString &text)
+namespace {
+
+void showMessage(const base::Bildiri &notice)
 {
+    const MessageKind kind = notice.icon == base::Icon::Critical  ? MessageKind::Critical
+                             : notice.icon == base::Icon::Warning ? MessageKind::Warning
+                                                                  : MessageKind::Information;
     if (messageHandler()) {
-        messageHandler()(kind, title, text);
+        messageHandler()(kind, notice.baslik, notice.metin);
         return;
     }
-    qCWarning(lcStore).noquote() << title << ':' << text;
+    qCWarning(lcStore).noquote() << notice.baslik << ':' << notice.metin;
 }
+
+} // namespace
 
 // ---- errors and values ---------------------------------------------------------------------
 
@@ -1111,57 +1118,90 @@ void Transaction::rollback()
 
 // ---- the opening procedure ---------------------------------------------------------------
 
-bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
+namespace {
+
+// A store that could not be opened: the reporter's failure, with the words the operator reads.
+base::Error notOpened(Store tur, const QString &file)
+{
+    const QString notice = tur == Store::Log
+                               ? QStringLiteral("Programın Log Veri Dosyası Bulunamadı. (%1)")
+                               : QStringLiteral("Programın Veri Dosyası Bulunamadı. (%1)");
+    base::Error e{3044,
+                  tur == Store::Global ? QStringLiteral("Veri dosyası açılamadı.")
+                                       : QStringLiteral("Çalışma dosyası açılamadı."),
+                  QStringLiteral("DatabaseAc")};
+    e.bildiri = base::Bildiri{QStringLiteral("Dikkat!"), notice.arg(file), base::Icon::Warning};
+    return e;
+}
+
+} // namespace
+
+base::Result<Acilis> openStore(Database &db, Store tur, bool guncelle)
 {
     // Making and bringing forward the stores is the program's own work, whoever is logged in.
     const WriteGuardExemption own;
-    const QString title = QStringLiteral("Dikkat!");
     if (tur == Store::Global) {
         if (base::Status s = db.openGlobal(); !s) {
             qCWarning(lcStore).noquote() << s.error().text;
-            if (!sessiz) {
-                showMessage(MessageKind::Warning,
-                            title,
-                            QStringLiteral("Programın Veri Dosyası Bulunamadı. (%1)")
-                                .arg(db.location(Store::Global)));
-            }
-            return false;
+            return notOpened(Store::Global, db.location(Store::Global));
         }
-        return true;
+        return Acilis{};
     }
 
     const int year = db.selectedYear();
     if (year == 0) {
-        if (!sessiz)
-            showMessage(MessageKind::Warning, title, QStringLiteral("Programın Veri Dosyası Bulunamadı. ()"));
-        return false;
+        // No working year chosen: the file has no name yet.
+        return notOpened(Store::Year, QString());
     }
     // A different working year ends every connection of the old one.
     if (db.openYear() != 0 && db.openYear() != year)
         DatabaseKapat(db);
     if (base::Status s = db.attachYear(year); !s) {
         qCWarning(lcStore).noquote() << s.error().text;
-        if (!sessiz) {
-            const QString message = tur == Store::Log
-                                        ? QStringLiteral("Programın Log Veri Dosyası Bulunamadı. (%1)")
-                                        : QStringLiteral("Programın Veri Dosyası Bulunamadı. (%1)");
-            showMessage(MessageKind::Warning, title, message.arg(db.location(tur, year)));
-        }
+        return notOpened(tur, db.location(tur, year));
+    }
+    Acilis acilis;
+    if (tur == Store::Year && guncelle) {
+        if (base::Status s = DatabaseGuncelle(db); !s)
+            acilis.guncelleme = s.error();
+    }
+    return acilis;
+}
+
+bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle)
+{
+    const base::Result<Acilis> acilis = openStore(db, tur, guncelle);
+    if (!acilis) {
+        if (!sessiz && acilis.error().bildiri)
+            showMessage(*acilis.error().bildiri);
         return false;
     }
-    if (tur == Store::Year && guncelle)
-        (void) DatabaseGuncelle(db);
+    if (acilis->guncelleme && acilis->guncelleme->bildiri)
+        showMessage(*acilis->guncelleme->bildiri);
     return true;
 }
 
-base::Status ensureOpen(Database &db, Store tur, const QString &label)
+Operation::Operation(Database &db, Store tur, QString label, Notice notice)
+    : m_label(std::move(label))
 {
-    if (DatabaseAc(db, tur, false, false))
-        return {};
-    return base::Error{3044,
-                        tur == Store::Global ? QStringLiteral("Veri dosyası açılamadı.")
-                                             : QStringLiteral("Çalışma dosyası açılamadı."),
-                        label};
+    base::Result<Acilis> acilis = openStore(db, tur, false);
+    if (acilis)
+        return;
+    base::Error e = acilis.error();
+    e.label = m_label;
+    if (notice == Notice::Quiet)
+        e.bildiri.reset();
+    m_error = std::move(e);
+}
+
+base::Error Operation::error() const
+{
+    return m_error.value_or(base::Error{});
+}
+
+base::Error Operation::failed(const Query &q) const
+{
+    return q.error(m_label);
 }
 
 void DatabaseKapat(Database &db)

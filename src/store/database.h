@@ -42,13 +42,13 @@ struct ConnectionSettings
     QString describe() const;
 };
 
-// Messages that the store itself shows (a missing data file, a failed migration). The shell
-// routes them to the screen's message boxes; the default writes them to the log.
+// What DatabaseAc has to say to the operator (a missing data file, a failed migration) goes to
+// this handler, which the screens install; without one it goes to the log. Nothing else in the
+// store shows anything: the opening gives its notices back as values (openStore).
 enum class MessageKind { Information, Warning, Critical };
 using MessageHandler
     = std::function<void(MessageKind kind, const QString &title, const QString &text)>;
 void setMessageHandler(MessageHandler handler);
-void showMessage(MessageKind kind, const QString &title, const QString &text);
 
 class Dialect;
 
@@ -286,12 +286,53 @@ base::Error writeRefusal(const QString &label);
 
 // The one way to a store: opens (or creates at the model shape) the store of the given kind on
 // the connection, and with `guncelle` brings a working year to the current schema. Kind 2 needs
-// a chosen working year; kind 3 is the change log of that year. Messages are shown unless
-// `sessiz`. True when the store is usable.
+// a chosen working year; kind 3 is the change log of that year. Shows nothing: a store that is
+// not usable is an error 3044 ("Veri dosyası açılamadı.", "Çalışma dosyası açılamadı." for a
+// year) whose notice tells the operator so ("Programın Veri Dosyası Bulunamadı. (<file>)" under
+// "Dikkat!"). A failed migration leaves the year usable at the steps done so far; its error,
+// with the notice "Database güncellemede hata!" under "HATA", comes back in `guncelleme`.
+struct Acilis
+{
+    std::optional<base::Error> guncelleme;
+};
+base::Result<Acilis> openStore(Database &db, Store tur, bool guncelle);
+
+// The opening procedure as the screens call it: openStore, with its notices handed to the
+// message handler (unless `sessiz`; a failed migration's always). True when the store is usable.
 bool DatabaseAc(Database &db, Store tur, bool sessiz, bool guncelle);
-// DatabaseAc at the head of an operation, quietly: the store is open, or the error that says
-// it could not be, under the operation's label.
-base::Status ensureOpen(Database &db, Store tur, const QString &label);
+
+// The head of every operation on the data: the store it needs is opened, and what fails is told
+// under the operation's "Form:Procedure" label. A data function reads
+//
+//     const store::Operation op(db, store::Store::Year, QStringLiteral("FrmX:Procedure"));
+//     if (!op)
+//         return op.error();
+//     store::Query q(db, ...);
+//     if (!q.exec())
+//         return op.failed(q);
+//
+// An operation that could not open its store fails with error 3044 under its own label,
+// carrying the opening's notice for the operator unless it runs Quiet (the background's
+// figures, which the main window has already said everything about).
+class Operation
+{
+public:
+    enum class Notice { Told, Quiet };
+
+    Operation(Database &db, Store tur, QString label, Notice notice = Notice::Told);
+
+    explicit operator bool() const { return !m_error.has_value(); }
+    const QString &label() const { return m_label; }
+    // Why the store is not open.
+    base::Error error() const;
+    // A statement's failure under the operation's label.
+    base::Error failed(const Query &q) const;
+
+private:
+    QString m_label;
+    std::optional<base::Error> m_error;
+};
+
 // Closes every store of the connection; the next DatabaseAc opens afresh.
 void DatabaseKapat(Database &db);
 // True while the connection answers and the store of that kind is open on it.

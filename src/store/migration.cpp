@@ -800,11 +800,12 @@ base::Status DatabaseGuncelle(Database &db)
     }
     if (!result) {
         // The steps done so far stay; the next opening goes on from here. The lock is given
-        // back before the message waits for its reader.
-        showMessage(MessageKind::Critical,
-                    QStringLiteral("HATA"),
-                    QStringLiteral("Database güncellemede hata!\n") + result.error().text);
-        return result.error().withLabel(s_label);
+        // back before anybody reads the notice.
+        base::Error e = result.error().withLabel(s_label);
+        e.bildiri = base::Bildiri{QStringLiteral("HATA"),
+                                  QStringLiteral("Database güncellemede hata!\n") + e.text,
+                                  base::Icon::Critical};
+        return e;
     }
     return {};
 }

@@ -54,8 +54,8 @@ base::Status IskontoSirasiDoldur(Database &db);
 
 // Brings the open working year to the current schema, in a fixed order of steps, each in its
 // own transaction; every step is a no-op once done, so a second run changes nothing and a run
-// that failed goes on from where it stopped. A failure shows "Database güncellemede hata!"
-// under "HATA".
+// that failed goes on from where it stopped. A failure carries the notice "Database
+// güncellemede hata!" under "HATA".
 base::Status DatabaseGuncelle(Database &db);
 // The steps of DatabaseGuncelle, counted (for tests).
 int migrationStepCount();

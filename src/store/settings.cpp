@@ -31,11 +31,11 @@ QString nameKey(const QString &name)
 base::Status IniYaz(Database &db, const QString &dosya, const QString &bolum,
               const QString &anahtar, const QString &deger)
 {
-    const QString label = QStringLiteral("Modul:INIAyar");
     // Settings are written by the program for whoever uses it.
     const WriteGuardExemption own;
-    if (base::Status open = ensureOpen(db, Store::Global, label); !open)
-        return open;
+    const Operation op(db, Store::Global, QStringLiteral("Modul:INIAyar"));
+    if (!op)
+        return op.error();
     Transaction tx(db);
     if (!tx)
         return tx.error();
@@ -43,13 +43,13 @@ base::Status IniYaz(Database &db, const QString &dosya, const QString &bolum,
                                            "Bolum = ? AND Anahtar = ?"));
     update.bind(deger).bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar));
     if (!update.exec())
-        return update.error(label);
+        return op.failed(update);
     if (update.rowsAffected() == 0) {
         Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
                                                "VALUES (?, ?, ?, ?)"));
         insert.bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar)).bind(deger);
         if (!insert.exec())
-            return insert.error(label);
+            return op.failed(insert);
     }
     if (!tx.commit())
         return tx.error();
@@ -70,7 +70,7 @@ QString INIAyar(Database &db, const QString &mod, const QString &dosya,
     const QString section = nameKey(bolum);
     const QString key = nameKey(anahtar);
     if (upperMode == QLatin1String("GET")) {
-        if (!DatabaseAc(db, Store::Global, true, false))
+        if (!openStore(db, Store::Global, false))
             return QString();
         Query q(db,
                        QStringLiteral("SELECT Deger FROM IniAyar WHERE Dosya = ? AND Bolum = ? "

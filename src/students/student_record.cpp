@@ -1,5 +1,6 @@
 #include "students/student_record.h"
 
+#include "fees/ledger.h"
 #include "users/session.h"
 #include "base/turkish_text.h"
 #include "store/change_log.h"
@@ -220,21 +221,15 @@ base::Status writeParts(store::Database &db, qint64 key, const OgrenciKaydi &k,
     return {};
 }
 
-// Deletes the fee accounts of a student with their installments and payments.
+// Deletes the fee accounts of a student with their installments and payments, and with
+// `invoices` his invoices too.
 base::Status deleteAccounts(store::Database &db, qint64 key, bool invoices, const QString &where)
 {
-    QStringList statements = {
-        QStringLiteral("DELETE FROM OgrenciAidatDetay WHERE KayitID IN "
-                       "(SELECT KayitID FROM OgrenciAidatTanim WHERE OgrKayitID = ?)"),
-        QStringLiteral("DELETE FROM OgrenciAidatOdeme WHERE KayitID IN "
-                       "(SELECT KayitID FROM OgrenciAidatTanim WHERE OgrKayitID = ?)"),
-    };
-    if (invoices) {
-        statements << QStringLiteral("DELETE FROM Fatura WHERE OgrKayitID = ?");
+    if (base::Status s = fees::OgrenciHesaplariniSil(db, key, where); !s) {
+        return s;
     }
-    statements << QStringLiteral("DELETE FROM OgrenciAidatTanim WHERE OgrKayitID = ?");
-    for (const QString &sql : statements) {
-        store::Query q(db, sql);
+    if (invoices) {
+        store::Query q(db, QStringLiteral("DELETE FROM Fatura WHERE OgrKayitID = ?"));
         q.bind(key);
         if (!q.exec()) {
             return q.error(where);
@@ -764,54 +759,15 @@ base::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtar
 
 // ---- the totals of the fee accounts ---------------------------------------------------------
 
-namespace {
-
-struct AccountSums
-{
-    QString aidatTanim;
-    base::Para odenecek;
-    base::Para odenen;
-};
-
-base::Result<QList<AccountSums>> accountSums(store::Database &db, qint64 kayitId,
-                                              const QDate &before, const QString &where)
-{
-    const QString limit = before.isValid() ? QStringLiteral(" AND OdemeTarihi < ?") : QString();
-    store::Query q(db, QStringLiteral("SELECT T.KayitID, T.AidatTanim, "
-                                      "(SELECT CAST(SUM(D.Odenecek) AS BIGINT) FROM "
-                                      "OgrenciAidatDetay D WHERE D.KayitID = T.KayitID%1) "
-                                      "AS Odenecek, "
-                                      "(SELECT CAST(SUM(P.Odenen) AS BIGINT) FROM "
-                                      "OgrenciAidatOdeme P WHERE P.KayitID = T.KayitID%1) "
-                                      "AS Odenen "
-                                      "FROM OgrenciAidatTanim T WHERE T.OgrKayitID = ? "
-                                      "ORDER BY T.AidatTanim, T.KayitID")
-                           .arg(limit));
-    if (before.isValid()) {
-        q.bind(before).bind(before);
-    }
-    q.bind(kayitId);
-    if (!q.exec()) {
-        return q.error(where);
-    }
-    QList<AccountSums> rows;
-    while (q.next()) {
-        rows.append(AccountSums{q.text(1), q.para(2), q.para(3)});
-    }
-    return rows;
-}
-
-} // namespace
-
 base::Result<GenelDurumSonucu> GenelDurum(store::Database &db, qint64 kayitId)
 {
-    base::Result<QList<AccountSums>> rows
-        = accountSums(db, kayitId, QDate(), label("OgrenciGoster"));
+    const base::Result<QList<fees::HesapToplami>> rows
+        = fees::HesapToplamlari(db, kayitId, QDate(), label("OgrenciGoster"));
     if (!rows) {
         return rows.error();
     }
     GenelDurumSonucu r;
-    for (const AccountSums &a : *rows) {
+    for (const fees::HesapToplami &a : *rows) {
         r.toplamBorc += a.odenecek;
         r.toplamOdenen += a.odenen;
     }
@@ -837,13 +793,13 @@ QDate BuAySonu(const QString &cariAy)
 base::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
                                                 const QString &cariAy)
 {
-    base::Result<QList<AccountSums>> rows = accountSums(
+    const base::Result<QList<fees::HesapToplami>> rows = fees::HesapToplamlari(
         db, kayitId, BuAySonu(cariAy), QStringLiteral("FrmOgrenci:BuAyYapilacakOdemeler"));
     if (!rows) {
         return rows.error();
     }
     BuAySonucu r;
-    for (const AccountSums &a : *rows) {
+    for (const fees::HesapToplami &a : *rows) {
         BuAySatiri s{a.aidatTanim, std::nullopt};
         if (a.odenecek > a.odenen) {
             s.tutar = a.odenecek - a.odenen;

@@ -208,6 +208,8 @@ void HataBildir(const base::Error &hata)
         notify(*hata.red);
         return;
     }
+    if (hata.bildiri)
+        notify(*hata.bildiri);
     const QPair<QString, QString> where = moduleAndObject(hata.label);
     HataGoster(hata.number, hata.line, hata.text, where.first, where.second);
 }

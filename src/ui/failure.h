@@ -39,7 +39,8 @@ void HataKaydet(int hataNo, int hataSatiri, const QString &hataAciklama, const Q
                 const QString &obje);
 
 // The usual failure branch of a procedure: the label "Form:Procedure" gives module and object.
-// A refusal is shown as its notice and recorded nowhere.
+// A refusal is shown as its notice and recorded nowhere; a failure's own notice, when it has
+// one, is shown before the report.
 void HataBildir(const base::Error &hata);
 
 // Shows what a rule gave back when it did not go through (a refusal as its notice, a failure

@@ -60,8 +60,9 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
 {
     durum().AktifKullanici = ad;
     durum().AktifKullaniciKodu.clear();
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, s_label);
+    if (!op)
+        return op.error();
     base::Result<std::optional<StoredUser>> user = findUser(db, ad);
     if (!user)
         return user.error();
@@ -82,7 +83,7 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
         store::Query rewrite(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
         rewrite.bind(*ozet).bind(u.username);
         if (!rewrite.exec())
-            return rewrite.error(s_label);
+            return op.failed(rewrite);
     }
     durum().AktifKullaniciKodu = u.username;
     return GirisSonucu::Kabul;
@@ -90,11 +91,12 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
 
 base::Result<bool> KullaniciVarMi(store::Database &db)
 {
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, s_label);
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("SELECT count(*) FROM Sifre"));
     if (!q.exec() || !q.next())
-        return q.error(s_label);
+        return op.failed(q);
     return q.integer(0) > 0;
 }
 
@@ -104,8 +106,9 @@ base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStri
     const base::Result<QString> kod = Sifrele(ad);
     if (!kod || kod->isEmpty())
         return base::Error{6, QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"), label};
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, label);
+    if (!op)
+        return op.error();
     // A user the old program scrambled on either provider keeps his row.
     base::Result<std::optional<StoredUser>> existing = findUser(db, ad);
     if (!existing)
@@ -120,12 +123,12 @@ base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStri
         store::Query update(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
         update.bind(*ozet).bind((*existing)->username);
         if (!update.exec())
-            return update.error(label);
+            return op.failed(update);
     } else {
         store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
         insert.bind(*kod).bind(*ozet);
         if (!insert.exec())
-            return insert.error(label);
+            return op.failed(insert);
     }
     if (!tx.commit())
         return tx.error();

@@ -52,11 +52,11 @@ base::Status OgrenciKilitKontrol(store::Database &db, qint64 kayitId)
 base::Status OgrenciKilitBirak(store::Database &db, bool tumu)
 {
     s_ok = true;
-    const QString label = QStringLiteral("Modul:OgrenciKilitBirak");
     // The marks are the program's own bookkeeping, whatever the user may change.
     const store::WriteGuardExemption own;
-    if (base::Status open = store::ensureOpen(db, store::Store::Year, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Year, QStringLiteral("Modul:OgrenciKilitBirak"));
+    if (!op)
+        return op.error();
     store::Query q(db, tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
                                              "Ogr_Islem_Yapan_Kullanici <> ''")
                             : QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
@@ -64,7 +64,7 @@ base::Status OgrenciKilitBirak(store::Database &db, bool tumu)
     if (!tumu)
         q.bind(durum().AktifKullanici.left(20));
     if (!q.exec())
-        return q.error(label);
+        return op.failed(q);
     return {};
 }
 

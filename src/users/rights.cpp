@@ -8,14 +8,14 @@ namespace users {
 
 base::Result<Hak> HakOku(store::Database &db, const QString &tool)
 {
-    const QString label = QStringLiteral("Modul:HakKontrol");
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, QStringLiteral("Modul:HakKontrol"));
+    if (!op)
+        return op.error();
     store::Query count(db,
                        QStringLiteral("SELECT COUNT(Kullanici_Program) AS SAYI FROM Haklar WHERE "
                                       "TRIM(Kullanici_Program) <> ''"));
     if (!count.exec() || !count.next())
-        return count.error(label);
+        return op.failed(count);
     if (count.integer(0) == 0)
         return Hak{true, true};
     const CalismaDurumu &d = durum();
@@ -26,7 +26,7 @@ base::Result<Hak> HakOku(store::Database &db, const QString &tool)
                                     "Kullanici_Adi = ? AND Kullanici_Program = ?"));
     row.bind(kod).bind(tool);
     if (!row.exec())
-        return row.error(label);
+        return op.failed(row);
     if (!row.next())
         return Hak{};
     return Hak{row.integer(0) != 0, row.integer(1) != 0};

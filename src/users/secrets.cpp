@@ -82,7 +82,7 @@ QByteArray officeKey(store::Database &db, bool mayMake)
     if (sodium_init() < 0)
         return QByteArray();
     QByteArray key = readKeyFile(path);
-    if (key.isEmpty() && store::DatabaseAc(db, store::Store::Global, true, false)) {
+    if (key.isEmpty() && store::openStore(db, store::Store::Global, false).ok()) {
         const QByteArray kept = QByteArray::fromHex(
             store::INIAyar(db, QStringLiteral("GET"), s_iniFile, s_iniSection, s_iniKey).toLatin1());
         if (kept.size() == int(crypto_secretbox_KEYBYTES)) {

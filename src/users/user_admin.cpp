@@ -33,11 +33,12 @@ QString readName(const QString &kod)
 
 base::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
 {
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, s_label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, s_label);
+    if (!op)
+        return op.error();
     store::Query q(db, QStringLiteral("SELECT Username, Password FROM Sifre"));
     if (!q.exec())
-        return q.error(s_label);
+        return op.failed(q);
     QList<KullaniciSatiri> rows;
     while (q.next()) {
         KullaniciSatiri r;
@@ -177,8 +178,9 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
                                   const QHash<QString, QList<HakSatiri>> &haklar)
 {
     const QString label = QStringLiteral("Kullanici_Sifre:Kaydet");
-    if (base::Status open = store::ensureOpen(db, store::Store::Global, label); !open)
-        return open.error();
+    const store::Operation op(db, store::Store::Global, label);
+    if (!op)
+        return op.error();
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
@@ -195,7 +197,7 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
         store::Query exists(db, QStringLiteral("SELECT count(*) FROM Sifre WHERE Username = ?"));
         exists.bind(old);
         if (!exists.exec() || !exists.next())
-            return exists.error(label);
+            return op.failed(exists);
         const bool present = exists.integer(0) > 0;
         exists.finish();
         // A password is stored only as its hash; when hashing fails nothing is saved.
@@ -215,18 +217,18 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
                 update.bind(ozet);
             update.bind(old);
             if (!update.exec())
-                return update.error(label);
+                return op.failed(update);
             if (old != kod) {
                 store::Query rights(db, QStringLiteral("UPDATE Haklar SET Kullanici_Adi = ? WHERE Kullanici_Adi = ?"));
                 rights.bind(kod).bind(old);
                 if (!rights.exec())
-                    return rights.error(label);
+                    return op.failed(rights);
             }
         } else {
             store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
             insert.bind(kod).bind(ozet);
             if (!insert.exec())
-                return insert.error(label);
+                return op.failed(insert);
         }
         const auto it = haklar.constFind(r.kod.isEmpty() ? r.ad : r.kod);
         if (it == haklar.constEnd())
@@ -239,14 +241,14 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
         store::Query clear(db, QStringLiteral("DELETE FROM Haklar WHERE Kullanici_Adi = ?"));
         clear.bind(kod);
         if (!clear.exec())
-            return clear.error(label);
+            return op.failed(clear);
         for (const HakSatiri &h : *it) {
             store::Query add(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
                                                 "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
                                                 "VALUES (?, ?, ?, ?, ?)"));
             add.bind(kod).bind(h.okuma).bind(h.yazma).bind(h.caption.left(60)).bind(h.tool.left(60));
             if (!add.exec())
-                return add.error(label);
+                return op.failed(add);
         }
     }
     const base::Result<qint64> sonrakiHaklar = tanimliHakSayisi(db, label);

@@ -26,6 +26,8 @@ class tst_Database : public QObject
 private slots:
     void openingNeedsAChosenYear_data() { testing::addEngineRows(); }
     void openingNeedsAChosenYear();
+    void openingFailuresComeBackAsValues_data();
+    void openingFailuresComeBackAsValues();
     void changingYearClosesTheOldOne_data() { testing::addEngineRows(); }
     void changingYearClosesTheOldOne();
     void valuesComeBackAsTheyWent_data() { testing::addEngineRows(); }
@@ -66,6 +68,84 @@ void tst_Database::openingNeedsAChosenYear()
     QVERIFY(s.db().exists(Store::Log, 7));
     QVERIFY(DatabaseAcikMi(s.db(), Store::Year));
     QCOMPARE(messages.texts().size(), 1);
+}
+
+void tst_Database::openingFailuresComeBackAsValues_data()
+{
+    QTest::addColumn<int>("engine");
+    QTest::addColumn<QString>("bozuk"); // what stands in the way: "", "veri", "yil", "log"
+    QTest::addColumn<int>("tur");
+    QTest::addColumn<QString>("metin");
+    QTest::addColumn<QString>("bildiri"); // "{yer}": the file of the store asked for
+    const QString yil = QStringLiteral("Çalışma dosyası açılamadı.");
+    const QString yok = QStringLiteral("Programın Veri Dosyası Bulunamadı. ({yer})");
+    for (Engine e : testing::engines()) {
+        const char *en = testing::engineName(e);
+        QTest::addRow("%s-yil-secilmemis", en)
+            << int(e) << "" << int(Store::Year) << yil << "Programın Veri Dosyası Bulunamadı. ()";
+        QTest::addRow("%s-log-yil-secilmemis", en)
+            << int(e) << "" << int(Store::Log) << yil << "Programın Veri Dosyası Bulunamadı. ()";
+    }
+    // Files that cannot be opened: folders where the files should be.
+    const int sqlite = int(Engine::SQLite);
+    QTest::addRow("sqlite-veri-klasoru-dosya")
+        << sqlite << "veri" << int(Store::Global) << "Veri dosyası açılamadı." << yok;
+    QTest::addRow("sqlite-yil-dosyasi-klasor") << sqlite << "yil" << int(Store::Year) << yil << yok;
+    QTest::addRow("sqlite-log-dosyasi-klasor")
+        << sqlite << "log" << int(Store::Log) << yil
+        << "Programın Log Veri Dosyası Bulunamadı. ({yer})";
+}
+
+void tst_Database::openingFailuresComeBackAsValues()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    QFETCH(QString, bozuk);
+    QFETCH(int, tur);
+    QFETCH(QString, metin);
+    QFETCH(QString, bildiri);
+    Database &db = s.db();
+    const Store store = static_cast<Store>(tur);
+    if (bozuk == QLatin1String("veri")) {
+        QFile file(s.settings().dataFolder);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    } else {
+        QVERIFY(openStore(db, Store::Global, false));
+    }
+    if (bozuk == QLatin1String("yil") || bozuk == QLatin1String("log")) {
+        db.selectYear(7);
+        const Store blocked = bozuk == QLatin1String("yil") ? Store::Year : Store::Log;
+        QVERIFY(QDir().mkpath(db.location(blocked, 7)));
+    }
+    bildiri.replace(QStringLiteral("{yer}"), db.location(store, db.selectedYear()));
+    testing::StoreMessages messages;
+
+    const base::Result<Acilis> opened = openStore(db, store, false);
+    QVERIFY(!opened);
+    QCOMPARE(opened.error().number, 3044);
+    QCOMPARE(opened.error().text, metin);
+    QVERIFY(!opened.error().isRefusal());
+    QVERIFY(opened.error().bildiri);
+    QCOMPARE(opened.error().bildiri->baslik, QStringLiteral("Dikkat!"));
+    QCOMPARE(opened.error().bildiri->metin, bildiri);
+
+    // An operation fails under its own label, with the notice unless it runs quietly.
+    const Operation op(db, store, QStringLiteral("FrmDeneme:Kaydet"));
+    QVERIFY(!op);
+    QCOMPARE(op.error().label, QStringLiteral("FrmDeneme:Kaydet"));
+    QCOMPARE(op.error().text, metin);
+    QVERIFY(op.error().bildiri);
+    QCOMPARE(op.error().bildiri->metin, bildiri);
+    const Operation quiet(db, store, QStringLiteral("FrmDeneme:Oku"), Operation::Notice::Quiet);
+    QCOMPARE(quiet.error().number, 3044);
+    QVERIFY(!quiet.error().bildiri);
+    QVERIFY(messages.texts().isEmpty());
+
+    // Only DatabaseAc shows it, and only when not told to be quiet.
+    QVERIFY(!DatabaseAc(db, store, true, false));
+    QVERIFY(messages.texts().isEmpty());
+    QVERIFY(!DatabaseAc(db, store, false, false));
+    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Dikkat!")});
+    QCOMPARE(messages.texts(), QStringList{bildiri});
 }
 
 void tst_Database::changingYearClosesTheOldOne()

@@ -21,6 +21,8 @@ private slots:
     void generalReporterEndsTheProgramWhenAsked();
     void storeFailureReachesReporterAndLeavesARow_data() { testing::addEngineRows(); }
     void storeFailureReachesReporterAndLeavesARow();
+    void aStoreThatDidNotOpenIsToldThenReported_data() { testing::addEngineRows(); }
+    void aStoreThatDidNotOpenIsToldThenReported();
 };
 
 void tst_Failure::friendlyTexts_data()
@@ -117,6 +119,31 @@ void tst_Failure::storeFailureReachesReporterAndLeavesARow()
     QCOMPARE(row.user, QStringLiteral("muhasebe"));
     QVERIFY(!row.machine.isEmpty());
     QVERIFY(row.time.isValid());
+    store::setDefaultDatabase(nullptr);
+}
+
+void tst_Failure::aStoreThatDidNotOpenIsToldThenReported()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    QVERIFY(store::DatabaseAc(s.db(), store::Store::Global, true, false));
+    store::setDefaultDatabase(&s.db());
+    testing::MessageRecorder messages;
+    // No working year chosen: the operation's store does not open.
+    const store::Operation op(s.db(), store::Store::Year,
+                              QStringLiteral("FRMOGRENCI:OgrenciGoster"));
+    QVERIFY(!op);
+    HataBildir(op.error());
+    QCOMPARE(messages.titles(), (QStringList{QStringLiteral("Dikkat!"), QStringLiteral("Zerna")}));
+    QCOMPARE(messages.texts().value(0), QStringLiteral("Programın Veri Dosyası Bulunamadı. ()"));
+    QVERIFY(messages.texts().value(1).contains(QStringLiteral("Çalışma Dizininiz Hatalıdır.")));
+    QVERIFY(messages.texts().value(1).contains(QStringLiteral("Çalışma dosyası açılamadı.")));
+
+    base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
+    QVERIFY2(rows, qPrintable(rows.error().text));
+    QCOMPARE(rows->size(), 1);
+    QCOMPARE(rows->first().code, 3044);
+    QCOMPARE(rows->first().module, QStringLiteral("FRMOGRENCI"));
+    QCOMPARE(rows->first().object, QStringLiteral("OgrenciGoster"));
     store::setDefaultDatabase(nullptr);
 }
 
