@@ -318,7 +318,10 @@ Table ogrenci()
                     QStringLiteral("Ogr_Adi")}),
              laterIndex(QStringLiteral("Ogrenci_Ogr_Adi"), {QStringLiteral("Ogr_Adi")}),
              laterIndex(QStringLiteral("Ogrenci_Ogr_Soyadi"), {QStringLiteral("Ogr_Soyadi")}),
-             laterIndex(QStringLiteral("Ogrenci_Ogr_Sinif"), {QStringLiteral("Ogr_Sinif")})}};
+             laterIndex(QStringLiteral("Ogrenci_Ogr_Sinif"), {QStringLiteral("Ogr_Sinif")}),
+             // The record lock looks a user's marks up by it.
+             laterIndex(QStringLiteral("Ogrenci_Islem_Yapan"),
+                        {QStringLiteral("Ogr_Islem_Yapan_Kullanici")})}};
 }
 
 Table ogrenciNufus()
