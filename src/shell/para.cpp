@@ -60,7 +60,17 @@ Wide roundedQuotient(Wide num, Wide den, RoundingMode mode)
     return quotient;
 }
 
-// A wide value brought back into 64 bits, saturated at the range's ends.
+// A wide value back in 64 bits; nullopt when it does not fit.
+std::optional<qint64> fit(Wide value)
+{
+    if (value > MaxRaw || value < MinRaw) {
+        return std::nullopt;
+    }
+    return static_cast<qint64>(value);
+}
+
+// The same for the exact operators, whose results carry the overflow mark instead: the digits
+// of a marked value mean nothing, and are left at the range's end.
 struct Narrowed
 {
     qint64 raw = 0;
@@ -69,13 +79,10 @@ struct Narrowed
 
 Narrowed narrow(Wide value)
 {
-    if (value > MaxRaw) {
-        return {MaxRaw, true};
+    if (const std::optional<qint64> raw = fit(value)) {
+        return {*raw, false};
     }
-    if (value < MinRaw) {
-        return {MinRaw, true};
-    }
-    return {static_cast<qint64>(value), false};
+    return {value < 0 ? MinRaw : MaxRaw, true};
 }
 
 struct ParsedDecimal
@@ -145,11 +152,16 @@ ParsedDecimal parseDecimal(QStringView text)
 
 } // namespace
 
-Para Para::fromUnits(qint64 units)
+Error TutarTasmasi(const QString &label)
+{
+    return Error{TasmaHatasi, QStringLiteral("Tutar çok büyük: hesap sınırı aşıldı."), label};
+}
+
+std::optional<Para> Para::fromWholeUnits(qint64 units)
 {
     qint64 raw = 0;
     if (__builtin_mul_overflow(units, Scale, &raw)) {
-        return Para(units < 0 ? MinRaw : MaxRaw, true);
+        return std::nullopt;
     }
     return Para(raw);
 }
@@ -183,6 +195,14 @@ Para Para::fromDouble(double value)
     const QString text = QString::fromLatin1(buffer, end - buffer);
     const ParsedDecimal parsed = parseDecimal(text);
     return Para(parsed.value.raw, parsed.value.overflow);
+}
+
+std::optional<Para> Para::checked() const
+{
+    if (m_overflow) {
+        return std::nullopt;
+    }
+    return *this;
 }
 
 double Para::toDouble() const
@@ -271,39 +291,46 @@ Para Para::rounded(int places, RoundingMode mode) const
     return Para(result.raw, result.overflow || m_overflow);
 }
 
-Para Para::divided(qint64 divisor, int places, RoundingMode mode) const
+std::optional<Para> Para::divided(qint64 divisor, int places, RoundingMode mode) const
 {
-    if (divisor == 0) {
-        return Para(0, m_overflow);
+    if (divisor == 0 || m_overflow) {
+        return std::nullopt;
     }
     const qint64 step = stepOf(places);
-    const Wide quotient = roundedQuotient(m_raw, Wide(divisor) * step, mode);
-    const Narrowed result = narrow(quotient * step);
-    return Para(result.raw, result.overflow || m_overflow);
+    const std::optional<qint64> raw
+        = fit(roundedQuotient(m_raw, Wide(divisor) * step, mode) * step);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
-Para Para::mulDiv(Para numerator, Para denominator, int places, RoundingMode mode) const
+std::optional<Para> Para::percent(Para rate, int places, RoundingMode mode) const
 {
-    const bool inherited = m_overflow || numerator.m_overflow || denominator.m_overflow;
-    if (denominator.m_raw == 0) {
-        return Para(0, inherited);
+    // a * r / 100 in ten-thousandths, the rate carrying four decimals of its own.
+    return mulDiv(*this, rate, fromUnits(100), places, mode);
+}
+
+std::optional<Para> Para::mulDiv(Para a, Para b, Para c, int places, RoundingMode mode)
+{
+    return mulDiv(a, b, Para(), Para(), c, places, mode);
+}
+
+std::optional<Para> Para::mulDiv(Para a, Para b, Para d, Para e, Para c, int places,
+                                 RoundingMode mode)
+{
+    if (c.m_raw == 0 || a.m_overflow || b.m_overflow || c.m_overflow || d.m_overflow
+        || e.m_overflow) {
+        return std::nullopt;
     }
-    // a * n / d in ten-thousandths: the scales of n and d cancel.
+    // In ten-thousandths the scales cancel: (a b - d e) / c. Each product is below 2^126 in
+    // magnitude, so their difference fits the 128 bits; the divisor, times a step of at most
+    // 10^4, does too.
+    Wide numerator = 0;
+    if (__builtin_sub_overflow(Wide(a.m_raw) * b.m_raw, Wide(d.m_raw) * e.m_raw, &numerator)) {
+        return std::nullopt;
+    }
     const qint64 step = stepOf(places);
-    const Wide quotient
-        = roundedQuotient(Wide(m_raw) * numerator.m_raw, Wide(denominator.m_raw) * step, mode);
-    const Narrowed result = narrow(quotient * step);
-    return Para(result.raw, result.overflow || inherited);
-}
-
-Para Para::percent(Para rate, int places, RoundingMode mode) const
-{
-    // a * r / (Scale * 100) in ten-thousandths, the rate carrying four decimals of its own.
-    const qint64 step = stepOf(places);
-    const Wide denominator = Wide(Scale) * 100 * step;
-    const Wide quotient = roundedQuotient(Wide(m_raw) * rate.m_raw, denominator, mode);
-    const Narrowed result = narrow(quotient * step);
-    return Para(result.raw, result.overflow || m_overflow || rate.m_overflow);
+    const std::optional<qint64> raw
+        = fit(roundedQuotient(numerator, Wide(c.m_raw) * step, mode) * step);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
 Para Para::floorToMultiple(Para step) const
@@ -316,12 +343,12 @@ Para Para::floorToMultiple(Para step) const
     return Para(result.raw, result.overflow || m_overflow || step.m_overflow);
 }
 
-qint64 Para::floorDiv(Para step) const
+std::optional<qint64> Para::floorDiv(Para step) const
 {
-    if (step.m_raw == 0) {
-        return 0;
+    if (step.m_raw == 0 || m_overflow || step.m_overflow) {
+        return std::nullopt;
     }
-    return narrow(roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor)).raw;
+    return fit(roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor));
 }
 
 } // namespace shell

@@ -617,6 +617,23 @@ Query &Query::bind(const QVariant &value)
     return *this;
 }
 
+Query &Query::bind(shell::Para value)
+{
+    if (value.overflowed())
+        return refuse(shell::TutarTasmasi());
+    m_query.addBindValue(value.raw());
+    return *this;
+}
+
+Query &Query::refuse(const shell::Error &error)
+{
+    if (!m_bindError)
+        m_bindError = error;
+    m_prepared = false;
+    m_query.addBindValue(QVariant());
+    return *this;
+}
+
 Query &Query::bind(const QDate &value)
 {
     m_query.addBindValue(
@@ -691,6 +708,8 @@ QDateTime Query::dateTime(int column) const
 
 shell::Error Query::error(const QString &label) const
 {
+    if (m_bindError)
+        return m_bindError->withLabel(label);
     if (m_refused) {
         return shell::Error{YazmaYetkisiYokHatasi,
                             QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi "

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace store {
 
@@ -143,7 +144,9 @@ public:
     Query &bind(qint64 value) { return bind(QVariant(value)); }
     Query &bind(double value) { return bind(QVariant(value)); }
     Query &bind(bool value) { return bind(QVariant(value ? 1 : 0)); }
-    Query &bind(shell::Para value) { return bind(QVariant(value.raw())); }
+    // A Money column: BIGINT ten-thousandths. An amount that overflowed on its way here is
+    // refused: the statement does not run, and error() gives TutarTasmasi.
+    Query &bind(shell::Para value);
     Query &bind(const QDate &value);
     Query &bind(const QDateTime &value);
     Query &bindNull() { return bind(QVariant()); }
@@ -174,11 +177,16 @@ public:
     QSqlQuery &raw() { return m_query; }
 
 private:
+    // A value that the store cannot keep as given: the statement is not run, and error() says
+    // why.
+    Query &refuse(const shell::Error &error);
+
     Database &m_db;
     QSqlQuery m_query;
     QString m_sql;
     bool m_prepared = false;
     bool m_refused = false;
+    std::optional<shell::Error> m_bindError;
 };
 
 // RAII and nesting: an inner transaction joins the outer one; the outermost commits. A
