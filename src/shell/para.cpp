@@ -88,25 +88,25 @@ Narrowed narrow(Wide value)
 struct ParsedDecimal
 {
     bool valid = false;
-    Narrowed value;
+    bool negative = false;
+    bool tooBig = false;     // the integer part alone leaves 64 bits
+    Wide magnitude = 0;      // in ten-thousandths, digits past the fourth decimal dropped
+    int firstDropped = 0;    // the fifth decimal
+    bool anyDropped = false; // a digit other than 0 past the fourth decimal
 };
 
 // "-1250.50", "+0.00005", ".5": an optional sign, digits and at most one point, nothing else.
-// Digits past the fourth decimal round half away from zero: the fifth decides, since the
-// exact rest is at least one half precisely when it is 5 or more.
 ParsedDecimal parseDecimal(QStringView text)
 {
+    ParsedDecimal parsed;
     qsizetype i = 0;
-    bool negative = false;
     if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) {
-        negative = text[i] == u'-';
+        parsed.negative = text[i] == u'-';
         ++i;
     }
     Wide integer = 0;
-    bool tooBig = false;
     qint64 fraction = 0;
     int decimals = -1; // -1 until the point is met
-    bool roundUp = false;
     bool anyDigit = false;
     for (; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
@@ -124,7 +124,7 @@ ParsedDecimal parseDecimal(QStringView text)
         const int digit = c - u'0';
         if (decimals < 0) {
             if (integer > IntegerCap) {
-                tooBig = true;
+                parsed.tooBig = true;
             } else {
                 integer = integer * 10 + digit;
             }
@@ -133,21 +133,65 @@ ParsedDecimal parseDecimal(QStringView text)
             ++decimals;
         } else {
             if (decimals == 4) {
-                roundUp = digit >= 5;
+                parsed.firstDropped = digit;
             }
+            parsed.anyDropped = parsed.anyDropped || digit != 0;
             ++decimals;
         }
     }
     if (!anyDigit) {
         return {};
     }
-    const int kept = std::clamp(decimals, 0, 4);
-    const Wide magnitude
-        = integer * Para::Scale + Wide(fraction) * stepOf(kept) + (roundUp ? 1 : 0);
-    if (tooBig) {
-        return {true, {negative ? MinRaw : MaxRaw, true}};
+    parsed.valid = true;
+    parsed.magnitude = integer * Para::Scale + Wide(fraction) * stepOf(std::clamp(decimals, 0, 4));
+    return parsed;
+}
+
+// The parsed value rounded once to four places with `mode`; nullopt beyond the range.
+std::optional<qint64> roundParsed(const ParsedDecimal &parsed, RoundingMode mode)
+{
+    bool away = false; // one more ten-thousandth in magnitude
+    switch (mode) {
+    case RoundingMode::HalfAwayFromZero:
+        // The exact rest is at least one half precisely when the fifth decimal is 5 or more.
+        away = parsed.firstDropped >= 5;
+        break;
+    case RoundingMode::TowardZero:
+        break;
+    case RoundingMode::Floor:
+        away = parsed.negative && parsed.anyDropped;
+        break;
+    case RoundingMode::Ceiling:
+        away = !parsed.negative && parsed.anyDropped;
+        break;
     }
-    return {true, narrow(negative ? -magnitude : magnitude)};
+    if (parsed.tooBig) {
+        return std::nullopt;
+    }
+    const Wide magnitude = parsed.magnitude + (away ? 1 : 0);
+    return fit(parsed.negative ? -magnitude : magnitude);
+}
+
+// The shortest C-locale decimal text that reads back as the same double: 2.675 stays 2.675 and
+// is not taken as 2.67499999999999982236431605997495353221893310546875. nullopt for a double
+// that is no number or lies far beyond the range (no need to write out three hundred digits to
+// learn that).
+std::optional<ParsedDecimal> parseDouble(double value)
+{
+    if (!std::isfinite(value) || std::fabs(value) >= 1e16) {
+        return std::nullopt;
+    }
+    char buffer[512];
+    const auto [end, error]
+        = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    if (error != std::errc()) {
+        return std::nullopt;
+    }
+    const ParsedDecimal parsed = parseDecimal(QString::fromLatin1(buffer, end - buffer));
+    if (!parsed.valid) {
+        return std::nullopt;
+    }
+    return parsed;
 }
 
 } // namespace
@@ -169,32 +213,31 @@ std::optional<Para> Para::fromWholeUnits(qint64 units)
 std::optional<Para> Para::fromDecimalString(const QString &text)
 {
     const ParsedDecimal parsed = parseDecimal(text);
-    if (!parsed.valid || parsed.value.overflow) {
+    if (!parsed.valid) {
         return std::nullopt;
     }
-    return Para(parsed.value.raw);
+    const std::optional<qint64> raw = roundParsed(parsed, RoundingMode::HalfAwayFromZero);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
-Para Para::fromDouble(double value)
+std::optional<Para> Para::fromDouble(double value)
 {
-    if (std::isnan(value)) {
-        return Para(0, true);
+    const std::optional<ParsedDecimal> parsed = parseDouble(value);
+    if (!parsed || parsed->anyDropped) {
+        return std::nullopt;
     }
-    // Far beyond the range: no need to write out three hundred digits to learn that.
-    if (std::fabs(value) >= 1e16) {
-        return Para(value < 0 ? MinRaw : MaxRaw, true);
+    const std::optional<qint64> raw = roundParsed(*parsed, RoundingMode::TowardZero);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
+}
+
+std::optional<Para> Para::roundedFromDouble(double value, RoundingMode mode)
+{
+    const std::optional<ParsedDecimal> parsed = parseDouble(value);
+    if (!parsed) {
+        return std::nullopt;
     }
-    // The shortest decimal text that reads back as the same double: 2.675 stays 2.675 and is
-    // not taken as 2.67499999999999982236431605997495353221893310546875.
-    char buffer[512];
-    const auto [end, error]
-        = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
-    if (error != std::errc()) {
-        return Para(0, true);
-    }
-    const QString text = QString::fromLatin1(buffer, end - buffer);
-    const ParsedDecimal parsed = parseDecimal(text);
-    return Para(parsed.value.raw, parsed.value.overflow);
+    const std::optional<qint64> raw = roundParsed(*parsed, mode);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
 std::optional<Para> Para::checked() const
@@ -205,16 +248,18 @@ std::optional<Para> Para::checked() const
     return *this;
 }
 
-double Para::toDouble() const
+std::optional<double> Para::toDouble() const
 {
-    // Both operands are exact doubles below 2^53, and one division rounds correctly.
+    // Both operands are exact doubles below 2^53, and one division rounds correctly: the
+    // nearest double to the amount. Whether it is the amount's alone, reading it back says.
     constexpr qint64 exactLimit = qint64(1) << 53;
-    if (m_raw > -exactLimit && m_raw < exactLimit) {
-        return static_cast<double>(m_raw) / Scale;
+    if (m_overflow || m_raw <= -exactLimit || m_raw >= exactLimit) {
+        return std::nullopt;
     }
-    const QByteArray text = toDecimalString().toLatin1();
-    double value = 0;
-    std::from_chars(text.constData(), text.constData() + text.size(), value);
+    const double value = static_cast<double>(m_raw) / Scale;
+    if (fromDouble(value) != std::optional<Para>(*this)) {
+        return std::nullopt;
+    }
     return value;
 }
 

@@ -53,9 +53,14 @@ public:
     // from zero. Nothing but an optional sign, digits and one point is accepted; nullopt also
     // for a value beyond the range.
     static std::optional<Para> fromDecimalString(const QString &text);
-    // For values that arrive as floating point (an old Double field, a Single rate): the
-    // decimal value nearest to the double, rounded half away from zero to four places.
-    static Para fromDouble(double value);
+    // The decimal that a double stands for, exactly: the shortest text that reads back as the
+    // same double, so 0.1 is 0,1 (not 0,1000000000000000055...), 18 is 18 and 7.5 is 7,5.
+    // nullopt when that decimal has more than four places, is beyond the range, or the double
+    // is not a number: nothing is rounded or cut to fit.
+    static std::optional<Para> fromDouble(double value);
+    // The same decimal rounded once to four places with `mode`, for a figure that may lose what
+    // lies beyond (an amount written in words). nullopt beyond the range or for no number.
+    static std::optional<Para> roundedFromDouble(double value, RoundingMode mode);
 
     constexpr qint64 raw() const { return m_raw; }
     constexpr bool isZero() const { return m_raw == 0; }
@@ -63,7 +68,10 @@ public:
     constexpr bool overflowed() const { return m_overflow; }
     // The amount, or nullopt when it overflowed on its way here.
     std::optional<Para> checked() const;
-    double toDouble() const;
+    // The double that fromDouble reads back as this very amount. Up to 2^39 units (some 549
+    // billion) every amount has one; beyond, neighbouring amounts share a double, and an
+    // overflowed amount has none: nullopt.
+    std::optional<double> toDouble() const;
     // "1250.5", "-0.005", "12": the shortest exact C-locale decimal text
     QString toDecimalString() const;
 

@@ -470,7 +470,7 @@ QString YaziyaCevir(const QVariant &tutar, bool cerceveli, bool kurusDahil)
     switch (tutar.typeId()) {
     case QMetaType::Double:
     case QMetaType::Float:
-        amount = Para::fromDouble(tutar.toDouble()).checked();
+        amount = Para::roundedFromDouble(tutar.toDouble(), RoundingMode::HalfAwayFromZero);
         break;
     case QMetaType::Int:
     case QMetaType::UInt:

@@ -5,13 +5,19 @@
 #include "store/migration.h"
 #include "store/sqlite_functions.h"
 
+#include "shell/turkish_text.h"
+
 #include <QAtomicInt>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QLoggingCategory>
 #include <QSqlDriver>
 #include <QSqlError>
+#include <QSqlRecord>
+
+#include <cmath>
 
 namespace store {
 
@@ -51,6 +57,55 @@ QString uniqueConnectionName()
 QString yearNumber(int calismaId)
 {
     return QStringLiteral("%1").arg(calismaId, 3, 10, QLatin1Char('0'));
+}
+
+// A value of a Single or Double column that is no decimal of four places: VB's "Type
+// mismatch", with the value in the text as the screens write numbers ("0,12345").
+shell::Error notADecimal(const QString &field, const QVariant &value)
+{
+    const QString shown = shell::NullStr(value);
+    const QString text
+        = field.isEmpty()
+              ? QStringLiteral("%1 değeri dört ondalık basamaklı bir sayı değil.").arg(shown)
+              : QStringLiteral("%1 alanındaki %2 değeri dört ondalık basamaklı bir sayı değil.")
+                    .arg(field, shown);
+    return shell::Error{13, text, QString()};
+}
+
+// What a Single or Double column holds, as the decimal its double stands for. SQLite hands
+// a REAL over as a double and an integer kept in one as an integer; PostgreSQL's float8 comes
+// as its shortest text, which the driver reads into the same double.
+shell::Result<shell::Para> storedDecimal(const QString &field, const QVariant &value)
+{
+    if (value.isNull() || !value.isValid())
+        return shell::Para();
+    switch (value.metaType().id()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+        if (const std::optional<shell::Para> whole
+            = shell::Para::fromWholeUnits(value.toLongLong()))
+            return *whole;
+        return shell::TutarTasmasi();
+    case QMetaType::ULongLong:
+        return shell::TutarTasmasi();
+    default:
+        break;
+    }
+    bool isNumber = false;
+    const double number = value.metaType().id() == QMetaType::Double
+                              ? value.toDouble(&isNumber)
+                              : QLocale::c().toDouble(value.toString().trimmed(), &isNumber);
+    if (!isNumber || !std::isfinite(number))
+        return notADecimal(field, value);
+    if (const std::optional<shell::Para> exact = shell::Para::fromDouble(number))
+        return *exact;
+    // Either more decimals than four, or beyond the range.
+    if (!shell::Para::roundedFromDouble(number, shell::RoundingMode::TowardZero))
+        return shell::TutarTasmasi();
+    return notADecimal(field, value);
 }
 
 } // namespace
@@ -606,15 +661,24 @@ Query::Query(Database &db, const QString &sqlText)
 
 Query &Query::bind(const QVariant &value)
 {
-    if (value.metaType().id() == QMetaType::QDateTime)
+    switch (value.metaType().id()) {
+    case QMetaType::QDateTime:
         return bind(value.toDateTime());
-    if (value.metaType().id() == QMetaType::QDate)
+    case QMetaType::QDate:
         return bind(value.toDate());
-    if (value.metaType().id() == QMetaType::Bool)
+    case QMetaType::Bool:
         m_query.addBindValue(value.toBool() ? 1 : 0);
-    else
+        return *this;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        // Only as the decimal it stands for, and only one that the store can keep exactly.
+        if (const std::optional<shell::Para> decimal = shell::Para::fromDouble(value.toDouble()))
+            return bindDecimal(*decimal);
+        return refuse(notADecimal(QString(), value));
+    default:
         m_query.addBindValue(value);
-    return *this;
+        return *this;
+    }
 }
 
 Query &Query::bind(shell::Para value)
@@ -622,6 +686,17 @@ Query &Query::bind(shell::Para value)
     if (value.overflowed())
         return refuse(shell::TutarTasmasi());
     m_query.addBindValue(value.raw());
+    return *this;
+}
+
+Query &Query::bindDecimal(shell::Para value)
+{
+    // On SQLite the double itself is stored; PostgreSQL gets it as its shortest text, which
+    // float8 reads back as the same double.
+    const std::optional<double> stored = value.toDouble();
+    if (!stored)
+        return refuse(shell::TutarTasmasi());
+    m_query.addBindValue(*stored);
     return *this;
 }
 
@@ -681,9 +756,19 @@ qint64 Query::integer(int column) const
     return m_query.value(column).toLongLong();
 }
 
-double Query::real(const QString &field) const
+shell::Result<shell::Para> Query::decimal(const QString &field) const
 {
-    return m_query.value(field).toDouble();
+    return storedDecimal(field, m_query.value(field));
+}
+
+shell::Result<shell::Para> Query::decimal(int column) const
+{
+    const QVariant value = m_query.value(column);
+    const shell::Result<shell::Para> decimal = storedDecimal(QString(), value);
+    if (decimal || decimal.error().number == shell::TasmaHatasi)
+        return decimal;
+    // Named only on the way out: the record of a PostgreSQL result may cost a query.
+    return notADecimal(m_query.record().fieldName(column), value);
 }
 
 shell::Para Query::para(const QString &field) const

@@ -19,7 +19,7 @@ namespace {
 
 Para tl(double units)
 {
-    return Para::fromDouble(units);
+    return Para::fromDouble(units).value();
 }
 
 } // namespace
