@@ -60,7 +60,17 @@ Wide roundedQuotient(Wide num, Wide den, RoundingMode mode)
     return quotient;
 }
 
-// A wide value brought back into 64 bits, saturated at the range's ends.
+// A wide value back in 64 bits; nullopt when it does not fit.
+std::optional<qint64> fit(Wide value)
+{
+    if (value > MaxRaw || value < MinRaw) {
+        return std::nullopt;
+    }
+    return static_cast<qint64>(value);
+}
+
+// The same for the exact operators, whose results carry the overflow mark instead: the digits
+// of a marked value mean nothing, and are left at the range's end.
 struct Narrowed
 {
     qint64 raw = 0;
@@ -69,37 +79,34 @@ struct Narrowed
 
 Narrowed narrow(Wide value)
 {
-    if (value > MaxRaw) {
-        return {MaxRaw, true};
+    if (const std::optional<qint64> raw = fit(value)) {
+        return {*raw, false};
     }
-    if (value < MinRaw) {
-        return {MinRaw, true};
-    }
-    return {static_cast<qint64>(value), false};
+    return {value < 0 ? MinRaw : MaxRaw, true};
 }
 
 struct ParsedDecimal
 {
     bool valid = false;
-    Narrowed value;
+    bool negative = false;
+    bool tooBig = false;     // the integer part alone leaves 64 bits
+    Wide magnitude = 0;      // in ten-thousandths, digits past the fourth decimal dropped
+    int firstDropped = 0;    // the fifth decimal
+    bool anyDropped = false; // a digit other than 0 past the fourth decimal
 };
 
 // "-1250.50", "+0.00005", ".5": an optional sign, digits and at most one point, nothing else.
-// Digits past the fourth decimal round half away from zero: the fifth decides, since the
-// exact rest is at least one half precisely when it is 5 or more.
 ParsedDecimal parseDecimal(QStringView text)
 {
+    ParsedDecimal parsed;
     qsizetype i = 0;
-    bool negative = false;
     if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) {
-        negative = text[i] == u'-';
+        parsed.negative = text[i] == u'-';
         ++i;
     }
     Wide integer = 0;
-    bool tooBig = false;
     qint64 fraction = 0;
     int decimals = -1; // -1 until the point is met
-    bool roundUp = false;
     bool anyDigit = false;
     for (; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
@@ -117,7 +124,7 @@ ParsedDecimal parseDecimal(QStringView text)
         const int digit = c - u'0';
         if (decimals < 0) {
             if (integer > IntegerCap) {
-                tooBig = true;
+                parsed.tooBig = true;
             } else {
                 integer = integer * 10 + digit;
             }
@@ -126,30 +133,79 @@ ParsedDecimal parseDecimal(QStringView text)
             ++decimals;
         } else {
             if (decimals == 4) {
-                roundUp = digit >= 5;
+                parsed.firstDropped = digit;
             }
+            parsed.anyDropped = parsed.anyDropped || digit != 0;
             ++decimals;
         }
     }
     if (!anyDigit) {
         return {};
     }
-    const int kept = std::clamp(decimals, 0, 4);
-    const Wide magnitude
-        = integer * Para::Scale + Wide(fraction) * stepOf(kept) + (roundUp ? 1 : 0);
-    if (tooBig) {
-        return {true, {negative ? MinRaw : MaxRaw, true}};
+    parsed.valid = true;
+    parsed.magnitude = integer * Para::Scale + Wide(fraction) * stepOf(std::clamp(decimals, 0, 4));
+    return parsed;
+}
+
+// The parsed value rounded once to four places with `mode`; nullopt beyond the range.
+std::optional<qint64> roundParsed(const ParsedDecimal &parsed, RoundingMode mode)
+{
+    bool away = false; // one more ten-thousandth in magnitude
+    switch (mode) {
+    case RoundingMode::HalfAwayFromZero:
+        // The exact rest is at least one half precisely when the fifth decimal is 5 or more.
+        away = parsed.firstDropped >= 5;
+        break;
+    case RoundingMode::TowardZero:
+        break;
+    case RoundingMode::Floor:
+        away = parsed.negative && parsed.anyDropped;
+        break;
+    case RoundingMode::Ceiling:
+        away = !parsed.negative && parsed.anyDropped;
+        break;
     }
-    return {true, narrow(negative ? -magnitude : magnitude)};
+    if (parsed.tooBig) {
+        return std::nullopt;
+    }
+    const Wide magnitude = parsed.magnitude + (away ? 1 : 0);
+    return fit(parsed.negative ? -magnitude : magnitude);
+}
+
+// The shortest C-locale decimal text that reads back as the same double: 2.675 stays 2.675 and
+// is not taken as 2.67499999999999982236431605997495353221893310546875. nullopt for a double
+// that is no number or lies far beyond the range (no need to write out three hundred digits to
+// learn that).
+std::optional<ParsedDecimal> parseDouble(double value)
+{
+    if (!std::isfinite(value) || std::fabs(value) >= 1e16) {
+        return std::nullopt;
+    }
+    char buffer[512];
+    const auto [end, error]
+        = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    if (error != std::errc()) {
+        return std::nullopt;
+    }
+    const ParsedDecimal parsed = parseDecimal(QString::fromLatin1(buffer, end - buffer));
+    if (!parsed.valid) {
+        return std::nullopt;
+    }
+    return parsed;
 }
 
 } // namespace
 
-Para Para::fromUnits(qint64 units)
+Error TutarTasmasi(const QString &label)
+{
+    return Error{TasmaHatasi, QStringLiteral("Tutar çok büyük: hesap sınırı aşıldı."), label};
+}
+
+std::optional<Para> Para::fromWholeUnits(qint64 units)
 {
     qint64 raw = 0;
     if (__builtin_mul_overflow(units, Scale, &raw)) {
-        return Para(units < 0 ? MinRaw : MaxRaw, true);
+        return std::nullopt;
     }
     return Para(raw);
 }
@@ -157,44 +213,53 @@ Para Para::fromUnits(qint64 units)
 std::optional<Para> Para::fromDecimalString(const QString &text)
 {
     const ParsedDecimal parsed = parseDecimal(text);
-    if (!parsed.valid || parsed.value.overflow) {
+    if (!parsed.valid) {
         return std::nullopt;
     }
-    return Para(parsed.value.raw);
+    const std::optional<qint64> raw = roundParsed(parsed, RoundingMode::HalfAwayFromZero);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
-Para Para::fromDouble(double value)
+std::optional<Para> Para::fromDouble(double value)
 {
-    if (std::isnan(value)) {
-        return Para(0, true);
+    const std::optional<ParsedDecimal> parsed = parseDouble(value);
+    if (!parsed || parsed->anyDropped) {
+        return std::nullopt;
     }
-    // Far beyond the range: no need to write out three hundred digits to learn that.
-    if (std::fabs(value) >= 1e16) {
-        return Para(value < 0 ? MinRaw : MaxRaw, true);
-    }
-    // The shortest decimal text that reads back as the same double: 2.675 stays 2.675 and is
-    // not taken as 2.67499999999999982236431605997495353221893310546875.
-    char buffer[512];
-    const auto [end, error]
-        = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
-    if (error != std::errc()) {
-        return Para(0, true);
-    }
-    const QString text = QString::fromLatin1(buffer, end - buffer);
-    const ParsedDecimal parsed = parseDecimal(text);
-    return Para(parsed.value.raw, parsed.value.overflow);
+    const std::optional<qint64> raw = roundParsed(*parsed, RoundingMode::TowardZero);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
-double Para::toDouble() const
+std::optional<Para> Para::roundedFromDouble(double value, RoundingMode mode)
 {
-    // Both operands are exact doubles below 2^53, and one division rounds correctly.
+    const std::optional<ParsedDecimal> parsed = parseDouble(value);
+    if (!parsed) {
+        return std::nullopt;
+    }
+    const std::optional<qint64> raw = roundParsed(*parsed, mode);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
+}
+
+std::optional<Para> Para::checked() const
+{
+    if (m_overflow) {
+        return std::nullopt;
+    }
+    return *this;
+}
+
+std::optional<double> Para::toDouble() const
+{
+    // Both operands are exact doubles below 2^53, and one division rounds correctly: the
+    // nearest double to the amount. Whether it is the amount's alone, reading it back says.
     constexpr qint64 exactLimit = qint64(1) << 53;
-    if (m_raw > -exactLimit && m_raw < exactLimit) {
-        return static_cast<double>(m_raw) / Scale;
+    if (m_overflow || m_raw <= -exactLimit || m_raw >= exactLimit) {
+        return std::nullopt;
     }
-    const QByteArray text = toDecimalString().toLatin1();
-    double value = 0;
-    std::from_chars(text.constData(), text.constData() + text.size(), value);
+    const double value = static_cast<double>(m_raw) / Scale;
+    if (fromDouble(value) != std::optional<Para>(*this)) {
+        return std::nullopt;
+    }
     return value;
 }
 
@@ -271,39 +336,46 @@ Para Para::rounded(int places, RoundingMode mode) const
     return Para(result.raw, result.overflow || m_overflow);
 }
 
-Para Para::divided(qint64 divisor, int places, RoundingMode mode) const
+std::optional<Para> Para::divided(qint64 divisor, int places, RoundingMode mode) const
 {
-    if (divisor == 0) {
-        return Para(0, m_overflow);
+    if (divisor == 0 || m_overflow) {
+        return std::nullopt;
     }
     const qint64 step = stepOf(places);
-    const Wide quotient = roundedQuotient(m_raw, Wide(divisor) * step, mode);
-    const Narrowed result = narrow(quotient * step);
-    return Para(result.raw, result.overflow || m_overflow);
+    const std::optional<qint64> raw
+        = fit(roundedQuotient(m_raw, Wide(divisor) * step, mode) * step);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
-Para Para::mulDiv(Para numerator, Para denominator, int places, RoundingMode mode) const
+std::optional<Para> Para::percent(Para rate, int places, RoundingMode mode) const
 {
-    const bool inherited = m_overflow || numerator.m_overflow || denominator.m_overflow;
-    if (denominator.m_raw == 0) {
-        return Para(0, inherited);
+    // a * r / 100 in ten-thousandths, the rate carrying four decimals of its own.
+    return mulDiv(*this, rate, fromUnits(100), places, mode);
+}
+
+std::optional<Para> Para::mulDiv(Para a, Para b, Para c, int places, RoundingMode mode)
+{
+    return mulDiv(a, b, Para(), Para(), c, places, mode);
+}
+
+std::optional<Para> Para::mulDiv(Para a, Para b, Para d, Para e, Para c, int places,
+                                 RoundingMode mode)
+{
+    if (c.m_raw == 0 || a.m_overflow || b.m_overflow || c.m_overflow || d.m_overflow
+        || e.m_overflow) {
+        return std::nullopt;
     }
-    // a * n / d in ten-thousandths: the scales of n and d cancel.
+    // In ten-thousandths the scales cancel: (a b - d e) / c. Each product is below 2^126 in
+    // magnitude, so their difference fits the 128 bits; the divisor, times a step of at most
+    // 10^4, does too.
+    Wide numerator = 0;
+    if (__builtin_sub_overflow(Wide(a.m_raw) * b.m_raw, Wide(d.m_raw) * e.m_raw, &numerator)) {
+        return std::nullopt;
+    }
     const qint64 step = stepOf(places);
-    const Wide quotient
-        = roundedQuotient(Wide(m_raw) * numerator.m_raw, Wide(denominator.m_raw) * step, mode);
-    const Narrowed result = narrow(quotient * step);
-    return Para(result.raw, result.overflow || inherited);
-}
-
-Para Para::percent(Para rate, int places, RoundingMode mode) const
-{
-    // a * r / (Scale * 100) in ten-thousandths, the rate carrying four decimals of its own.
-    const qint64 step = stepOf(places);
-    const Wide denominator = Wide(Scale) * 100 * step;
-    const Wide quotient = roundedQuotient(Wide(m_raw) * rate.m_raw, denominator, mode);
-    const Narrowed result = narrow(quotient * step);
-    return Para(result.raw, result.overflow || m_overflow || rate.m_overflow);
+    const std::optional<qint64> raw
+        = fit(roundedQuotient(numerator, Wide(c.m_raw) * step, mode) * step);
+    return raw ? std::optional<Para>(Para(*raw)) : std::nullopt;
 }
 
 Para Para::floorToMultiple(Para step) const
@@ -316,12 +388,12 @@ Para Para::floorToMultiple(Para step) const
     return Para(result.raw, result.overflow || m_overflow || step.m_overflow);
 }
 
-qint64 Para::floorDiv(Para step) const
+std::optional<qint64> Para::floorDiv(Para step) const
 {
-    if (step.m_raw == 0) {
-        return 0;
+    if (step.m_raw == 0 || m_overflow || step.m_overflow) {
+        return std::nullopt;
     }
-    return narrow(roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor)).raw;
+    return fit(roundedQuotient(m_raw, step.m_raw, RoundingMode::Floor));
 }
 
 } // namespace base

@@ -466,24 +466,25 @@ QString YaziyaCevir(const QVariant &tutar, bool cerceveli, bool kurusDahil)
     if (tutar.isNull() || NullStr(tutar).isEmpty()) {
         return QString();
     }
-    Para amount;
+    std::optional<Para> amount;
     switch (tutar.typeId()) {
     case QMetaType::Double:
     case QMetaType::Float:
-        amount = Para::fromDouble(tutar.toDouble());
+        amount = Para::roundedFromDouble(tutar.toDouble(), RoundingMode::HalfAwayFromZero);
         break;
     case QMetaType::Int:
     case QMetaType::UInt:
     case QMetaType::LongLong:
     case QMetaType::Short:
     case QMetaType::UShort:
-        amount = Para::fromUnits(tutar.toLongLong());
+        amount = Para::fromWholeUnits(tutar.toLongLong());
         break;
     default:
-        amount = SayiOku(NullStr(tutar));
+        amount = SayiOku(NullStr(tutar)).checked();
         break;
     }
-    return YaziyaCevir(amount, cerceveli, kurusDahil);
+    // An amount beyond the range has no words.
+    return amount ? YaziyaCevir(*amount, cerceveli, kurusDahil) : QString();
 }
 
 QString SayiyiYaziya(const QString &rakamlar)

@@ -86,7 +86,11 @@ base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database 
     t.pesinat = q.para(QStringLiteral("Pesinat"));
     t.birimFiyati = q.para(QStringLiteral("AidatBirimFiyati"));
     t.birimAdeti = q.integer(QStringLiteral("AidatBirimAdeti"));
-    t.kdvOrani = Para::fromDouble(q.real(QStringLiteral("KDVOrani")));
+    const base::Result<Para> kdvOrani = q.decimal(QStringLiteral("KDVOrani"));
+    if (!kdvOrani) {
+        return kdvOrani.error().withLabel(label);
+    }
+    t.kdvOrani = *kdvOrani;
     t.taksitSayisi = int(q.integer(QStringLiteral("TaksitSayisi")));
     t.odemeBasTarihi = tarihVeyaBos(q.dateTime(QStringLiteral("OdemeBasTarihi")));
     t.ytlCevrim = int(q.integer(QStringLiteral("YTLCevrim")));
@@ -152,7 +156,7 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
         .bind(tarihVeyaSifir(t.odemeBasTarihi))
         .bind(t.taksitSayisi)
         .bind(t.ytlCevrim)
-        .bind(t.kdvOrani.toDouble())
+        .bindDecimal(t.kdvOrani)
         .bind(key);
     if (!q.exec()) {
         return geriAl(tx, q, label);

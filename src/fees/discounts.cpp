@@ -31,7 +31,11 @@ base::Result<QList<IskontoTanimi>> IskontoTanimlariOku(store::Database &db)
         IskontoTanimi t;
         t.id = q.integer(0);
         t.aciklama = q.text(1);
-        t.deger = Para::fromDouble(q.value(2).toDouble());
+        const base::Result<Para> deger = q.decimal(2);
+        if (!deger) {
+            return deger.error().withLabel(s_okuEtiketi);
+        }
+        t.deger = *deger;
         t.tipi = q.integer(3) == Tutar ? Tutar : Oran;
         t.kalanTutardan = q.integer(4) == KalanTutardan ? KalanTutardan : EsasTutardan;
         t.sira = int(q.integer(5));
@@ -76,7 +80,7 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
                                               "IskontoKalanTutardan = ?, IskontoSirasi = ? "
                                               "WHERE ID = ?"));
             q.bind(t.aciklama)
-                .bind(t.deger.toDouble())
+                .bindDecimal(t.deger)
                 .bind(t.tipi)
                 .bind(t.kalanTutardan)
                 .bind(t.sira)
@@ -91,7 +95,7 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
                        QStringLiteral("INSERT INTO IskontoTanim (IskontoAciklama, IskontoOrani, "
                                       "IskontoTipi, IskontoKalanTutardan, IskontoSirasi) "
                                       "VALUES (?, ?, ?, ?, ?) RETURNING ID"));
-        q.bind(t.aciklama).bind(t.deger.toDouble()).bind(t.tipi).bind(t.kalanTutardan).bind(t.sira);
+        q.bind(t.aciklama).bindDecimal(t.deger).bind(t.tipi).bind(t.kalanTutardan).bind(t.sira);
         if (!q.exec() || !q.next()) {
             return geriAl(tx, q, s_kaydetEtiketi);
         }
@@ -136,7 +140,11 @@ base::Result<Para> GenelIskontoOrani(store::Database &db)
     if (!q.next() || q.integer(1) == Tutar) {
         return Para();
     }
-    return Para::fromDouble(q.value(0).toDouble());
+    const base::Result<Para> oran = q.decimal(0);
+    if (!oran) {
+        return oran.error().withLabel(etiket);
+    }
+    return *oran;
 }
 
 } // namespace fees

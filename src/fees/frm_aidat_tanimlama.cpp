@@ -480,7 +480,13 @@ void FrmAidatTanimlama::birimFiyatCikis()
     }
     // The decimal cell keeps the same unit price, so that switching "Ondalık" shows it.
     m_miktar->setValue(*fiyat);
-    m_toplam->setValue(BirimFiyatToplami(*fiyat, adetDegeri()));
+    const base::Result<base::Para> toplam = BirimFiyatToplami(*fiyat, adetDegeri());
+    if (!toplam) {
+        m_toplam->clear();
+        ui::HataBildir(toplam.error());
+        return;
+    }
+    m_toplam->setValue(*toplam);
     setDirty(true);
     TaksitTutarHesapla();
 }
@@ -499,7 +505,13 @@ void FrmAidatTanimlama::ondalikDegisti()
         return;
     }
     m_birimFiyat->setValue(*fiyat);
-    m_toplam->setValue(OndalikToplam(*fiyat, adetDegeri()));
+    const base::Result<base::Para> toplam = OndalikToplam(*fiyat, adetDegeri());
+    if (!toplam) {
+        m_toplam->clear();
+        ui::HataBildir(toplam.error());
+        return;
+    }
+    m_toplam->setValue(*toplam);
     setDirty(true);
     TaksitTutarHesapla();
 }
@@ -602,7 +614,12 @@ void FrmAidatTanimlama::TaksitPlanla()
     g.genelOran = *oran;
     g.yuvarlama = users::durum().TaksitYuvarlama;
     g.paraFormati = users::durum().ParaFormati;
-    const PlanSonucu plan = fees::TaksitPlanla(g);
+    const base::Result<PlanSonucu> planlanan = fees::TaksitPlanla(g);
+    if (!planlanan) {
+        ui::HataBildir(planlanan.error());
+        return;
+    }
+    const PlanSonucu &plan = *planlanan;
     if (plan.durum != PlanDurumu::Planlandi) {
         return;
     }
@@ -632,8 +649,17 @@ void FrmAidatTanimlama::TaksitTutarHesapla()
         tutarlar.append(m_taksitler->para(row, TsTutar));
     }
     const QString bicim = users::durum().ParaFormati;
-    const TaksitOzeti ozet = fees::TaksitTutarHesapla(kutuDegeri(m_toplam), kutuDegeri(m_pesinat),
-                                                      tutarlar, *oran, bicim);
+    const base::Result<TaksitOzeti> hesaplanan = fees::TaksitTutarHesapla(
+        kutuDegeri(m_toplam), kutuDegeri(m_pesinat), tutarlar, *oran, bicim);
+    if (!hesaplanan) {
+        // No figure of a sum that cannot be made stays on the screen.
+        for (QLineEdit *kutu : {m_kalan, m_ikinciKutu, m_taksitToplami, m_pesinatOzet}) {
+            kutu->clear();
+        }
+        ui::HataBildir(hesaplanan.error());
+        return;
+    }
+    const TaksitOzeti &ozet = *hesaplanan;
     m_kalanEtiketi->setText(ozet.etiket);
     m_kalan->setText(base::Bicimle(ozet.kalan, bicim));
     m_ikinciKutu->setText(base::Bicimle(ozet.ikinciKutu, bicim));

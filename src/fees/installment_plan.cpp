@@ -3,62 +3,34 @@
 #include "base/turkish_text.h"
 
 #include <algorithm>
-#include <limits>
+#include <optional>
 
 namespace fees {
 
 namespace {
 
-using Wide = __int128;
+using base::RoundingMode;
 
-// Parts per ten-thousandth in which the exact Kalan is carried: a rate has four decimals and
-// is a percentage, so Toplam x rate / 100 needs six more places than an amount has.
-constexpr qint64 KalanOlcek = 1000000;
-
-qint64 placesStep(int places)
-{
-    qint64 step = 1;
-    for (int i = std::clamp(places, 0, 4); i < 4; ++i) {
-        step *= 10;
-    }
-    return step;
-}
-
-// num / den rounded half away from zero; den > 0.
-Wide roundedDivision(Wide num, Wide den)
-{
-    const bool negative = num < 0;
-    const Wide magnitude = negative ? -num : num;
-    Wide q = magnitude / den;
-    if (2 * (magnitude % den) >= den) {
-        ++q;
-    }
-    return negative ? -q : q;
-}
-
-Para fromWide(Wide raw)
-{
-    // A school's amounts never come near the edge; should they, the end of the range stands.
-    constexpr qint64 hi = std::numeric_limits<qint64>::max();
-    constexpr qint64 lo = std::numeric_limits<qint64>::min();
-    return Para::fromRaw(raw > hi ? hi : raw < lo ? lo : qint64(raw));
-}
-
-// An exact amount in parts of KalanOlcek ten-thousandths, rounded once to `places`.
-Para roundExact(Wide exact, int places)
-{
-    const qint64 step = placesStep(places);
-    return fromWide(roundedDivision(exact, Wide(KalanOlcek) * step) * step);
-}
+const QString s_planEtiketi = QStringLiteral("FrmAidatTanimlama:TaksitPlanla");
+const QString s_ozetEtiketi = QStringLiteral("FrmAidatTanimlama:TaksitTutarHesapla");
 
 int formatPlaces(const QString &paraFormati)
 {
     return std::min(base::BicimOndalik(paraFormati), 4);
 }
 
+// The value, or the overflow error under `etiket` when it left the range on its way here.
+base::Result<Para> denetle(Para deger, const QString &etiket)
+{
+    if (deger.overflowed()) {
+        return base::TutarTasmasi(etiket);
+    }
+    return deger;
+}
+
 } // namespace
 
-PlanSonucu TaksitPlanla(const PlanGirdisi &g)
+base::Result<PlanSonucu> TaksitPlanla(const PlanGirdisi &g)
 {
     PlanSonucu sonuc;
     if (!g.baslangic.isValid()) {
@@ -66,10 +38,21 @@ PlanSonucu TaksitPlanla(const PlanGirdisi &g)
         return sonuc;
     }
     const int places = formatPlaces(g.paraFormati);
-    // Kalan = Toplam - rate x Toplam / 100 - Pesinat, in millionths of a ten-thousandth.
-    const Wide kalan = Wide(g.toplam.raw()) * (KalanOlcek - g.genelOran.raw())
-                       - Wide(g.pesinat.raw()) * KalanOlcek;
-    sonuc.kalan = roundExact(kalan, places);
+    const Para yuz = Para::fromUnits(100);
+    const Para kalanOrani = yuz - g.genelOran; // what the general rate leaves of a hundred
+    // Kalan less `dusulen`, in `parca` equal parts:
+    //   (Toplam x kalanOrani - dusulen x 100) / (100 x parca),
+    // exact until its one rounding, although the rate's share has six places more than money.
+    const auto kalandan = [&](Para dusulen, int parca) {
+        return Para::mulDiv(g.toplam, kalanOrani, dusulen, yuz, yuz * parca, places,
+                            RoundingMode::HalfAwayFromZero);
+    };
+
+    const std::optional<Para> kalan = kalandan(g.pesinat, 1);
+    if (!kalan) {
+        return base::TutarTasmasi(s_planEtiketi);
+    }
+    sonuc.kalan = *kalan;
     const int n = g.taksitSayisi;
     if (n < 1) {
         sonuc.durum = PlanDurumu::TaksitYok;
@@ -77,31 +60,39 @@ PlanSonucu TaksitPlanla(const PlanGirdisi &g)
     }
 
     // Kalan / n, rounded once from its exact value.
-    const qint64 step = placesStep(places);
-    Para taksit = fromWide(roundedDivision(kalan, Wide(KalanOlcek) * n * step) * step);
-    Para artan;
+    const std::optional<Para> esit = kalandan(g.pesinat, n);
+    if (!esit) {
+        return base::TutarTasmasi(s_planEtiketi);
+    }
+    Para taksit = *esit;
+    std::optional<Para> artan;
     if (g.yuvarlama > Para()) {
         // Cut down to a multiple of the step (Int goes down, also below zero); what was cut
         // goes to the first installment.
         taksit = base::BicimeYuvarla(taksit.floorToMultiple(g.yuvarlama), g.paraFormati);
-        artan = roundExact(kalan - Wide(taksit.raw()) * n * KalanOlcek, places);
+        artan = kalandan(g.pesinat + taksit * n, 1);
     } else {
-        artan = g.toplam - taksit * n - g.pesinat;
+        artan = (g.toplam - taksit * n - g.pesinat).checked();
+    }
+    const std::optional<Para> ilk = artan ? (taksit + *artan).checked() : std::nullopt;
+    if (!ilk) {
+        return base::TutarTasmasi(s_planEtiketi);
     }
 
     sonuc.durum = PlanDurumu::Planlandi;
     sonuc.taksit = taksit;
-    sonuc.artan = artan;
+    sonuc.artan = *artan;
     sonuc.taksitler.reserve(n);
     for (int i = 1; i <= n; ++i) {
         sonuc.taksitler.append(
-            TaksitSatiri{base::AyEkle(g.baslangic, i - 1), i == 1 ? taksit + artan : taksit});
+            TaksitSatiri{base::AyEkle(g.baslangic, i - 1), i == 1 ? *ilk : taksit});
     }
     return sonuc;
 }
 
-TaksitOzeti TaksitTutarHesapla(Para toplam, Para pesinat, const QList<Para> &tutarlar,
-                               Para genelOran, const QString &paraFormati)
+base::Result<TaksitOzeti> TaksitTutarHesapla(Para toplam, Para pesinat,
+                                              const QList<Para> &tutarlar, Para genelOran,
+                                              const QString &paraFormati)
 {
     const int places = formatPlaces(paraFormati);
     const Para t = base::BicimeYuvarla(toplam, paraFormati);
@@ -110,29 +101,42 @@ TaksitOzeti TaksitTutarHesapla(Para toplam, Para pesinat, const QList<Para> &tut
     for (const Para &tutar : tutarlar) {
         s += base::BicimeYuvarla(tutar, paraFormati);
     }
-    const Para iskonto = t.percent(genelOran, places, base::RoundingMode::HalfAwayFromZero);
+    const std::optional<Para> iskonto
+        = t.percent(genelOran, places, RoundingMode::HalfAwayFromZero);
+    if (!iskonto) {
+        return base::TutarTasmasi(s_ozetEtiketi);
+    }
     TaksitOzeti ozet;
     ozet.taksitToplami = s;
     if (genelOran > Para()) {
         ozet.etiket = QStringLiteral("İskonto");
         ozet.kalan = t - p - s;
-        ozet.ikinciKutu = t - iskonto;
+        ozet.ikinciKutu = t - *iskonto;
     } else {
         ozet.etiket = QStringLiteral("Kalan");
-        ozet.kalan = t - p - s - iskonto;
+        ozet.kalan = t - p - s - *iskonto;
         ozet.ikinciKutu = t;
+    }
+    // A sum that left the range marks every figure made from it.
+    if (ozet.kalan.overflowed() || ozet.ikinciKutu.overflowed()) {
+        return base::TutarTasmasi(s_ozetEtiketi);
     }
     return ozet;
 }
 
-Para BirimFiyatToplami(Para birimFiyat, qint64 adet)
+base::Result<Para> BirimFiyatToplami(Para birimFiyat, qint64 adet)
 {
-    return birimFiyat * adet;
+    return denetle(birimFiyat * adet, QStringLiteral("FrmAidatTanimlama:BirimFiyatToplami"));
 }
 
-Para OndalikToplam(Para birimFiyat, qint64 adet)
+base::Result<Para> OndalikToplam(Para birimFiyat, qint64 adet)
 {
-    const QString metin = (birimFiyat * adet).toDecimalString().replace(u'.', u',');
+    const QString etiket = QStringLiteral("FrmAidatTanimlama:OndalikToplam");
+    const base::Result<Para> carpim = denetle(birimFiyat * adet, etiket);
+    if (!carpim) {
+        return carpim;
+    }
+    const QString metin = carpim->toDecimalString().replace(u'.', u',');
     const qsizetype virgul = metin.indexOf(u',');
     const QString tam = virgul < 0 ? metin : metin.left(virgul);
     const QString kesir = virgul < 0 ? QString() : metin.mid(virgul + 1);
@@ -140,7 +144,7 @@ Para OndalikToplam(Para birimFiyat, qint64 adet)
     if (!kesir.isEmpty() && kesir.toLongLong() >= 5) {
         toplam += Para::fromUnits(1);
     }
-    return toplam;
+    return denetle(toplam, etiket);
 }
 
 } // namespace fees

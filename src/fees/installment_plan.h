@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/para.h"
+#include "base/result.h"
 
 #include <QDate>
 #include <QList>
@@ -59,7 +60,9 @@ struct PlanSonucu
 //   out of that line, so in a school without rounding the plan sums to Toplam - Pesinat.
 // Due dates run from the start by whole months, each counted from the start (31 January,
 // 29 February, 31 March...).
-PlanSonucu TaksitPlanla(const PlanGirdisi &girdi);
+// A figure beyond the range of money (a total typed far too large) is the error TutarTasmasi,
+// never a plan of cut amounts.
+base::Result<PlanSonucu> TaksitPlanla(const PlanGirdisi &girdi);
 
 // The totals under the plan. With a general rate above 0 the fourth box is labelled
 // "İskonto" and shows Toplam - Pesinat - the plan's sum, and the second box the discounted
@@ -71,15 +74,17 @@ struct TaksitOzeti
     Para ikinciKutu;    // the second box
     Para taksitToplami; // the sum of the plan's amounts
 };
-TaksitOzeti TaksitTutarHesapla(Para toplam, Para pesinat, const QList<Para> &tutarlar,
-                               Para genelOran, const QString &paraFormati);
+// Totals beyond the range are the error TutarTasmasi, as in the plan.
+base::Result<TaksitOzeti> TaksitTutarHesapla(Para toplam, Para pesinat,
+                                              const QList<Para> &tutarlar, Para genelOran,
+                                              const QString &paraFormati);
 
 // The total of a fee with units, entered in the money box: price x count, exact.
-Para BirimFiyatToplami(Para birimFiyat, qint64 adet);
+base::Result<Para> BirimFiyatToplami(Para birimFiyat, qint64 adet);
 // The total entered through the decimal cell: price x count, written as text ("12,12"), then
 // its whole part, raised by one when the digits behind the comma, read as a number, are 5 or
 // more: 12,12 gives 13, 12,04 gives 12, 12,5 gives 13. The office has always seen totals made
 // this way, so they stay.
-Para OndalikToplam(Para birimFiyat, qint64 adet);
+base::Result<Para> OndalikToplam(Para birimFiyat, qint64 adet);
 
 } // namespace fees

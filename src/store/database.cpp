@@ -6,16 +6,21 @@
 #include "store/sqlite_functions.h"
 
 #include "base/platform.h"
+#include "base/turkish_text.h"
 
 #include <QAtomicInt>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QLoggingCategory>
 #include <QMutex>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QThread>
+#include <QSqlRecord>
+
+#include <cmath>
 
 namespace store {
 
@@ -135,6 +140,55 @@ void removeStraySuperJournals(const QString &folder)
 QString yearNumber(int calismaId)
 {
     return QStringLiteral("%1").arg(calismaId, 3, 10, QLatin1Char('0'));
+}
+
+// A value of a Single or Double column that is no decimal of four places: VB's "Type
+// mismatch", with the value in the text as the screens write numbers ("0,12345").
+base::Error notADecimal(const QString &field, const QVariant &value)
+{
+    const QString shown = base::NullStr(value);
+    const QString text
+        = field.isEmpty()
+              ? QStringLiteral("%1 değeri dört ondalık basamaklı bir sayı değil.").arg(shown)
+              : QStringLiteral("%1 alanındaki %2 değeri dört ondalık basamaklı bir sayı değil.")
+                    .arg(field, shown);
+    return base::Error{13, text, QString()};
+}
+
+// What a Single or Double column holds, as the decimal its double stands for. SQLite hands
+// a REAL over as a double and an integer kept in one as an integer; PostgreSQL's float8 comes
+// as its shortest text, which the driver reads into the same double.
+base::Result<base::Para> storedDecimal(const QString &field, const QVariant &value)
+{
+    if (value.isNull() || !value.isValid())
+        return base::Para();
+    switch (value.metaType().id()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+        if (const std::optional<base::Para> whole
+            = base::Para::fromWholeUnits(value.toLongLong()))
+            return *whole;
+        return base::TutarTasmasi();
+    case QMetaType::ULongLong:
+        return base::TutarTasmasi();
+    default:
+        break;
+    }
+    bool isNumber = false;
+    const double number = value.metaType().id() == QMetaType::Double
+                              ? value.toDouble(&isNumber)
+                              : QLocale::c().toDouble(value.toString().trimmed(), &isNumber);
+    if (!isNumber || !std::isfinite(number))
+        return notADecimal(field, value);
+    if (const std::optional<base::Para> exact = base::Para::fromDouble(number))
+        return *exact;
+    // Either more decimals than four, or beyond the range.
+    if (!base::Para::roundedFromDouble(number, base::RoundingMode::TowardZero))
+        return base::TutarTasmasi();
+    return notADecimal(field, value);
 }
 
 } // namespace
@@ -884,14 +938,51 @@ void Query::prepare()
 
 Query &Query::bind(const QVariant &value)
 {
-    if (value.metaType().id() == QMetaType::QDateTime)
+    switch (value.metaType().id()) {
+    case QMetaType::QDateTime:
         return bind(value.toDateTime());
-    if (value.metaType().id() == QMetaType::QDate)
+    case QMetaType::QDate:
         return bind(value.toDate());
-    if (value.metaType().id() == QMetaType::Bool)
+    case QMetaType::Bool:
         m_query.addBindValue(value.toBool() ? 1 : 0);
-    else
+        return *this;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        // Only as the decimal it stands for, and only one that the store can keep exactly.
+        if (const std::optional<base::Para> decimal = base::Para::fromDouble(value.toDouble()))
+            return bindDecimal(*decimal);
+        return refuse(notADecimal(QString(), value));
+    default:
         m_query.addBindValue(value);
+        return *this;
+    }
+}
+
+Query &Query::bind(base::Para value)
+{
+    if (value.overflowed())
+        return refuse(base::TutarTasmasi());
+    m_query.addBindValue(value.raw());
+    return *this;
+}
+
+Query &Query::bindDecimal(base::Para value)
+{
+    // On SQLite the double itself is stored; PostgreSQL gets it as its shortest text, which
+    // float8 reads back as the same double.
+    const std::optional<double> stored = value.toDouble();
+    if (!stored)
+        return refuse(base::TutarTasmasi());
+    m_query.addBindValue(*stored);
+    return *this;
+}
+
+Query &Query::refuse(const base::Error &error)
+{
+    if (!m_bindError)
+        m_bindError = error;
+    m_prepared = false;
+    m_query.addBindValue(QVariant());
     return *this;
 }
 
@@ -954,9 +1045,19 @@ qint64 Query::integer(int column) const
     return m_query.value(column).toLongLong();
 }
 
-double Query::real(const QString &field) const
+base::Result<base::Para> Query::decimal(const QString &field) const
 {
-    return m_query.value(field).toDouble();
+    return storedDecimal(field, m_query.value(field));
+}
+
+base::Result<base::Para> Query::decimal(int column) const
+{
+    const QVariant value = m_query.value(column);
+    const base::Result<base::Para> decimal = storedDecimal(QString(), value);
+    if (decimal || decimal.error().number == base::TasmaHatasi)
+        return decimal;
+    // Named only on the way out: the record of a PostgreSQL result may cost a query.
+    return notADecimal(m_query.record().fieldName(column), value);
 }
 
 base::Para Query::para(const QString &field) const
@@ -981,6 +1082,8 @@ QDateTime Query::dateTime(int column) const
 
 base::Error Query::error(const QString &label) const
 {
+    if (m_bindError)
+        return m_bindError->withLabel(label);
     if (m_fault) {
         base::Error e = *m_fault;
         e.label = label;

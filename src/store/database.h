@@ -168,9 +168,18 @@ public:
     Query &bind(const char *value) { return bind(QVariant(QString::fromUtf8(value))); }
     Query &bind(int value) { return bind(QVariant(value)); }
     Query &bind(qint64 value) { return bind(QVariant(value)); }
-    Query &bind(double value) { return bind(QVariant(value)); }
+    // No floating point reaches the store: a Single or Double column takes bindDecimal.
+    Query &bind(double value) = delete;
+    Query &bind(float value) = delete;
     Query &bind(bool value) { return bind(QVariant(value ? 1 : 0)); }
-    Query &bind(base::Para value) { return bind(QVariant(value.raw())); }
+    // A Money column: BIGINT ten-thousandths. An amount that overflowed on its way here is
+    // refused: the statement does not run, and error() gives TutarTasmasi.
+    Query &bind(base::Para value);
+    // A Single or Double column (rates, discount values, document numbers): the double that
+    // reads back as the same decimal on both engines (18 as 18, 0,1 as 0.1, 33,3333 as
+    // 33.3333). An amount that no double keeps to the last ten-thousandth (beyond some 549
+    // billion) is refused alike.
+    Query &bindDecimal(base::Para value);
     Query &bind(const QDate &value);
     Query &bind(const QDateTime &value);
     Query &bindNull() { return bind(QVariant()); }
@@ -189,7 +198,11 @@ public:
     QString text(int column) const;
     qint64 integer(const QString &field) const;
     qint64 integer(int column) const;
-    double real(const QString &field) const;
+    // A Single or Double column, read as the decimal that the engine's double stands for:
+    // 18 -> 18, 0.1 -> 0,1, 7.5 -> 7,5. Null reads as 0. A value with more than four decimals,
+    // or beyond the range, or no number at all, is an error: nothing is rounded or cut to fit.
+    base::Result<base::Para> decimal(const QString &field) const;
+    base::Result<base::Para> decimal(int column) const;
     base::Para para(const QString &field) const;
     base::Para para(int column) const;
     // Null or unreadable as an invalid QDateTime; the zero date comes back as the zero date.
@@ -202,6 +215,9 @@ public:
 
 private:
     void prepare();
+    // A value that the store cannot keep as given: the statement is not run, and error() says
+    // why.
+    Query &refuse(const base::Error &error);
 
     Database &m_db;
     QSqlQuery m_query;
@@ -211,6 +227,7 @@ private:
     // asked at compile time, so a statement run under another answer is compiled again.
     bool m_preparedAllowing = true;
     std::optional<base::Error> m_fault; // a failure that the engine's last error does not tell
+    std::optional<base::Error> m_bindError;
 };
 
 // RAII and nesting: an inner transaction joins the outer one; the outermost commits. A

@@ -121,7 +121,11 @@ QString Dialect::columnDefinition(const Field &field) const
         type = QStringLiteral("BIGINT");
         break;
     case FieldType::Single:
-        type = QStringLiteral("REAL");
+        // SQLite's REAL is eight bytes; PostgreSQL's is four and keeps some seven digits, so
+        // that a discount of 12345,6789 would come back as 12345,679. Both engines keep a
+        // Single as a double, in which every decimal of four places up to some 549 billion
+        // reads back as written.
+        type = pg ? QStringLiteral("DOUBLE PRECISION") : QStringLiteral("REAL");
         break;
     case FieldType::Double:
         type = QStringLiteral("DOUBLE PRECISION");

@@ -12,11 +12,22 @@ using base::RoundingMode;
 namespace {
 
 // A literal amount in C-locale digits; every literal of these tests is well formed.
-Para p(const char *text)
+Para p(const QString &text)
 {
-    const std::optional<Para> value = Para::fromDecimalString(QString::fromLatin1(text));
+    const std::optional<Para> value = Para::fromDecimalString(text);
     Q_ASSERT(value);
     return value.value_or(Para());
+}
+
+Para p(const char *text)
+{
+    return p(QString::fromLatin1(text));
+}
+
+// What a step gave: its decimal text, or "yok" when it gave no value.
+QString yaz(const std::optional<Para> &value)
+{
+    return value ? value->toDecimalString() : QStringLiteral("yok");
 }
 
 constexpr qint64 MaxRaw = std::numeric_limits<qint64>::max();
@@ -24,6 +35,7 @@ constexpr qint64 MinRaw = std::numeric_limits<qint64>::min();
 constexpr RoundingMode Half = RoundingMode::HalfAwayFromZero;
 constexpr RoundingMode Floor = RoundingMode::Floor;
 constexpr RoundingMode Fix = RoundingMode::TowardZero;
+constexpr RoundingMode Ceiling = RoundingMode::Ceiling;
 
 } // namespace
 
@@ -45,6 +57,7 @@ private slots:
         QTest::addRow("besinci-basamak-asagi") << "1.00004999" << "1";
         QTest::addRow("alt-sinir") << "-922337203685477.5808" << "-922337203685477.5808";
         QTest::addRow("sinir-otesi") << "922337203685477.5808" << "";
+        QTest::addRow("yuvarlanip-sinir-otesi") << "922337203685477.58075" << "";
         QTest::addRow("virgul") << "1,5" << "";
         QTest::addRow("bosluk") << " 1" << "";
         QTest::addRow("us") << "1e5" << "";
@@ -60,12 +73,48 @@ private slots:
         QCOMPARE(value.value_or(Para()).toDecimalString(), expected.isEmpty() ? "0" : expected);
     }
 
+    // A Double field holds the decimal its double was made from (the shortest text that reads
+    // back as that double), or no amount at all; only a rounding that is asked for rounds.
+    void fromDouble_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<QString>("exact");
+        QTest::addColumn<QString>("halfRounded");
+
+        // clang-format off
+        QTest::addRow("0,1") << 0.1 << "0.1" << "0.1";
+        QTest::addRow("kdv-18") << 18.0 << "18" << "18";
+        QTest::addRow("7,25") << 7.25 << "7.25" << "7.25";
+        QTest::addRow("33,3333") << 33.3333 << "33.3333" << "33.3333";
+        QTest::addRow("2,675-oldugu-gibi") << 2.675 << "2.675" << "2.675";
+        QTest::addRow("toplam-hatasi") << 0.1 + 0.2 << "yok" << "0.3";
+        QTest::addRow("bes-ondalik-eksi") << -0.00005 << "yok" << "-0.0001";
+        QTest::addRow("sinir-otesi") << 922337203685478.0 << "yok" << "yok";
+        QTest::addRow("sayi-degil") << double(NAN) << "yok" << "yok";
+        // clang-format on
+    }
+
     void fromDouble()
     {
-        // The double's shortest decimal is what the old field meant: 2,675, not 2,67499...
-        QCOMPARE(Para::fromDouble(2.675).rounded(2), p("2.68"));
-        QCOMPARE(Para::fromDouble(0.1 + 0.2), p("0.3"));
-        QCOMPARE(Para::fromDouble(-0.00005), p("-0.0001"));
+        QFETCH(double, value);
+        QFETCH(QString, exact);
+        QFETCH(QString, halfRounded);
+        QCOMPARE(yaz(Para::fromDouble(value)), exact);
+        QCOMPARE(yaz(Para::roundedFromDouble(value, Half)), halfRounded);
+        if (const std::optional<Para> amount = Para::fromDouble(value)) {
+            QCOMPARE(amount->toDouble().value_or(-1), value);
+        }
+    }
+
+    void toDoubleOnlyWhereItReadsBack()
+    {
+        // Up to 2^39 units every double lies closer than half a ten-thousandth to the next;
+        // above, 549.755.813.888,0003 shares its double with ,0002.
+        QVERIFY(p("549755813887.9999").toDouble());
+        QVERIFY(!p("549755813888.0003").toDouble());
+        QVERIFY(!(Para::fromRaw(MaxRaw) + p("1")).toDouble());
+        QCOMPARE(yaz(Para::roundedFromDouble(-0.00001, Floor)), "-0.0001");
+        QCOMPARE(yaz(Para::roundedFromDouble(0.00009, Fix)), "0");
     }
 
     // Each row is an operation and the value it must give: rounded once, from the exact value.
@@ -82,17 +131,14 @@ private slots:
         QTest::addRow("fix-negatif") << p("-2.5").rounded(0, Fix) << p("-2");
         QTest::addRow("tavan-negatif") << p("-2.009").rounded(2, RoundingMode::Ceiling) << p("-2");
         // 37,0349 / 3 = 12,344966...: by way of 12,3450 it would become 12,35.
-        QTest::addRow("bolum-tek-yuvarlama") << p("37.0349").divided(3, 2, Half) << p("12.34");
-        QTest::addRow("bolum-negatif-int") << p("-1000").divided(3, 2, Floor) << p("-333.34");
-        QTest::addRow("bolum-negatif-bolen") << p("10").divided(-4, 0, Half) << p("-3");
-        QTest::addRow("bolum-sifir") << p("5").divided(0, 2, Half) << p("0");
-        QTest::addRow("yuzde-kdv") << p("1234.56").percent(p("18"), 2, Half) << p("222.22");
-        QTest::addRow("yuzde-yarim") << p("-0.05").percent(p("8.5"), 4, Half) << p("-0.0043");
+        QTest::addRow("bolum-tek-yuvarlama") << *p("37.0349").divided(3, 2, Half) << p("12.34");
+        QTest::addRow("bolum-negatif-int") << *p("-1000").divided(3, 2, Floor) << p("-333.34");
+        QTest::addRow("bolum-negatif-bolen") << *p("10").divided(-4, 0, Half) << p("-3");
+        QTest::addRow("yuzde-kdv") << *p("1234.56").percent(p("18"), 2, Half) << p("222.22");
+        QTest::addRow("yuzde-yarim") << *p("-0.05").percent(p("8.5"), 4, Half) << p("-0.0043");
         // 12,34495...: once it is 12,34.
-        QTest::addRow("yuzde-tek-yuvarlama") << p("37.0349").percent(p("33.3333"), 2, Half)
+        QTest::addRow("yuzde-tek-yuvarlama") << *p("37.0349").percent(p("33.3333"), 2, Half)
                                              << p("12.34");
-        QTest::addRow("oran") << p("1000").mulDiv(p("2"), p("3"), 2, Half) << p("666.67");
-        QTest::addRow("oran-sifir-payda") << p("1000").mulDiv(p("2"), p("0"), 2, Half) << p("0");
         QTest::addRow("kat-negatif") << p("-0.015").floorToMultiple(p("0.01")) << p("-0.02");
         QTest::addRow("kat-sifir-adim") << p("5").floorToMultiple(p("0")) << p("5");
         // clang-format on
@@ -106,41 +152,86 @@ private slots:
         QVERIFY(!actual.overflowed());
     }
 
-    void floorDiv()
+    // (a x b - d x e) / c, exact in 128 bits and rounded once as the mode says.
+    void mulDiv_data()
     {
-        QCOMPARE(p("1234.5").floorDiv(p("100")), qint64(12));
-        QCOMPARE(p("-2.5").floorDiv(p("1")), qint64(-3));
-        QCOMPARE(p("5").floorDiv(p("0")), qint64(0));
+        QTest::addColumn<QString>("terms"); // "a b d e c", the last three optional
+        QTest::addColumn<int>("places");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("expected");
+
+        // 1 / 8 = 0,125 and -1 / 8: the half at two places, under every mode.
+        const struct
+        {
+            const char *name;
+            RoundingMode mode;
+            const char *plus;
+            const char *minus;
+        } halves[] = {{"half", Half, "0.13", "-0.13"},
+                      {"floor", Floor, "0.12", "-0.13"},
+                      {"fix", Fix, "0.12", "-0.12"},
+                      {"ceiling", Ceiling, "0.13", "-0.12"}};
+        for (const auto &h : halves) {
+            QTest::addRow("yarim-arti-%s", h.name) << "1 1 0 0 8" << 2 << int(h.mode) << h.plus;
+            QTest::addRow("yarim-eksi-%s", h.name) << "-1 1 0 0 8" << 2 << int(h.mode) << h.minus;
+        }
+        // clang-format off
+        QTest::addRow("eksi-bolen") << "10 1 0 0 -4" << 0 << int(Half) << "-3";
+        QTest::addRow("sifir-bolen") << "1000 2 0 0 0" << 2 << int(Half) << "yok";
+        // 900 trillion x 3 leaves 64 bits on the way; the quotient is exact all the same.
+        QTest::addRow("ara-sonuc-128-bit") << "900000000000000 3 0 0 3" << 4 << int(Half)
+                                           << "900000000000000";
+        QTest::addRow("tasma") << "900000000000000 3 0 0 2" << 4 << int(Half) << "yok";
+        // 1000,01 less its 7,5 percent is 925,00925, rounded only once.
+        QTest::addRow("pay-dusulmus") << "1000.01 92.5 0 0 100" << 2 << int(Half) << "925.01";
+        // (1000 x 90 - 100 x 100) / 400: an installment after a down payment.
+        QTest::addRow("iki-carpim") << "1000 90 100 100 400" << 2 << int(Half) << "200";
+        // Both products near 2^126; their difference is exact.
+        QTest::addRow("iki-buyuk-carpim")
+            << "922337203685477.5807 922337203685477.5807 922337203685477.5806 "
+               "922337203685477.5807 922337203685477.5807" << 4 << int(Half) << "0.0001";
+        // clang-format on
     }
 
-    void overflowSaturates()
+    void mulDiv()
+    {
+        QFETCH(QString, terms);
+        QFETCH(int, places);
+        QFETCH(int, mode);
+        QFETCH(QString, expected);
+        const QStringList t = terms.split(u' ');
+        const auto m = RoundingMode(mode);
+        QCOMPARE(yaz(Para::mulDiv(p(t[0]), p(t[1]), p(t[2]), p(t[3]), p(t[4]), places, m)),
+                 expected);
+        if (t[2] == QLatin1String("0")) {
+            QCOMPARE(yaz(Para::mulDiv(p(t[0]), p(t[1]), p(t[4]), places, m)), expected);
+        }
+    }
+
+    void floorDiv()
+    {
+        QCOMPARE(p("1234.5").floorDiv(p("100")).value_or(0), qint64(12));
+        QCOMPARE(p("-2.5").floorDiv(p("1")).value_or(0), qint64(-3));
+        QVERIFY(!p("5").floorDiv(p("0")));
+    }
+
+    // A value beyond the range is marked, the mark stays, and no checked step gives a value
+    // from it: nothing is cut to fit.
+    void overflowIsNeverAValue()
     {
         const Para max = Para::fromRaw(MaxRaw);
-        const Para min = Para::fromRaw(MinRaw);
-        const Para tick = Para::fromRaw(1);
-
-        QCOMPARE((max + tick).raw(), MaxRaw);
-        QVERIFY((max + tick).overflowed());
-        QCOMPARE((min + -tick).raw(), MinRaw);
-        QCOMPARE((-min).raw(), MaxRaw);
-        QVERIFY((-min).overflowed());
-        QCOMPARE((max * -2).raw(), MinRaw);
-        QVERIFY(Para::fromUnits(-1000000000000000).overflowed());
-
-        // The flag stays with the value through later sums.
-        Para total = max + tick;
+        QVERIFY((-Para::fromRaw(MinRaw)).overflowed());
+        QVERIFY(max.rounded(0).overflowed());
+        Para total = max + Para::fromRaw(1);
         total -= p("1");
         QVERIFY(total.overflowed());
+        QVERIFY(!total.checked());
+        QCOMPARE(yaz(Para::mulDiv(total, p("1"), p("1"), 4, Half)), "yok");
+        QCOMPARE(yaz(p("100").percent(total, 2, Half)), "yok");
+        QCOMPARE(yaz(p("5").divided(0, 2, Half)), "yok");
 
-        // A product that leaves 64 bits on the way is still exact when the result fits.
-        const Para large = Para::fromUnits(900000000000000);
-        QCOMPARE(large.mulDiv(p("3"), p("3"), 4, Half), large);
-        QVERIFY(!large.mulDiv(p("3"), p("3"), 4, Half).overflowed());
-        QVERIFY(large.mulDiv(p("3"), p("2"), 4, Half).overflowed());
-
-        QCOMPARE(Para::fromDouble(-1e300).raw(), MinRaw);
-        QVERIFY(Para::fromDouble(-1e300).overflowed());
-        QVERIFY(Para::fromDouble(NAN).overflowed());
+        QCOMPARE(yaz(Para::fromWholeUnits(922337203685477)), "922337203685477");
+        QCOMPARE(yaz(Para::fromWholeUnits(922337203685478)), "yok");
     }
 };
 

@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+#include <limits>
+
 using fees::AidatTanimi;
 using fees::IskontoTanimi;
 using fees::TaksitSatiri;
@@ -74,6 +76,8 @@ private slots:
     void discountsKeepTheirListOrder();
     void theGeneralRateIsTheLowestIdRow_data() { testing::addEngineRows(); }
     void theGeneralRateIsTheLowestIdRow();
+    void unkeepableFiguresFailUnderTheScreensLabel_data() { testing::addEngineRows(); }
+    void unkeepableFiguresFailUnderTheScreensLabel();
 };
 
 void tst_FeeDefinitions::aDefinitionComesBackAsSaved()
@@ -285,6 +289,33 @@ void tst_FeeDefinitions::theGeneralRateIsTheLowestIdRow()
     QList<IskontoTanimi> again = {list[0], list[1]};
     QVERIFY(fees::IskontoTanimlariKaydet(db, again).ok());
     QCOMPARE(fees::GenelIskontoOrani(db).value(), Para());
+}
+
+// A rate that no four-place decimal holds, and an amount beyond the range, fail as errors that
+// carry the screen's label, and nothing is written.
+void tst_FeeDefinitions::unkeepableFiguresFailUnderTheScreensLabel()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    base::Result<fees::KayitSonucu> saved = fees::AidatTaksitDetayKaydet(db, ogrenimUcreti());
+    QVERIFY(saved.ok());
+    QVERIFY(run(db, QStringLiteral("UPDATE AidatTanim SET KDVOrani = 0.12345")));
+    const auto read = fees::AidatTaksitDetayGoster(db, saved->kayitId);
+    QCOMPARE(read.ok() ? 0 : read.error().number, 13);
+    QCOMPARE(read.error().label, QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayGoster"));
+    QVERIFY(run(db, QStringLiteral("UPDATE IskontoTanim SET IskontoOrani = 1e300")));
+    const auto discounts = fees::IskontoTanimlariOku(db);
+    QCOMPARE(discounts.ok() ? 0 : discounts.error().number, base::TasmaHatasi);
+    QCOMPARE(discounts.error().label, QStringLiteral("FrmAidatTanimlama:IskontoGoster"));
+
+    AidatTanimi tooBig = ogrenimUcreti();
+    tooBig.aidatTanim = QStringLiteral("Taşan");
+    tooBig.toplam = Para::fromRaw(std::numeric_limits<qint64>::max()) + para("1");
+    const auto failed = fees::AidatTaksitDetayKaydet(db, tooBig);
+    QCOMPARE(failed.ok() ? 0 : failed.error().number, base::TasmaHatasi);
+    QCOMPARE(failed.error().label, QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayKaydet"));
+    QCOMPARE(count(db, QStringLiteral("SELECT COUNT(*) FROM AidatTanim")), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_FeeDefinitions)

@@ -9,6 +9,7 @@
 #include "ui/notifications.h"
 #include "maintenance/school.h"
 #include "users/session.h"
+#include "store/error_log.h"
 #include "ui/grid.h"
 #include "ui/message.h"
 #include "users/login.h"
@@ -109,6 +110,7 @@ private slots:
     void aTuitionFeeIsPlannedSavedAndReopened();
     void aFeeThatAStudentHoldsIsNotDeleted();
     void theUnitPriceMakesTheTotal();
+    void aTotalBeyondTheRangeIsAFailureNotAPlan();
     void theStandardDiscountsAreKeptInListOrder();
     void theFeeChoiceHandsOverCountAndPrice();
 };
@@ -301,6 +303,40 @@ void tst_FrmAidatTanimlama::theUnitPriceMakesTheTotal()
              QStringList{
                  QStringLiteral("Adet tam sayı olmalıdır. Lütfen küsuratsız bir sayı giriniz.")});
     QCOMPARE(boxText(f, QStringLiteral("txtAidatToplam")), QStringLiteral("13,00"));
+    w.mdiArea()->closeAllSubWindows();
+    w.close();
+}
+
+// A total past what money can hold reaches the operator as the failure of the plan: the
+// reporter's overflow message and a row in the error table, no installments.
+void tst_FrmAidatTanimlama::aTotalBeyondTheRangeIsAFailureNotAPlan()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    prepareOffice(db);
+    shell::MDIAidat w(db);
+    testing::MessageRecorder messages;
+    QWidget *f = openScreen(w);
+    QVERIFY(f);
+    auto *plan = f->findChild<ui::Grid *>(QStringLiteral("vaSpread2"));
+    QVERIFY(plan);
+
+    typeInto(f, QStringLiteral("txtAidatTanim"), QStringLiteral("Taşan"));
+    typeInto(f, QStringLiteral("txtAidatToplam"), QStringLiteral("99999999999999999999"));
+    typeInto(f, QStringLiteral("txtTaksitSayisi"), QStringLiteral("3"));
+    typeInto(f, QStringLiteral("txtOdemeBasTarihi"), QStringLiteral("01092025"));
+    messages.clear();
+    click(f, QStringLiteral("cmdOdemePlani"));
+    QApplication::processEvents();
+    QCOMPARE(messages.texts(),
+             QStringList{QStringLiteral("Bir Bilgiyi Değerinden Çok Fazla Girdiniz.\n"
+                                        "Lütfen Veri Girişlerinizi Kontrol Ediniz.")});
+    QCOMPARE(plan->rowCount(), 0);
+
+    const base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(db.settings());
+    QVERIFY(rows.ok() && !rows->isEmpty());
+    QCOMPARE(rows->last().text, QStringLiteral("Tutar çok büyük: hesap sınırı aşıldı."));
+    QCOMPARE(rows->last().object, QStringLiteral("TaksitPlanla"));
     w.mdiArea()->closeAllSubWindows();
     w.close();
 }

@@ -1,6 +1,9 @@
 #include "fees/installment_plan.h"
+#include "base/turkish_text.h"
 
 #include <QTest>
+
+#include <limits>
 
 using fees::PlanDurumu;
 using fees::PlanGirdisi;
@@ -66,6 +69,9 @@ private slots:
     void totalsUnderThePlan();
     void unitPriceTotals_data();
     void unitPriceTotals();
+    void figuresBeyondTheRange_data();
+    void figuresBeyondTheRange();
+    void totalsBeyondTheRange();
 };
 
 void tst_InstallmentPlan::amounts_data()
@@ -152,7 +158,7 @@ void tst_InstallmentPlan::amounts()
     g.genelOran = Para::fromDecimalString(oran).value();
     g.yuvarlama = Para::fromDecimalString(yuvarlama).value();
     g.paraFormati = bicim;
-    const PlanSonucu plan = fees::TaksitPlanla(g);
+    const PlanSonucu plan = fees::TaksitPlanla(g).value_or(PlanSonucu{});
     QCOMPARE(plan.durum, PlanDurumu::Planlandi);
     QCOMPARE(yaz(tutarlar(plan)), yaz(paralar(beklenen)));
     // The sum is exact: Toplam - Pesinat without rounding, the money-format Kalan with it.
@@ -196,7 +202,7 @@ void tst_InstallmentPlan::datesCountFromTheStart()
     g.toplam = para("1000");
     g.taksitSayisi = int(tarihler.size());
     g.baslangic = baslangic;
-    const PlanSonucu plan = fees::TaksitPlanla(g);
+    const PlanSonucu plan = fees::TaksitPlanla(g).value_or(PlanSonucu{});
     QStringList got;
     for (const fees::TaksitSatiri &s : plan.taksitler) {
         got << s.odemeTarihi.toString(QStringLiteral("dd.MM.yyyy"));
@@ -210,15 +216,15 @@ void tst_InstallmentPlan::nothingIsPlannedWithoutCountOrDate()
     g.toplam = para("1000");
     g.taksitSayisi = 0;
     g.baslangic = QDate(2025, 9, 1);
-    PlanSonucu plan = fees::TaksitPlanla(g);
+    PlanSonucu plan = fees::TaksitPlanla(g).value_or(PlanSonucu{});
     QCOMPARE(plan.durum, PlanDurumu::TaksitYok);
     QVERIFY(plan.taksitler.isEmpty());
     g.taksitSayisi = -2;
-    QCOMPARE(fees::TaksitPlanla(g).durum, PlanDurumu::TaksitYok);
+    QCOMPARE(fees::TaksitPlanla(g).value_or(PlanSonucu{}).durum, PlanDurumu::TaksitYok);
     // 31.02.2024 never reaches the plan: the date box gives no date for it.
     g.taksitSayisi = 4;
     g.baslangic = QDate(2024, 2, 31);
-    plan = fees::TaksitPlanla(g);
+    plan = fees::TaksitPlanla(g).value_or(PlanSonucu{});
     QCOMPARE(plan.durum, PlanDurumu::TarihGecersiz);
     QVERIFY(plan.taksitler.isEmpty());
 }
@@ -258,9 +264,11 @@ void tst_InstallmentPlan::totalsUnderThePlan()
     QFETCH(QString, etiket);
     QFETCH(QString, kalan);
     QFETCH(QString, ikinci);
-    const fees::TaksitOzeti ozet = fees::TaksitTutarHesapla(
+    const base::Result<fees::TaksitOzeti> hesaplanan = fees::TaksitTutarHesapla(
         para("1000"), para("100"), paralar(plan), Para::fromDecimalString(oran).value(),
         QStringLiteral("#,##0.00"));
+    QVERIFY(hesaplanan.ok());
+    const fees::TaksitOzeti &ozet = *hesaplanan;
     QCOMPARE(ozet.etiket, etiket);
     QCOMPARE(ozet.kalan.toDecimalString(), kalan);
     QCOMPARE(ozet.ikinciKutu.toDecimalString(), ikinci);
@@ -299,8 +307,67 @@ void tst_InstallmentPlan::unitPriceTotals()
     QFETCH(QString, ondalik);
     QFETCH(QString, parali);
     const Para p = Para::fromDecimalString(fiyat).value();
-    QCOMPARE(fees::OndalikToplam(p, adet).toDecimalString(), ondalik);
-    QCOMPARE(fees::BirimFiyatToplami(p, adet).toDecimalString(), parali);
+    QCOMPARE(fees::OndalikToplam(p, adet).value_or(Para()).toDecimalString(), ondalik);
+    QCOMPARE(fees::BirimFiyatToplami(p, adet).value_or(Para()).toDecimalString(), parali);
+}
+
+// Figures as the screen reads its boxes; one that leaves the range on the way is the overflow
+// error of the plan, never a plan of amounts cut to fit.
+void tst_InstallmentPlan::figuresBeyondTheRange_data()
+{
+    QTest::addColumn<QString>("toplam");
+    QTest::addColumn<QString>("pesinat");
+    QTest::addColumn<QString>("oran");
+    QTest::addColumn<QString>("yuvarlama");
+    QTest::addColumn<QString>("beklenen"); // "": the overflow error
+    const QString buyuk = QStringLiteral("900.000.000.000.000");
+    // clang-format off
+    // Toplam x (100 - oran) leaves 64 bits on the way; the plan is exact all the same.
+    QTest::addRow("buyuk-ama-sigar")
+        << buyuk << "0" << "10" << "0" << "360000000000000 270000000000000 270000000000000";
+    QTest::addRow("kutuya-sigmayan-toplam") << "99999999999999999999" << "0" << "0" << "0" << "";
+    QTest::addRow("kalan-siniri-asar") << buyuk << "-" + buyuk << "0" << "10" << "";
+    // Kalan fits (-900 trillion); without rounding the first installment takes the rate's
+    // share back: 1.800 trillion.
+    QTest::addRow("ilk-taksit-siniri-asar") << buyuk << "0" << "200" << "0" << "";
+    // clang-format on
+}
+
+void tst_InstallmentPlan::figuresBeyondTheRange()
+{
+    QFETCH(QString, toplam);
+    QFETCH(QString, pesinat);
+    QFETCH(QString, oran);
+    QFETCH(QString, yuvarlama);
+    QFETCH(QString, beklenen);
+    PlanGirdisi g;
+    g.toplam = base::SayiOku(toplam);
+    g.pesinat = base::SayiOku(pesinat);
+    g.genelOran = base::SayiOku(oran);
+    g.yuvarlama = base::SayiOku(yuvarlama);
+    g.taksitSayisi = 3;
+    g.baslangic = QDate(2025, 9, 15);
+    const base::Result<PlanSonucu> plan = fees::TaksitPlanla(g);
+    if (plan.ok()) {
+        QCOMPARE(yaz(tutarlar(*plan)), beklenen);
+        return;
+    }
+    QCOMPARE(QString(), beklenen);
+    QCOMPARE(plan.error().number, base::TasmaHatasi);
+    QCOMPARE(plan.error().label, QStringLiteral("FrmAidatTanimlama:TaksitPlanla"));
+}
+
+void tst_InstallmentPlan::totalsBeyondTheRange()
+{
+    const Para max = Para::fromRaw(std::numeric_limits<qint64>::max());
+    const QString bicim = QStringLiteral("#,##0.00");
+    QVERIFY(!fees::TaksitTutarHesapla(para("1000"), Para(), {max, para("1")}, Para(), bicim).ok());
+    QVERIFY(!fees::TaksitTutarHesapla(para("1000"), Para(), {}, max, bicim).ok());
+    const Para fiyat = para("100000000000");
+    QVERIFY(fees::BirimFiyatToplami(fiyat, 9000).ok());
+    QVERIFY(!fees::BirimFiyatToplami(fiyat, 10000).ok());
+    QCOMPARE(fees::OndalikToplam(fiyat, -10000).error().label,
+             QStringLiteral("FrmAidatTanimlama:OndalikToplam"));
 }
 
 QTEST_GUILESS_MAIN(tst_InstallmentPlan)

@@ -21,7 +21,7 @@ namespace {
 
 base::Para tl(double units)
 {
-    return base::Para::fromDouble(units);
+    return Para::fromDouble(units).value();
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include <atomic>
+#include <limits>
 #include <thread>
 
 using namespace store;
@@ -32,6 +33,10 @@ private slots:
     void changingYearClosesTheOldOne();
     void valuesComeBackAsTheyWent_data() { testing::addEngineRows(); }
     void valuesComeBackAsTheyWent();
+    void decimalsComeBackExactly_data() { testing::addEngineRows(); }
+    void decimalsComeBackExactly();
+    void valuesNoDecimalCanHoldAreErrors_data() { testing::addEngineRows(); }
+    void valuesNoDecimalCanHoldAreErrors();
     void turkishOrderAndDateFunctions_data() { testing::addEngineRows(); }
     void turkishOrderAndDateFunctions();
     void saveAndLogCommitTogether_data() { testing::addEngineRows(); }
@@ -217,6 +222,73 @@ void tst_Database::valuesComeBackAsTheyWent()
     byDay.bind(QDate(1899, 12, 30));
     QVERIFY(byDay.exec() && byDay.next());
     QCOMPARE(byDay.integer(0), 1);
+}
+
+// Rates and discount values live in Double and Single columns; each comes back as the decimal
+// that went in, and the engine's own SQL sees that decimal too.
+void tst_Database::decimalsComeBackExactly()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    for (const char *text : {"0.1", "18", "7.25", "33.3333", "100", "-0.0001", "12345.6789"}) {
+        const Para value = Para::fromDecimalString(QString::fromLatin1(text)).value();
+        QVERIFY(testing::run(db, QStringLiteral("DELETE FROM AidatTanim")));
+        QVERIFY(testing::run(db, QStringLiteral("DELETE FROM IskontoTanim")));
+        // KDVOrani is a Double, IskontoOrani a Single.
+        Query rate(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) "
+                                      "VALUES ('x', ?)"));
+        Query discount(db, QStringLiteral("INSERT INTO IskontoTanim (IskontoAciklama, "
+                                          "IskontoOrani) VALUES ('x', ?)"));
+        QVERIFY2(rate.bindDecimal(value).exec() && discount.bindDecimal(value).exec(), text);
+
+        Query read(db, QStringLiteral("SELECT KDVOrani, IskontoOrani FROM AidatTanim, "
+                                      "IskontoTanim WHERE KDVOrani = %1 AND IskontoOrani = %1")
+                           .arg(QString::fromLatin1(text)));
+        QVERIFY2(read.exec() && read.next(), text);
+        QCOMPARE(read.decimal(QStringLiteral("KDVOrani")).value_or(Para()), value);
+        QCOMPARE(read.decimal(1).value_or(Para()), value);
+    }
+    QVERIFY(testing::run(db, QStringLiteral("UPDATE AidatTanim SET KDVOrani = NULL")));
+    Query null(db, QStringLiteral("SELECT KDVOrani FROM AidatTanim"));
+    QVERIFY(null.exec() && null.next());
+    QCOMPARE(null.decimal(0).value_or(Para::fromUnits(1)), Para());
+}
+
+// What no four-place decimal holds, or no column keeps exactly, is an error on the way out and
+// on the way in, never a value rounded or cut to fit.
+void tst_Database::valuesNoDecimalCanHoldAreErrors()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    const QStringList literals = {"0.12345", "1e300"};
+    QString text;
+    for (const QString &literal : literals) {
+        QVERIFY(testing::run(db, QStringLiteral("DELETE FROM AidatTanim")));
+        QVERIFY(testing::run(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) "
+                                                "VALUES ('x', %1)")
+                                     .arg(literal)));
+        Query read(db, QStringLiteral("SELECT KDVOrani FROM AidatTanim"));
+        QVERIFY(read.exec() && read.next());
+        const base::Result<Para> value = read.decimal(QStringLiteral("KDVOrani"));
+        QVERIFY(!value.ok() && !read.decimal(0).ok());
+        QCOMPARE(value.error().number, literal == literals[0] ? 13 : base::TasmaHatasi);
+        text = text.isEmpty() ? value.error().text : text;
+    }
+    QCOMPARE(text, QStringLiteral("KDVOrani alanındaki 0,12345 değeri dört ondalık "
+                                  "basamaklı bir sayı değil."));
+
+    QVERIFY(testing::run(db, QStringLiteral("DELETE FROM AidatTanim")));
+    Query fine(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"));
+    fine.bindDecimal(Para::fromDecimalString(QStringLiteral("549755813888.0003")).value());
+    QVERIFY(!fine.exec());
+    QCOMPARE(fine.error(QStringLiteral("Frm:Kaydet")).number, base::TasmaHatasi);
+    QCOMPARE(fine.error(QStringLiteral("Frm:Kaydet")).label, QStringLiteral("Frm:Kaydet"));
+    Query sum(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"));
+    QVERIFY(!sum.bind(QVariant(0.1 + 0.2)).exec());
+    QCOMPARE(sum.error(QString()).number, 13);
+    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM AidatTanim")).toInt(), 0);
 }
 
 void tst_Database::turkishOrderAndDateFunctions()

@@ -167,7 +167,7 @@ void tst_Migration::oldRowsAreCarriedForward()
     while (q.next()) {
         ids << q.integer(0);
         QCOMPARE(q.text(2), QStringLiteral("taksit %1").arg(q.integer(1)));
-        QCOMPARE(q.para(3), base::Para::fromUnits(100 * q.integer(1)));
+        QCOMPARE(q.para(3), base::Para::fromWholeUnits(100 * q.integer(1)).value());
         QCOMPARE(q.integer(4), 0);
     }
     QCOMPARE(ids.size(), 3);
