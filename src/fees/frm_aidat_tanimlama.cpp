@@ -2,6 +2,7 @@
 
 #include "fees/discounts.h"
 #include "fees/installment_plan.h"
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "users/session.h"
@@ -39,15 +40,7 @@ enum IndirimSutunu { IsAciklama = 0, IsId = 1, IsDeger = 2, IsEsas = 3, IsTip = 
 const QStringList s_esaslar = {QStringLiteral("Esas"), QStringLiteral("Kalan")};
 const QStringList s_tipler = {QStringLiteral("Oran"), QStringLiteral("Tutar")};
 
-QPushButton *dugme(const QString &name, const QString &caption, QWidget *parent)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    b->setAutoDefault(false);
-    return b;
-}
-
-QLineEdit *ozetKutusu(const QString &name, QWidget *parent)
+QLineEdit *sumBox(const QString &name, QWidget *parent)
 {
     auto *e = new QLineEdit(parent);
     e->setObjectName(name);
@@ -164,10 +157,10 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     m_taksitler->horizontalHeader()->setStretchLastSection(false);
     m_taksitler->horizontalHeader()->setSectionResizeMode(TsTutar, QHeaderView::Stretch);
     m_taksitler->setMinimumWidth(280);
-    m_taksitToplami = ozetKutusu(QStringLiteral("txtTaksitToplami"), plan);
-    m_ikinciKutu = ozetKutusu(QStringLiteral("txtNetTutar"), plan);
-    m_pesinatOzet = ozetKutusu(QStringLiteral("txtPesinatOzet"), plan);
-    m_kalan = ozetKutusu(QStringLiteral("txtKalan"), plan);
+    m_taksitToplami = sumBox(QStringLiteral("txtTaksitToplami"), plan);
+    m_ikinciKutu = sumBox(QStringLiteral("txtNetTutar"), plan);
+    m_pesinatOzet = sumBox(QStringLiteral("txtPesinatOzet"), plan);
+    m_kalan = sumBox(QStringLiteral("txtKalan"), plan);
     m_kalanEtiketi = new QLabel(QStringLiteral("Kalan"), plan);
     m_kalanEtiketi->setObjectName(QStringLiteral("lblKalan"));
     auto *ozet = new QGridLayout;
@@ -205,17 +198,17 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     m_indirimler->setMinimumHeight(150);
     auto *iskontoDugmeleri = new QVBoxLayout;
     QPushButton *ekle
-        = dugme(QStringLiteral("cmdIskontoEkle"), QStringLiteral("Ekle"), m_iskontoCercevesi);
-    QPushButton *kaydetI
-        = dugme(QStringLiteral("cmdIskontoKaydet"), QStringLiteral("Kaydet"), m_iskontoCercevesi);
+        = ui::button(QStringLiteral("cmdIskontoEkle"), QStringLiteral("Ekle"), m_iskontoCercevesi);
+    QPushButton *kaydetI = ui::button(QStringLiteral("cmdIskontoKaydet"),
+                                      QStringLiteral("Kaydet"), m_iskontoCercevesi);
     QPushButton *silI
-        = dugme(QStringLiteral("cmdIskontoSil"), QStringLiteral("Sil"), m_iskontoCercevesi);
-    QPushButton *yukari
-        = dugme(QStringLiteral("cmdIskontoYukari"), QStringLiteral("Yukarı"), m_iskontoCercevesi);
-    QPushButton *asagi
-        = dugme(QStringLiteral("cmdIskontoAsagi"), QStringLiteral("Aşağı"), m_iskontoCercevesi);
-    QPushButton *kapat
-        = dugme(QStringLiteral("cmdIskontoKapat"), QStringLiteral("Kapat"), m_iskontoCercevesi);
+        = ui::button(QStringLiteral("cmdIskontoSil"), QStringLiteral("Sil"), m_iskontoCercevesi);
+    QPushButton *yukari = ui::button(QStringLiteral("cmdIskontoYukari"),
+                                     QStringLiteral("Yukarı"), m_iskontoCercevesi);
+    QPushButton *asagi = ui::button(QStringLiteral("cmdIskontoAsagi"),
+                                    QStringLiteral("Aşağı"), m_iskontoCercevesi);
+    QPushButton *kapat = ui::button(QStringLiteral("cmdIskontoKapat"),
+                                    QStringLiteral("Kapat"), m_iskontoCercevesi);
     yukari->setToolTip(QStringLiteral("İskontolar listedeki sırayla hesaplanır."));
     asagi->setToolTip(yukari->toolTip());
     for (QPushButton *b : {ekle, kaydetI, silI, yukari, asagi}) {
@@ -230,14 +223,14 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     m_iskontoCercevesi->hide();
 
     // ---- commands
-    QPushButton *yeni = dugme(QStringLiteral("cmdYeni"), QStringLiteral("&Yeni"), this);
-    m_kaydet = dugme(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
-    QPushButton *sil = dugme(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
+    QPushButton *yeni = ui::button(QStringLiteral("cmdYeni"), QStringLiteral("&Yeni"), this);
+    m_kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    QPushButton *sil = ui::button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
     QPushButton *odemePlani
-        = dugme(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme Planı"), this);
-    QPushButton *iskonto
-        = dugme(QStringLiteral("cmdIskontoTanimlama"), QStringLiteral("İskonto &Tanımlama"), this);
-    QPushButton *cikis = dugme(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
+        = ui::button(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme Planı"), this);
+    QPushButton *iskonto = ui::button(QStringLiteral("cmdIskontoTanimlama"),
+                                      QStringLiteral("İskonto &Tanımlama"), this);
+    QPushButton *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *komutlar = new QHBoxLayout;
     for (QPushButton *b : {yeni, m_kaydet, sil, odemePlani, iskonto}) {
         komutlar->addWidget(b);

@@ -1,5 +1,6 @@
 #include "shell/frm_okul_bilgileri.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "users/session.h"
@@ -219,12 +220,9 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
     tabs->addTab(ofis, QStringLiteral("O&fis Ayarları"));
 
     // ---- commands
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *sil = new QPushButton(QStringLiteral("&Sil"), this);
-    sil->setObjectName(QStringLiteral("cmdSil"));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    auto *sil = ui::button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(sil);
     buttons->addStretch();

@@ -1,5 +1,6 @@
 #include "students/frm_ogrenci.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "ui/screen_registry.h"
@@ -8,7 +9,6 @@
 #include "store/database.h"
 #include "store/schema.h"
 #include "students/frm_ogrenci_list.h"
-#include "students/screen_parts.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
@@ -45,14 +45,6 @@ namespace {
 const QString Ogr = QStringLiteral("Ogrenci");
 const QString Nufus = QStringLiteral("OgrenciNufus");
 const QString KardesSay = QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say");
-
-QPushButton *button(const QString &name, const QString &caption, QWidget *parent)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    b->setAutoDefault(false);
-    return b;
-}
 
 QLabel *amountLabel(const QString &name, QWidget *parent)
 {
@@ -172,7 +164,8 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
         resmiGoster();
         setDirty(true);
     });
-    m_cmdFotograf = button(QStringLiteral("cmdFotografAl"), QStringLiteral("&Fotoğraf Al"), ana);
+    m_cmdFotograf
+        = ui::button(QStringLiteral("cmdFotografAl"), QStringLiteral("&Fotoğraf Al"), ana);
     auto *fotoKutu = new QVBoxLayout;
     fotoKutu->addWidget(m_foto, 0, Qt::AlignHCenter);
     fotoKutu->addWidget(m_cmdFotograf);
@@ -188,17 +181,17 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     m_arama->setObjectName(QStringLiteral("cmbArama"));
     m_arama->addItems({QStringLiteral("Numaraya Göre"), QStringLiteral("Ada Göre"),
                        QStringLiteral("Soyada Göre"), QStringLiteral("Sınıfa Göre")});
-    auto *ilk = button(QStringLiteral("cmdIlk"), QStringLiteral("|< İlk"), this);
-    auto *onceki = button(QStringLiteral("cmdOnceki"), QStringLiteral("< Önceki"), this);
-    auto *sonraki = button(QStringLiteral("cmdSonraki"), QStringLiteral("Sonraki >"), this);
-    auto *son = button(QStringLiteral("cmdSon"), QStringLiteral("Son >|"), this);
+    auto *ilk = ui::button(QStringLiteral("cmdIlk"), QStringLiteral("|< İlk"), this);
+    auto *onceki = ui::button(QStringLiteral("cmdOnceki"), QStringLiteral("< Önceki"), this);
+    auto *sonraki = ui::button(QStringLiteral("cmdSonraki"), QStringLiteral("Sonraki >"), this);
+    auto *son = ui::button(QStringLiteral("cmdSon"), QStringLiteral("Son >|"), this);
     ilk->setToolTip(QStringLiteral("Home"));
     onceki->setToolTip(QStringLiteral("Page Up"));
     sonraki->setToolTip(QStringLiteral("Page Down"));
     son->setToolTip(QStringLiteral("End"));
     auto *liste
-        = button(QStringLiteral("cmdListe"), QStringLiteral("Öğrenci &Listesi (F10)"), this);
-    auto *yeni = button(QStringLiteral("cmdYeni"), QStringLiteral("&Yeni Öğrenci"), this);
+        = ui::button(QStringLiteral("cmdListe"), QStringLiteral("Öğrenci &Listesi (F10)"), this);
+    auto *yeni = ui::button(QStringLiteral("cmdYeni"), QStringLiteral("&Yeni Öğrenci"), this);
     auto *arama = new QHBoxLayout;
     arama->addWidget(new QLabel(QStringLiteral("Arama :"), this));
     arama->addWidget(m_arama);
@@ -394,8 +387,9 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     });
     m_kardesler->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
     auto *kardesEkle
-        = button(QStringLiteral("cmdKardesEkle"), QStringLiteral("Kardeş Ekle"), kardes);
-    auto *kardesSil = button(QStringLiteral("cmdKardesSil"), QStringLiteral("Kardeş Sil"), kardes);
+        = ui::button(QStringLiteral("cmdKardesEkle"), QStringLiteral("Kardeş Ekle"), kardes);
+    auto *kardesSil
+        = ui::button(QStringLiteral("cmdKardesSil"), QStringLiteral("Kardeş Sil"), kardes);
     auto *kardesUst = new QHBoxLayout;
     kardesUst->addWidget(new QLabel(QStringLiteral("Okuyan Kardeş Sayısı :"), kardes));
     kardesUst->addWidget(m_kardesSayisi);
@@ -417,17 +411,17 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     m_tabs->addTab(ozel, QStringLiteral("Özel &Bilgiler"));
 
     // ---- commands
-    m_cmdKaydet = button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
-    m_cmdSil = button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
-    m_cmdDegistir = button(QStringLiteral("cmdDegistir"),
+    m_cmdKaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    m_cmdSil = ui::button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
+    m_cmdDegistir = ui::button(QStringLiteral("cmdDegistir"),
                            QStringLiteral("Numara Ad Soyad Sınıf &Değiştirme"), this);
     m_cmdCariDurum
-        = button(QStringLiteral("cmdCariDurum"), QStringLiteral("&Cari Durum (F4)"), this);
-    auto *gecmis = button(QStringLiteral("cmdGecmisYil"),
+        = ui::button(QStringLiteral("cmdCariDurum"), QStringLiteral("&Cari Durum (F4)"), this);
+    auto *gecmis = ui::button(QStringLiteral("cmdGecmisYil"),
                           QStringLiteral("Öğrenci Geçmiş Yıl Aidatları (F2)"), this);
-    auto *sinifListesi
-        = button(QStringLiteral("cmdSinifListesi"), QStringLiteral("S&ınıf Listesi Göster"), this);
-    auto *cikis = button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
+    auto *sinifListesi = ui::button(QStringLiteral("cmdSinifListesi"),
+                                    QStringLiteral("S&ınıf Listesi Göster"), this);
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *komutlar = new QHBoxLayout;
     komutlar->addWidget(m_cmdSil);
     komutlar->addWidget(m_cmdDegistir);
@@ -468,8 +462,8 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     connect(m_cmdCariDurum, &QPushButton::clicked, this, &FrmOgrenci::cariDurum);
     connect(gecmis, &QPushButton::clicked, this, &FrmOgrenci::gecmisYilAidatlari);
     connect(sinifListesi, &QPushButton::clicked, this,
-            [this] { hazirDegil(QStringLiteral("Sınıf Listesi"), this); });
-    connect(cikis, &QPushButton::clicked, this, [this] { ekraniKapat(this); });
+            [this] { ui::notReady(QStringLiteral("Sınıf Listesi"), this); });
+    connect(cikis, &QPushButton::clicked, this, &ui::Screen::closeWindow);
     connect(m_cmdFotograf, &QPushButton::clicked, this, &FrmOgrenci::fotografAl);
     connect(kardesEkle, &QPushButton::clicked, this, &FrmOgrenci::kardesEkle);
     connect(kardesSil, &QPushButton::clicked, this, &FrmOgrenci::kardesSil);
@@ -1072,8 +1066,8 @@ void FrmOgrenci::OgrenciBilgiDegistir()
         grid->addWidget(box, i + 1, 3);
         boxes << box;
     }
-    auto *ok = button(QStringLiteral("cmdDegistir"), QStringLiteral("&Değiştir"), &panel);
-    auto *cancel = button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), &panel);
+    auto *ok = ui::button(QStringLiteral("cmdDegistir"), QStringLiteral("&Değiştir"), &panel);
+    auto *cancel = ui::button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), &panel);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(ok);
@@ -1255,7 +1249,7 @@ void FrmOgrenci::gecmisYilAidatlari()
                    ui::Icon::Warning, this);
         return;
     }
-    hazirDegil(QStringLiteral("Öğrenci Geçmiş Yıl Aidatları"), this);
+    ui::notReady(QStringLiteral("Öğrenci Geçmiş Yıl Aidatları"), this);
 }
 
 // ---- siblings and the photograph -------------------------------------------------------------

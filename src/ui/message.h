@@ -43,5 +43,7 @@ bool ask(const base::Soru &question, QWidget *parent = nullptr);
 // A question: true for Yes.
 bool askYesNo(const QString &title, const QString &text, QWidget *parent = nullptr,
               Icon icon = Icon::Question);
+// Tells the operator that the part of the program a command leads to is not built yet.
+void notReady(const QString &caption, QWidget *parent = nullptr);
 
 } // namespace ui

@@ -1,5 +1,6 @@
 #include "users/frm_kullanici_sifre.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "store/database.h"
 #include "ui/grid.h"
@@ -30,15 +31,6 @@ enum { HakAdi = 0, HakOkuma = 1, HakYazma = 2, HakAraci = 3 };
 
 const QString s_mask = QStringLiteral("••••••");
 
-QLineEdit *passwordBox(const QString &name, QWidget *parent)
-{
-    auto *e = new QLineEdit(parent);
-    e->setObjectName(name);
-    e->setEchoMode(QLineEdit::Password);
-    e->setMaxLength(50);
-    return e;
-}
-
 } // namespace
 
 Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
@@ -55,21 +47,18 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
     m_vaSpread1->horizontalHeader()->setSectionResizeMode(KullaniciAdi, QHeaderView::Stretch);
     m_vaSpread1->setMinimumWidth(300);
 
-    auto *ekle = new QPushButton(QStringLiteral("&EKLE"), this);
-    ekle->setObjectName(QStringLiteral("Command2"));
-    auto *sil = new QPushButton(QStringLiteral("&SİL"), this);
-    sil->setObjectName(QStringLiteral("Command1"));
+    auto *ekle = ui::button(QStringLiteral("Command2"), QStringLiteral("&EKLE"), this);
+    auto *sil = ui::button(QStringLiteral("Command1"), QStringLiteral("&SİL"), this);
     auto *userButtons = new QHBoxLayout;
     userButtons->addWidget(ekle);
     userButtons->addWidget(sil);
     userButtons->addStretch();
 
     auto *sifre = new QGroupBox(QStringLiteral("Şifre"), this);
-    m_eski = passwordBox(QStringLiteral("Txt_Eski"), sifre);
-    m_yeni1 = passwordBox(QStringLiteral("Txt_Yeni1"), sifre);
-    m_yeni2 = passwordBox(QStringLiteral("Txt_Yeni2"), sifre);
-    auto *degistir = new QPushButton(QStringLiteral("Şifreyi &Ver"), sifre);
-    degistir->setObjectName(QStringLiteral("Cmd_Ok"));
+    m_eski = ui::passwordBox(QStringLiteral("Txt_Eski"), sifre);
+    m_yeni1 = ui::passwordBox(QStringLiteral("Txt_Yeni1"), sifre);
+    m_yeni2 = ui::passwordBox(QStringLiteral("Txt_Yeni2"), sifre);
+    auto *degistir = ui::button(QStringLiteral("Cmd_Ok"), QStringLiteral("Şifreyi &Ver"), sifre);
     auto *sf = new QFormLayout(sifre);
     sf->addRow(QStringLiteral("Eski Şifre"), m_eski);
     sf->addRow(QStringLiteral("Yeni Şifre"), m_yeni1);
@@ -89,10 +78,8 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
                              ui::GridColumn{QStringLiteral("Yazma"), ui::ColumnKind::Check, 56},
                              ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false}});
     m_vaSpread2->horizontalHeader()->setSectionResizeMode(HakAdi, QHeaderView::Stretch);
-    m_okuma = new QPushButton(QStringLiteral("&Okuma İşaretli  "), this);
-    m_okuma->setObjectName(QStringLiteral("Command3"));
-    m_yazma = new QPushButton(QStringLiteral("Ya&zma İşaretli  "), this);
-    m_yazma->setObjectName(QStringLiteral("Command4"));
+    m_okuma = ui::button(QStringLiteral("Command3"), QStringLiteral("&Okuma İşaretli  "), this);
+    m_yazma = ui::button(QStringLiteral("Command4"), QStringLiteral("Ya&zma İşaretli  "), this);
     auto *toggles = new QHBoxLayout;
     toggles->addWidget(m_okuma);
     toggles->addWidget(m_yazma);
@@ -102,14 +89,12 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
     right->addWidget(m_vaSpread2, 1);
     right->addLayout(toggles);
 
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *kilit = new QPushButton(QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
-    kilit->setObjectName(QStringLiteral("cmdKilitKaldir"));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    auto *kilit = ui::button(QStringLiteral("cmdKilitKaldir"),
+                             QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
     kilit->setToolTip(QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
                                      "işlem işaretlerini kaldırır."));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(kilit);
     bottom->addStretch();
@@ -393,16 +378,14 @@ FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Data
     m_ad = new QLineEdit(this);
     m_ad->setObjectName(QStringLiteral("txtUsername"));
     m_ad->setMaxLength(50);
-    m_sifre = passwordBox(QStringLiteral("txtPassword"), this);
-    m_sifre2 = passwordBox(QStringLiteral("txtPassword2"), this);
+    m_sifre = ui::passwordBox(QStringLiteral("txtPassword"), this);
+    m_sifre2 = ui::passwordBox(QStringLiteral("txtPassword2"), this);
     auto *form = new QFormLayout;
     form->addRow(QStringLiteral("Kullanıcı Adı :"), m_ad);
     form->addRow(QStringLiteral("Yeni Şifre :"), m_sifre);
     form->addRow(QStringLiteral("Yeni Şifre (Tekrar) :"), m_sifre2);
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *sil = new QPushButton(QStringLiteral("&Sil"), this);
-    sil->setObjectName(QStringLiteral("cmdSil"));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    auto *sil = ui::button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
     auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(sil);
