@@ -15,6 +15,7 @@
 #include "store/database.h"
 #include "store/migration.h"
 #include "ui/message.h"
+#include "users/frm_ilk_kullanici.h"
 #include "users/frm_sifre.h"
 #include "users/login.h"
 #include "users/rights.h"
