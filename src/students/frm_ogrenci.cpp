@@ -8,6 +8,7 @@
 #include "base/turkish_text.h"
 #include "store/database.h"
 #include "store/schema.h"
+#include "students/frm_bilgi_degistir.h"
 #include "students/frm_ogrenci_list.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
@@ -1035,100 +1036,9 @@ void FrmOgrenci::OgrenciBilgiDegistir()
     if (m_kayitId == 0 || !askToSaveChanges()) {
         return;
     }
-    QDialog panel(this);
-    panel.setObjectName(QStringLiteral("FrmBilgiDegistir"));
-    panel.setWindowTitle(QStringLiteral("Numara Ad Soyad Sınıf Değiştirme"));
-    const Kimlik eski = m_yuklenen;
-    const QStringList oldValues = {QString::number(eski.numara), eski.adi, eski.soyadi, eski.sinif};
-    const QStringList captions = {QStringLiteral("Öğrenci Numarası"), QStringLiteral("Adı"),
-                                  QStringLiteral("Soyadı"), QStringLiteral("Sınıfı")};
-    const QStringList newCaptions
-        = {QStringLiteral("Yeni Öğrenci Numarası"), QStringLiteral("Yeni Adı"),
-           QStringLiteral("Yeni Soyadı"), QStringLiteral("Yeni Sınıfı")};
-    const QStringList names = {QStringLiteral("txtYeniNumara"), QStringLiteral("txtYeniAdi"),
-                               QStringLiteral("txtYeniSoyadi"), QStringLiteral("txtYeniSinif")};
-    const QList<int> sizes = {10, 20, 20, 6};
-    auto *grid = new QGridLayout;
-    grid->addWidget(new QLabel(QStringLiteral("<b>Eski Bilgiler</b>"), &panel), 0, 1);
-    grid->addWidget(new QLabel(QStringLiteral("<b>Yeni Bilgiler</b>"), &panel), 0, 3);
-    QList<QLineEdit *> boxes;
-    for (int i = 0; i < 4; ++i) {
-        auto *old = new QLabel(oldValues.at(i), &panel);
-        old->setFrameShape(QFrame::StyledPanel);
-        old->setMinimumWidth(140);
-        auto *box = new QLineEdit(oldValues.at(i), &panel);
-        box->setObjectName(names.at(i));
-        box->setMaxLength(sizes.at(i));
-        box->setMinimumWidth(160);
-        grid->addWidget(new QLabel(captions.at(i) + QStringLiteral(" :"), &panel), i + 1, 0);
-        grid->addWidget(old, i + 1, 1);
-        grid->addWidget(new QLabel(newCaptions.at(i) + QStringLiteral(" :"), &panel), i + 1, 2);
-        grid->addWidget(box, i + 1, 3);
-        boxes << box;
-    }
-    auto *ok = ui::button(QStringLiteral("cmdDegistir"), QStringLiteral("&Değiştir"), &panel);
-    auto *cancel = ui::button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), &panel);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    auto *layout = new QVBoxLayout(&panel);
-    layout->addLayout(grid);
-    layout->addLayout(buttons);
-    ui::moveWithEnter(&panel);
-
-    bool changed = false;
-    connect(cancel, &QPushButton::clicked, &panel, &QDialog::reject);
-    connect(ok, &QPushButton::clicked, &panel, [&] {
-        for (int i = 0; i < 4; ++i) {
-            if (boxes.at(i)->text().trimmed().isEmpty()) {
-                ui::notify(
-                    QStringLiteral("Dikkat"),
-                    newCaptions.at(i)
-                        + QStringLiteral(" girilmedi. Lütfen bilgilerinizi eksiksiz giriniz."),
-                    ui::Icon::Warning, &panel);
-                boxes.at(i)->setFocus();
-                return;
-            }
-        }
-        const std::optional<qint64> n = base::TamSayiCoz(boxes.at(0)->text());
-        if (!n || !OgrenciNoGecerli(*n)) {
-            ui::notify(QStringLiteral("Dikkat"),
-                       QStringLiteral("\"%1\" geçerli bir öğrenci numarası değil. Yeni Öğrenci "
-                                      "Numarası olarak yalnız rakam giriniz.")
-                           .arg(boxes.at(0)->text().trimmed()),
-                       ui::Icon::Warning, &panel);
-            boxes.at(0)->setFocus();
-            return;
-        }
-        const Kimlik yeni{*n, boxes.at(1)->text().trimmed(), boxes.at(2)->text().trimmed(),
-                          boxes.at(3)->text().trimmed()};
-        if (yeni.numara == eski.numara && yeni.adi == eski.adi && yeni.soyadi == eski.soyadi
-            && yeni.sinif == eski.sinif) {
-            panel.accept();
-            return;
-        }
-        if (!ui::YazmaYetkisiVar()) {
-            return;
-        }
-        base::Result<int> r = students::OgrenciBilgiDegistir(m_db, m_kayitId, eski, yeni);
-        if (!r) {
-            ui::HataBildir(r.error());
-            return;
-        }
-        if (*r == 0) {
-            ui::notify(QStringLiteral("Dikkat"),
-                       QStringLiteral("Öğrencinin kayıtlı bilgileri bu arada değişmiş; değişiklik "
-                                      "yapılmadı."),
-                       ui::Icon::Warning, &panel);
-            panel.reject();
-            return;
-        }
-        changed = true;
-        panel.accept();
-    });
+    FrmBilgiDegistir panel(m_db, m_kayitId, m_yuklenen, this);
     panel.exec();
-    if (changed) {
+    if (panel.degisti()) {
         const qint64 key = m_kayitId;
         bildir(key, false);
         OgrenciGoster(key, true);
