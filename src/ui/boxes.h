@@ -1,12 +1,27 @@
 #pragma once
 
-#include <QString>
+#include "ui/inputs.h"
 
-class QLineEdit;
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QList>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QString>
+#include <QStringList>
+
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+class QFormLayout;
 class QPushButton;
 class QWidget;
 
-// The boxes and buttons of a screen.
+// The boxes and buttons of a screen. A screen declares its boxes as a table, one row a box, in
+// the order Tab goes through them; the boxes are made from the rows, so that a box's name,
+// caption, kind and size stand in one place.
 namespace ui {
 
 // A command button as every screen has it: named, and never pressed by an Enter in a box,
@@ -15,5 +30,60 @@ QPushButton *button(const QString &name, const QString &caption, QWidget *parent
 
 // A box for a password: what is typed is not shown, at most 50 characters.
 QLineEdit *passwordBox(const QString &name, QWidget *parent);
+
+enum class BoxKind {
+    Text,   // a line of text, cut to its size (QLineEdit)
+    Number, // a whole number, right-aligned, cut to its size (QLineEdit)
+    Memo,   // lines of text that Tab leaves (QPlainTextEdit)
+    Date,   // DateEdit
+    Money,  // MoneyEdit, in the row's format (the box's own when none is given)
+    Choice, // one of the row's entries (QComboBox)
+    Typed,  // one of the row's entries or a text typed in, cut to its size (editable QComboBox)
+    Check,  // a tick box that carries its caption (QCheckBox)
+    Option, // an option button that carries its caption (QRadioButton)
+};
+
+// A row of a screen's table of boxes.
+struct Box
+{
+    QString name;         // the object name, by which code and tests find the box
+    QString caption = {}; // the label before the box, or what a tick box or option carries
+    BoxKind kind = BoxKind::Text;
+    int size = 0;           // Text, Number, Typed: the longest text; 0: no limit
+    QStringList items = {}; // Choice, Typed
+    QString format = {};    // Money: the picture of the amount
+    int maxWidth = 0;       // 0: as wide as its place
+    QString toolTip = {};
+};
+
+// Whether the box carries its caption itself, rather than standing after a label.
+bool carriesCaption(BoxKind kind);
+
+// Makes the box of a row, named after it.
+QWidget *makeBox(const Box &box, QWidget *parent);
+
+// Puts boxes into a form, a row each, in the order given: a box after a label with its caption
+// (the label's buddy, so that a mnemonic in the caption reaches the box), a tick box or an
+// option on its own.
+void addFormRows(QFormLayout *form, const QList<std::pair<Box, QWidget *>> &boxes);
+
+// Where a screen keeps a box it made: a member of the box's own type (a base type will do).
+template<class Form>
+using BoxMember = std::variant<QLineEdit * Form::*, QPlainTextEdit * Form::*, DateEdit * Form::*,
+                               MoneyEdit * Form::*, QComboBox * Form::*, QCheckBox * Form::*,
+                               QRadioButton * Form::*>;
+
+// Keeps a box in its member; the box must be of the member's type.
+template<class Form>
+void keepBox(Form &form, const BoxMember<Form> &member, QWidget *box)
+{
+    std::visit(
+        [&form, box](auto m) {
+            using Widget = std::remove_pointer_t<std::remove_reference_t<decltype(form.*m)>>;
+            form.*m = qobject_cast<Widget *>(box);
+            Q_ASSERT_X(form.*m, "ui::keepBox", "a box kept in a member of another type");
+        },
+        member);
+}
 
 } // namespace ui
