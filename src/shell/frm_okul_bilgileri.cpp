@@ -63,6 +63,7 @@ const QList<FrmOkulBilgileri::BoxRow> &FrmOkulBilgileri::boxTable()
 {
     using K = ui::BoxKind;
     using F = FrmOkulBilgileri;
+    // clang-format off
     static const QList<BoxRow> rows = {
         {{u"txtOkulAdi"_s, u"Okul Adı :"_s, K::Text, sabit(u"OkulAdi"_s)}, Place::School, 0,
          &F::m_okulAdi},
@@ -133,6 +134,7 @@ const QList<FrmOkulBilgileri::BoxRow> &FrmOkulBilgileri::boxTable()
         {{u"chkKasaSor"_s, u"Her aktarmadan önce sorulsun"_s, K::Check}, Place::Till, 2,
          &F::m_kasaSor},
     };
+    // clang-format on
     return rows;
 }
 

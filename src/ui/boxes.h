@@ -7,21 +7,24 @@
 #include <QLineEdit>
 #include <QList>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QString>
 #include <QStringList>
 
+#include <array>
+#include <cstddef>
 #include <type_traits>
 #include <utility>
 #include <variant>
 
 class QFormLayout;
-class QPushButton;
 class QWidget;
 
-// The boxes and buttons of a screen. A screen declares its boxes as a table, one row a box, in
-// the order Tab goes through them; the boxes are made from the rows, so that a box's name,
-// caption, kind and size stand in one place.
+// The boxes and buttons of a screen. A screen declares its boxes and its command buttons as
+// tables, one row each, in the order Tab goes through them; they are made from the rows, so
+// that a box's name, caption, kind and size, or a button's name, caption and command, stand
+// in one place.
 namespace ui {
 
 // A command button as every screen has it: named, and never pressed by an Enter in a box,
@@ -84,6 +87,41 @@ void keepBox(Form &form, const BoxMember<Form> &member, QWidget *box)
             Q_ASSERT_X(form.*m, "ui::keepBox", "a box kept in a member of another type");
         },
         member);
+}
+
+// A row of a screen's table of command buttons.
+template<class Form>
+struct Command
+{
+    QString name;
+    QString caption;
+    void (*run)(Form &) = nullptr; // what a click does; nothing when null
+    QString toolTip = {};
+    QPushButton *Form::*member = nullptr; // where the screen keeps the button, if it does
+};
+
+// Makes the buttons of a table in its order, each wired to its command and kept where the
+// screen keeps it; gives them back in the same order.
+template<class Form, std::size_t N>
+std::array<QPushButton *, N> makeCommands(Form &form, const Command<Form> (&commands)[N],
+                                          QWidget *parent)
+{
+    std::array<QPushButton *, N> buttons{};
+    for (std::size_t i = 0; i < N; ++i) {
+        const Command<Form> &c = commands[i];
+        QPushButton *b = button(c.name, c.caption, parent);
+        if (!c.toolTip.isEmpty()) {
+            b->setToolTip(c.toolTip);
+        }
+        if (c.member) {
+            form.*(c.member) = b;
+        }
+        if (c.run) {
+            QObject::connect(b, &QPushButton::clicked, &form, [&form, run = c.run] { run(form); });
+        }
+        buttons[i] = b;
+    }
+    return buttons;
 }
 
 } // namespace ui
