@@ -21,7 +21,7 @@ struct Error
     QString text;
     QString label;
     int line = 0;
-    std::optional<Bildiri> red;
+    std::optional<Bildiri> red = std::nullopt;
 
     static Error refusal(Bildiri notice)
     {
