@@ -120,14 +120,14 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
     }
     store::Transaction tx(db);
     if (!tx) {
-        return etiketle(tx.error(), label);
+        return relabeled(tx.error(), label);
     }
     qint64 key = 0;
     if (t.kayitId != 0) {
         store::Query bak(db, QStringLiteral("SELECT KayitID FROM AidatTanim WHERE KayitID = ?"));
         bak.bind(t.kayitId);
         if (!bak.exec()) {
-            return geriAl(tx, bak, label);
+            return rollBack(tx, bak, label);
         }
         if (bak.next()) {
             key = t.kayitId;
@@ -142,7 +142,7 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
                                              "RETURNING KayitID"));
         yeni.bind(t.aidatTanim.trimmed().left(30));
         if (!yeni.exec() || !yeni.next()) {
-            return geriAl(tx, yeni, label);
+            return rollBack(tx, yeni, label);
         }
         key = yeni.integer(0);
     }
@@ -159,13 +159,13 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
         .bindDecimal(t.kdvOrani)
         .bind(key);
     if (!q.exec()) {
-        return geriAl(tx, q, label);
+        return rollBack(tx, q, label);
     }
 
     store::Query sil(db, QStringLiteral("DELETE FROM AidatDetay WHERE KayitID = ?"));
     sil.bind(key);
     if (!sil.exec()) {
-        return geriAl(tx, sil, label);
+        return rollBack(tx, sil, label);
     }
     store::Query ekle(db, QStringLiteral("INSERT INTO AidatDetay (KayitID, Sira, OdemeTarihi, "
                                          "OdemeMiktari, YTLCevrim) VALUES (?, ?, ?, ?, ?)"));
@@ -177,11 +177,11 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
             .bind(satir.tutar)
             .bind(t.ytlCevrim);
         if (!ekle.exec()) {
-            return geriAl(tx, ekle, label);
+            return rollBack(tx, ekle, label);
         }
     }
     if (!tx.commit()) {
-        return etiketle(tx.error(), label);
+        return relabeled(tx.error(), label);
     }
     return KayitSonucu{key};
 }
@@ -199,7 +199,7 @@ base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
     }
     store::Transaction tx(db);
     if (!tx) {
-        return etiketle(tx.error(), label);
+        return relabeled(tx.error(), label);
     }
     const base::Result<bool> kullaniliyor = AidatKullaniliyor(db, kayitId, label);
     if (!kullaniliyor) {
@@ -217,11 +217,11 @@ base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
             db, QStringLiteral("DELETE FROM %1 WHERE KayitID = ?").arg(QString::fromLatin1(tablo)));
         q.bind(kayitId);
         if (!q.exec()) {
-            return geriAl(tx, q, label);
+            return rollBack(tx, q, label);
         }
     }
     if (!tx.commit()) {
-        return etiketle(tx.error(), label);
+        return relabeled(tx.error(), label);
     }
     return {};
 }

@@ -56,7 +56,7 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
     QList<IskontoTanimi> yazilan = liste;
     store::Transaction tx(db);
     if (!tx) {
-        return etiketle(tx.error(), s_kaydetEtiketi);
+        return relabeled(tx.error(), s_kaydetEtiketi);
     }
     int sira = 0;
     for (IskontoTanimi &t : yazilan) {
@@ -70,7 +70,7 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
             store::Query bak(db, QStringLiteral("SELECT ID FROM IskontoTanim WHERE ID = ?"));
             bak.bind(t.id);
             if (!bak.exec()) {
-                return geriAl(tx, bak, s_kaydetEtiketi);
+                return rollBack(tx, bak, s_kaydetEtiketi);
             }
             varMi = bak.next();
         }
@@ -86,7 +86,7 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
                 .bind(t.sira)
                 .bind(t.id);
             if (!q.exec()) {
-                return geriAl(tx, q, s_kaydetEtiketi);
+                return rollBack(tx, q, s_kaydetEtiketi);
             }
             continue;
         }
@@ -97,12 +97,12 @@ base::Status IskontoTanimlariKaydet(store::Database &db, QList<IskontoTanimi> &l
                                       "VALUES (?, ?, ?, ?, ?) RETURNING ID"));
         q.bind(t.aciklama).bindDecimal(t.deger).bind(t.tipi).bind(t.kalanTutardan).bind(t.sira);
         if (!q.exec() || !q.next()) {
-            return geriAl(tx, q, s_kaydetEtiketi);
+            return rollBack(tx, q, s_kaydetEtiketi);
         }
         t.id = q.integer(0);
     }
     if (!tx.commit()) {
-        return etiketle(tx.error(), s_kaydetEtiketi);
+        return relabeled(tx.error(), s_kaydetEtiketi);
     }
     liste = yazilan;
     return {};

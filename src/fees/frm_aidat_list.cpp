@@ -1,5 +1,6 @@
 #include "fees/frm_aidat_list.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "users/session.h"
@@ -54,12 +55,8 @@ FrmAidatList::FrmAidatList(store::Database &db, const AidatSecimBaglami &baglam,
     m_liste->setMinimumSize(520, 260);
     m_degistir = new QCheckBox(QStringLiteral("Aidat Adet ve Birim Fiyat Değiştir"), this);
     m_degistir->setObjectName(QStringLiteral("chkAdetFiyatDegistir"));
-    m_tamam = new QPushButton(QStringLiteral("&Tamam"), this);
-    m_tamam->setObjectName(QStringLiteral("cmdTamam"));
-    m_tamam->setAutoDefault(false);
-    auto *vazgec = new QPushButton(QStringLiteral("&Vazgeç"), this);
-    vazgec->setObjectName(QStringLiteral("cmdVazgec"));
-    vazgec->setAutoDefault(false);
+    m_tamam = ui::button(QStringLiteral("cmdTamam"), QStringLiteral("&Tamam"), this);
+    auto *vazgec = ui::button(QStringLiteral("cmdVazgec"), QStringLiteral("&Vazgeç"), this);
 
     auto *alt = new QHBoxLayout;
     alt->addWidget(m_degistir);

@@ -2,6 +2,7 @@
 
 #include "fees/discounts.h"
 #include "fees/installment_plan.h"
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "users/session.h"
@@ -9,6 +10,7 @@
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
+#include "store/schema.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -29,6 +31,8 @@
 
 namespace fees {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Column numbers of the three lists.
@@ -39,15 +43,7 @@ enum IndirimSutunu { IsAciklama = 0, IsId = 1, IsDeger = 2, IsEsas = 3, IsTip = 
 const QStringList s_esaslar = {QStringLiteral("Esas"), QStringLiteral("Kalan")};
 const QStringList s_tipler = {QStringLiteral("Oran"), QStringLiteral("Tutar")};
 
-QPushButton *dugme(const QString &name, const QString &caption, QWidget *parent)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    b->setAutoDefault(false);
-    return b;
-}
-
-QLineEdit *ozetKutusu(const QString &name, QWidget *parent)
+QLineEdit *sumBox(const QString &name, QWidget *parent)
 {
     auto *e = new QLineEdit(parent);
     e->setObjectName(name);
@@ -63,192 +59,89 @@ const QString s_taksitSayisiMesaji
 
 } // namespace
 
+// A box of the open definition and the member that keeps it. The unit price's boxes share a
+// line of the form; every other box has a row of its own.
+struct FrmAidatTanimlama::BoxRow
+{
+    ui::Box box;
+    bool priceLine;
+    ui::BoxMember<FrmAidatTanimlama> member;
+};
+
+// The boxes of the open definition, in the order Tab goes through them.
+const QList<FrmAidatTanimlama::BoxRow> &FrmAidatTanimlama::boxTable()
+{
+    using K = ui::BoxKind;
+    using F = FrmAidatTanimlama;
+    const int tanim = store::schema::textSize(store::Store::Year, u"AidatTanim"_s,
+                                              u"AidatTanim"_s);
+    // clang-format off
+    static const QList<BoxRow> rows = {
+        {{u"txtAidatTanim"_s, u"Aidat Tanımı :"_s, K::Text, tanim}, false, &F::m_ad},
+        {{u"cmbAidatTuru"_s, u"Aidat Türü :"_s, K::Choice, 0, AidatTurleri()}, false, &F::m_tur},
+        {{u"CInputBoxX"_s, u"Aidat Birim Fiyatı :"_s, K::Money}, true, &F::m_birimFiyat},
+        {{u"Spmiktar"_s, {}, K::Money, 0, {}, u"#,##0.####"_s}, true, &F::m_miktar},
+        {{u"txtAdet"_s, u"Adet"_s, K::Number, 4}, true, &F::m_adet},
+        {{u"chkOndalik"_s, u"Ondalık"_s, K::Check}, true, &F::m_ondalik},
+        {{u"txtKDVOrani"_s, u"KDV Oranı :"_s, K::Money, 0, {}, u"#,##0.##"_s, 80}, false,
+         &F::m_kdv},
+        {{u"txtAidatToplam"_s, u"Toplam Tutar (KDV Dahil) :"_s, K::Money, 0, {}, {}, 160}, false,
+         &F::m_toplam},
+        {{u"txtPesinat"_s, u"Peşinat :"_s, K::Money, 0, {}, {}, 160}, false, &F::m_pesinat},
+        {{u"txtTaksitSayisi"_s, u"Taksit Sayısı :"_s, K::Number, 3, {}, {}, 60}, false,
+         &F::m_taksitSayisi},
+        {{u"txtOdemeBasTarihi"_s, u"Ödemeye Baş.Tarihi :"_s, K::Date}, false, &F::m_basTarihi},
+    };
+    // clang-format on
+    return rows;
+}
+
 FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     : ui::Screen(QStringLiteral("FrmAidatTanimlama"), QStringLiteral("Aidat/Taksit Tanımlama"),
                  parent)
     , m_db(db)
 {
     const QString bicim = users::durum().ParaFormati;
-
-    // ---- the definitions
-    auto *listeKutusu = new QGroupBox(QStringLiteral("Aidat Tanımları"), this);
-    m_liste = new ui::Grid(listeKutusu);
-    m_liste->setObjectName(QStringLiteral("vaSpread1"));
-    m_liste->setColumns(
-        {{QStringLiteral("Tanım"), ui::ColumnKind::Text, 150, false},
-         {QStringLiteral("Toplam Tutar"), ui::ColumnKind::Money, 100, false, false, 0, {}, bicim},
-         {QStringLiteral("KayitID"), ui::ColumnKind::Number, 0, false, true}});
-    m_liste->setLocked(true);
-    m_liste->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_liste->horizontalHeader()->setStretchLastSection(false);
-    m_liste->horizontalHeader()->setSectionResizeMode(LsTanim, QHeaderView::Stretch);
-    m_liste->setMinimumWidth(270);
-    auto *ll = new QVBoxLayout(listeKutusu);
-    ll->addWidget(m_liste);
-
-    // ---- the boxes of the open definition
+    QGroupBox *listeKutusu = makeListBox(bicim);
     auto *bilgi = new QGroupBox(QStringLiteral("Aidat Bilgileri"), this);
-    auto *kutular = new QWidget(bilgi);
-    m_ad = new QLineEdit(kutular);
-    m_ad->setObjectName(QStringLiteral("txtAidatTanim"));
-    m_ad->setMaxLength(30);
-    m_tur = new QComboBox(kutular);
-    m_tur->setObjectName(QStringLiteral("cmbAidatTuru"));
-    m_tur->addItems(AidatTurleri());
-    m_birimFiyat = new ui::MoneyEdit(kutular);
-    m_birimFiyat->setObjectName(QStringLiteral("CInputBoxX"));
-    m_miktar = new ui::MoneyEdit(kutular);
-    m_miktar->setObjectName(QStringLiteral("Spmiktar"));
-    m_miktar->setFormat(QStringLiteral("#,##0.####"));
-    m_adet = new QLineEdit(kutular);
-    m_adet->setObjectName(QStringLiteral("txtAdet"));
-    m_adet->setMaxLength(4);
-    m_adet->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_adet->setFixedWidth(56);
-    m_ondalik = new QCheckBox(QStringLiteral("Ondalık"), kutular);
-    m_ondalik->setObjectName(QStringLiteral("chkOndalik"));
-    // The money box and the decimal cell stand in one place; one of them shows.
-    auto *fiyatYeri = new QWidget(kutular);
-    auto *fiyatYigini = new QStackedLayout(fiyatYeri);
-    fiyatYigini->setContentsMargins(0, 0, 0, 0);
-    fiyatYigini->addWidget(m_birimFiyat);
-    fiyatYigini->addWidget(m_miktar);
-    fiyatYeri->setFixedSize(130, m_birimFiyat->sizeHint().height());
-    auto *fiyatSatiri = new QHBoxLayout;
-    fiyatSatiri->addWidget(fiyatYeri);
-    fiyatSatiri->addWidget(new QLabel(QStringLiteral("x"), kutular));
-    fiyatSatiri->addWidget(m_adet);
-    fiyatSatiri->addWidget(new QLabel(QStringLiteral("Adet"), kutular));
-    fiyatSatiri->addWidget(m_ondalik);
-    fiyatSatiri->addStretch();
-    m_kdv = new ui::MoneyEdit(kutular);
-    m_kdv->setObjectName(QStringLiteral("txtKDVOrani"));
-    m_kdv->setFormat(QStringLiteral("#,##0.##"));
-    m_kdv->setMaximumWidth(80);
-    m_toplam = new ui::MoneyEdit(kutular);
-    m_toplam->setObjectName(QStringLiteral("txtAidatToplam"));
-    m_pesinat = new ui::MoneyEdit(kutular);
-    m_pesinat->setObjectName(QStringLiteral("txtPesinat"));
-    m_taksitSayisi = new QLineEdit(kutular);
-    m_taksitSayisi->setObjectName(QStringLiteral("txtTaksitSayisi"));
-    m_taksitSayisi->setMaxLength(3);
-    m_taksitSayisi->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_taksitSayisi->setMaximumWidth(60);
-    m_basTarihi = new ui::DateEdit(kutular);
-    m_basTarihi->setObjectName(QStringLiteral("txtOdemeBasTarihi"));
-    for (QLineEdit *e : {static_cast<QLineEdit *>(m_toplam), static_cast<QLineEdit *>(m_pesinat)}) {
-        e->setMaximumWidth(160);
-    }
-    auto *form = new QFormLayout(kutular);
-    form->setContentsMargins(0, 0, 0, 0);
-    form->addRow(QStringLiteral("Aidat Tanımı :"), m_ad);
-    form->addRow(QStringLiteral("Aidat Türü :"), m_tur);
-    form->addRow(QStringLiteral("Aidat Birim Fiyatı :"), fiyatSatiri);
-    form->addRow(QStringLiteral("KDV Oranı :"), m_kdv);
-    form->addRow(QStringLiteral("Toplam Tutar (KDV Dahil) :"), m_toplam);
-    form->addRow(QStringLiteral("Peşinat :"), m_pesinat);
-    form->addRow(QStringLiteral("Taksit Sayısı :"), m_taksitSayisi);
-    form->addRow(QStringLiteral("Ödemeye Baş.Tarihi :"), m_basTarihi);
+    QWidget *kutular = makeDefinitionBoxes(bilgi);
     auto *bl = new QVBoxLayout(bilgi);
     bl->addWidget(kutular);
     bl->addStretch();
-
-    // ---- the plan and its totals
-    auto *plan = new QGroupBox(QStringLiteral("Taksitler"), this);
-    m_taksitler = new ui::Grid(plan);
-    m_taksitler->setObjectName(QStringLiteral("vaSpread2"));
-    m_taksitler->setColumns(
-        {{QStringLiteral("Ödeme Tarihi"), ui::ColumnKind::Date, 110},
-         {QStringLiteral("Taksit Tutarı"), ui::ColumnKind::Money, 130, true, false, 0, {}, bicim},
-         {QStringLiteral("KayitID"), ui::ColumnKind::Number, 0, false, true}});
-    m_taksitler->horizontalHeader()->setStretchLastSection(false);
-    m_taksitler->horizontalHeader()->setSectionResizeMode(TsTutar, QHeaderView::Stretch);
-    m_taksitler->setMinimumWidth(280);
-    m_taksitToplami = ozetKutusu(QStringLiteral("txtTaksitToplami"), plan);
-    m_ikinciKutu = ozetKutusu(QStringLiteral("txtNetTutar"), plan);
-    m_pesinatOzet = ozetKutusu(QStringLiteral("txtPesinatOzet"), plan);
-    m_kalan = ozetKutusu(QStringLiteral("txtKalan"), plan);
-    m_kalanEtiketi = new QLabel(QStringLiteral("Kalan"), plan);
-    m_kalanEtiketi->setObjectName(QStringLiteral("lblKalan"));
-    auto *ozet = new QGridLayout;
-    ozet->addWidget(new QLabel(QStringLiteral("Taksit Toplamı"), plan), 0, 0);
-    ozet->addWidget(m_taksitToplami, 0, 1);
-    ozet->addWidget(new QLabel(QStringLiteral("Net Tutar"), plan), 0, 2);
-    ozet->addWidget(m_ikinciKutu, 0, 3);
-    ozet->addWidget(new QLabel(QStringLiteral("Peşinat"), plan), 1, 0);
-    ozet->addWidget(m_pesinatOzet, 1, 1);
-    ozet->addWidget(m_kalanEtiketi, 1, 2);
-    ozet->addWidget(m_kalan, 1, 3);
-    auto *pl = new QVBoxLayout(plan);
-    pl->addWidget(m_taksitler, 1);
-    pl->addLayout(ozet);
-
+    QGroupBox *plan = makePlanBox(bicim);
     auto *ust = new QHBoxLayout;
     ust->addWidget(listeKutusu, 3);
     ust->addWidget(bilgi, 5);
     ust->addWidget(plan, 4);
-
-    // ---- the standard discounts
-    m_iskontoCercevesi = new QGroupBox(QStringLiteral(" [ İskonto Tanımlama ]"), this);
-    m_iskontoCercevesi->setObjectName(QStringLiteral("fraIskonto"));
-    m_indirimler = new ui::Grid(m_iskontoCercevesi);
-    m_indirimler->setObjectName(QStringLiteral("Spr_Indirim"));
-    m_indirimler->setColumns(
-        {{QStringLiteral("Açıklama"), ui::ColumnKind::Text, 260, true, false, 30},
-         {QStringLiteral("ID"), ui::ColumnKind::Number, 0, false, true},
-         {QStringLiteral("İskonto"), ui::ColumnKind::Money, 100},
-         {QStringLiteral("Kalan/Esas Tutar"), ui::ColumnKind::Combo, 130, true, false, 0,
-          s_esaslar},
-         {QStringLiteral("Tutar/Oran"), ui::ColumnKind::Combo, 110, true, false, 0, s_tipler}});
-    m_indirimler->horizontalHeader()->setStretchLastSection(false);
-    m_indirimler->horizontalHeader()->setSectionResizeMode(IsAciklama, QHeaderView::Stretch);
-    m_indirimler->setMinimumHeight(150);
-    auto *iskontoDugmeleri = new QVBoxLayout;
-    QPushButton *ekle
-        = dugme(QStringLiteral("cmdIskontoEkle"), QStringLiteral("Ekle"), m_iskontoCercevesi);
-    QPushButton *kaydetI
-        = dugme(QStringLiteral("cmdIskontoKaydet"), QStringLiteral("Kaydet"), m_iskontoCercevesi);
-    QPushButton *silI
-        = dugme(QStringLiteral("cmdIskontoSil"), QStringLiteral("Sil"), m_iskontoCercevesi);
-    QPushButton *yukari
-        = dugme(QStringLiteral("cmdIskontoYukari"), QStringLiteral("Yukarı"), m_iskontoCercevesi);
-    QPushButton *asagi
-        = dugme(QStringLiteral("cmdIskontoAsagi"), QStringLiteral("Aşağı"), m_iskontoCercevesi);
-    QPushButton *kapat
-        = dugme(QStringLiteral("cmdIskontoKapat"), QStringLiteral("Kapat"), m_iskontoCercevesi);
-    yukari->setToolTip(QStringLiteral("İskontolar listedeki sırayla hesaplanır."));
-    asagi->setToolTip(yukari->toolTip());
-    for (QPushButton *b : {ekle, kaydetI, silI, yukari, asagi}) {
-        iskontoDugmeleri->addWidget(b);
-    }
-    iskontoDugmeleri->addStretch();
-    iskontoDugmeleri->addWidget(kapat);
-    auto *il = new QHBoxLayout(m_iskontoCercevesi);
-    il->addWidget(m_indirimler, 1);
-    il->addLayout(iskontoDugmeleri);
-    m_iskontoCercevesi->setMaximumHeight(240);
-    m_iskontoCercevesi->hide();
+    makeDiscountFrame();
 
     // ---- commands
-    QPushButton *yeni = dugme(QStringLiteral("cmdYeni"), QStringLiteral("&Yeni"), this);
-    m_kaydet = dugme(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
-    QPushButton *sil = dugme(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
-    QPushButton *odemePlani
-        = dugme(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme Planı"), this);
-    QPushButton *iskonto
-        = dugme(QStringLiteral("cmdIskontoTanimlama"), QStringLiteral("İskonto &Tanımlama"), this);
-    QPushButton *cikis = dugme(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
-    auto *komutlar = new QHBoxLayout;
-    for (QPushButton *b : {yeni, m_kaydet, sil, odemePlani, iskonto}) {
-        komutlar->addWidget(b);
+    using F = FrmAidatTanimlama;
+    static const ui::Command<F> komutTablosu[] = {
+        {u"cmdYeni"_s, u"&Yeni"_s,
+         [](F &f) {
+             if (f.askToSaveChanges()) {
+                 f.Yeni();
+             }
+         }},
+        {u"cmdKaydet"_s, u"K&aydet"_s, [](F &f) { f.AidatTaksitDetayKaydet(); }, {}, &F::m_kaydet},
+        {u"cmdSil"_s, u"&Sil"_s, [](F &f) { f.TaksitAidatSil(); }},
+        {u"cmdOdemePlani"_s, u"Ödeme Planı"_s, [](F &f) { f.TaksitPlanla(); }},
+        {u"cmdIskontoTanimlama"_s, u"İskonto &Tanımlama"_s, [](F &f) { f.iskontoAcKapa(); }},
+        {u"cmdCikis"_s, u"Çı&kış"_s, [](F &f) { f.close(); }},
+    };
+    const auto komutlar = ui::makeCommands(*this, komutTablosu, this);
+    auto *komutSatiri = new QHBoxLayout;
+    for (QPushButton *b : komutlar) {
+        komutSatiri->addWidget(b);
     }
-    komutlar->addStretch();
-    komutlar->addWidget(cikis);
+    // "Çıkış" stands apart at the end.
+    komutSatiri->insertStretch(int(komutlar.size()) - 1);
 
     auto *root = new QVBoxLayout(this);
     root->addLayout(ust, 1);
     root->addWidget(m_iskontoCercevesi);
-    root->addLayout(komutlar);
+    root->addLayout(komutSatiri);
 
     ui::moveWithEnter(kutular);
     watchForChanges(kutular);
@@ -272,51 +165,14 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     connect(m_ondalik, &QCheckBox::toggled, this, &FrmAidatTanimlama::ondalikSecildi);
     connect(m_toplam, &QLineEdit::editingFinished, this, &FrmAidatTanimlama::TaksitTutarHesapla);
     connect(m_pesinat, &QLineEdit::editingFinished, this, &FrmAidatTanimlama::TaksitTutarHesapla);
-    connect(m_taksitSayisi, &QLineEdit::editingFinished, this, [this] {
-        int n = 0;
-        if (!taksitSayisiOku(&n, false)) {
-            QPointer<QLineEdit> kutu(m_taksitSayisi);
-            QTimer::singleShot(0, this, [this, kutu] {
-                ui::notify(QStringLiteral("Dikkat"), s_taksitSayisiMesaji, ui::Icon::Warning, this);
-                if (kutu) {
-                    kutu->setFocus(Qt::OtherFocusReason);
-                    kutu->selectAll();
-                }
-            });
-        }
-    });
+    connect(m_taksitSayisi, &QLineEdit::editingFinished, this,
+            &FrmAidatTanimlama::taksitSayisiCikis);
     connect(m_taksitler, &ui::Grid::cellEdited, this, [this](int, int column) {
         setDirty(true);
         if (column == TsTutar) {
             TaksitTutarHesapla();
         }
     });
-    connect(yeni, &QPushButton::clicked, this, [this] {
-        if (askToSaveChanges()) {
-            Yeni();
-        }
-    });
-    connect(m_kaydet, &QPushButton::clicked, this, &FrmAidatTanimlama::AidatTaksitDetayKaydet);
-    connect(sil, &QPushButton::clicked, this, &FrmAidatTanimlama::TaksitAidatSil);
-    connect(odemePlani, &QPushButton::clicked, this, &FrmAidatTanimlama::TaksitPlanla);
-    connect(iskonto, &QPushButton::clicked, this, [this] {
-        if (m_iskontoCercevesi->isVisible()) {
-            m_iskontoCercevesi->setMaximumHeight(240);
-            m_iskontoCercevesi->hide();
-            return;
-        }
-        IskontoGoster();
-        m_iskontoCercevesi->show();
-        m_indirimler->setFocus();
-    });
-    connect(ekle, &QPushButton::clicked, this, &FrmAidatTanimlama::IskontoEkle);
-    connect(kaydetI, &QPushButton::clicked, this, &FrmAidatTanimlama::IskontoKaydet);
-    connect(silI, &QPushButton::clicked, this, &FrmAidatTanimlama::IskontoSil);
-    connect(yukari, &QPushButton::clicked, this, [this] { IskontoTasi(-1); });
-    connect(asagi, &QPushButton::clicked, this, [this] { IskontoTasi(1); });
-    connect(kapat, &QPushButton::clicked, m_iskontoCercevesi, &QWidget::hide);
-    connect(cikis, &QPushButton::clicked, this, &QWidget::close);
-
     for (ui::MoneyEdit *e : {m_birimFiyat, m_toplam, m_pesinat}) {
         e->setFormat(bicim);
     }
@@ -324,6 +180,164 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     Yeni();
     AidatTaksitGoster();
     resize(1060, 620);
+}
+
+
+QGroupBox *FrmAidatTanimlama::makeListBox(const QString &format)
+{
+    auto *listeKutusu = new QGroupBox(QStringLiteral("Aidat Tanımları"), this);
+    m_liste = new ui::Grid(listeKutusu);
+    m_liste->setObjectName(QStringLiteral("vaSpread1"));
+    m_liste->setColumns(
+        {{QStringLiteral("Tanım"), ui::ColumnKind::Text, 150, false},
+         {QStringLiteral("Toplam Tutar"), ui::ColumnKind::Money, 100, false, false, 0, {}, format},
+         {QStringLiteral("KayitID"), ui::ColumnKind::Number, 0, false, true}});
+    m_liste->setLocked(true);
+    m_liste->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_liste->horizontalHeader()->setStretchLastSection(false);
+    m_liste->horizontalHeader()->setSectionResizeMode(LsTanim, QHeaderView::Stretch);
+    m_liste->setMinimumWidth(270);
+    auto *ll = new QVBoxLayout(listeKutusu);
+    ll->addWidget(m_liste);
+    return listeKutusu;
+}
+
+QWidget *FrmAidatTanimlama::makeDefinitionBoxes(QWidget *parent)
+{
+    auto *kutular = new QWidget(parent);
+    QList<std::pair<ui::Box, QWidget *>> satirlar;
+    for (const BoxRow &r : boxTable()) {
+        QWidget *box = ui::makeBox(r.box, kutular);
+        ui::keepBox(*this, r.member, box);
+        if (!r.priceLine) {
+            satirlar.append({r.box, box});
+        }
+    }
+    m_adet->setFixedWidth(56);
+    // The money box and the decimal cell stand in one place; one of them shows.
+    auto *fiyatYeri = new QWidget(kutular);
+    auto *fiyatYigini = new QStackedLayout(fiyatYeri);
+    fiyatYigini->setContentsMargins(0, 0, 0, 0);
+    fiyatYigini->addWidget(m_birimFiyat);
+    fiyatYigini->addWidget(m_miktar);
+    fiyatYeri->setFixedSize(130, m_birimFiyat->sizeHint().height());
+    auto *fiyatSatiri = new QHBoxLayout;
+    fiyatSatiri->addWidget(fiyatYeri);
+    fiyatSatiri->addWidget(new QLabel(QStringLiteral("x"), kutular));
+    fiyatSatiri->addWidget(m_adet);
+    fiyatSatiri->addWidget(new QLabel(QStringLiteral("Adet"), kutular));
+    fiyatSatiri->addWidget(m_ondalik);
+    fiyatSatiri->addStretch();
+    auto *form = new QFormLayout(kutular);
+    form->setContentsMargins(0, 0, 0, 0);
+    ui::addFormRows(form, satirlar);
+    // The unit price's line comes under the kind of fee.
+    int turSatiri = 0;
+    form->getWidgetPosition(m_tur, &turSatiri, nullptr);
+    form->insertRow(turSatiri + 1, QStringLiteral("Aidat Birim Fiyatı :"), fiyatSatiri);
+    return kutular;
+}
+
+QGroupBox *FrmAidatTanimlama::makePlanBox(const QString &format)
+{
+    auto *plan = new QGroupBox(QStringLiteral("Taksitler"), this);
+    m_taksitler = new ui::Grid(plan);
+    m_taksitler->setObjectName(QStringLiteral("vaSpread2"));
+    m_taksitler->setColumns(
+        {{QStringLiteral("Ödeme Tarihi"), ui::ColumnKind::Date, 110},
+         {QStringLiteral("Taksit Tutarı"), ui::ColumnKind::Money, 130, true, false, 0, {}, format},
+         {QStringLiteral("KayitID"), ui::ColumnKind::Number, 0, false, true}});
+    m_taksitler->horizontalHeader()->setStretchLastSection(false);
+    m_taksitler->horizontalHeader()->setSectionResizeMode(TsTutar, QHeaderView::Stretch);
+    m_taksitler->setMinimumWidth(280);
+    m_taksitToplami = sumBox(QStringLiteral("txtTaksitToplami"), plan);
+    m_ikinciKutu = sumBox(QStringLiteral("txtNetTutar"), plan);
+    m_pesinatOzet = sumBox(QStringLiteral("txtPesinatOzet"), plan);
+    m_kalan = sumBox(QStringLiteral("txtKalan"), plan);
+    m_kalanEtiketi = new QLabel(QStringLiteral("Kalan"), plan);
+    m_kalanEtiketi->setObjectName(QStringLiteral("lblKalan"));
+    auto *ozet = new QGridLayout;
+    ozet->addWidget(new QLabel(QStringLiteral("Taksit Toplamı"), plan), 0, 0);
+    ozet->addWidget(m_taksitToplami, 0, 1);
+    ozet->addWidget(new QLabel(QStringLiteral("Net Tutar"), plan), 0, 2);
+    ozet->addWidget(m_ikinciKutu, 0, 3);
+    ozet->addWidget(new QLabel(QStringLiteral("Peşinat"), plan), 1, 0);
+    ozet->addWidget(m_pesinatOzet, 1, 1);
+    ozet->addWidget(m_kalanEtiketi, 1, 2);
+    ozet->addWidget(m_kalan, 1, 3);
+    auto *pl = new QVBoxLayout(plan);
+    pl->addWidget(m_taksitler, 1);
+    pl->addLayout(ozet);
+    return plan;
+}
+
+void FrmAidatTanimlama::makeDiscountFrame()
+{
+    m_iskontoCercevesi = new QGroupBox(QStringLiteral(" [ İskonto Tanımlama ]"), this);
+    m_iskontoCercevesi->setObjectName(QStringLiteral("fraIskonto"));
+    m_indirimler = new ui::Grid(m_iskontoCercevesi);
+    m_indirimler->setObjectName(QStringLiteral("Spr_Indirim"));
+    m_indirimler->setColumns(
+        {{QStringLiteral("Açıklama"), ui::ColumnKind::Text, 260, true, false,
+          store::schema::textSize(store::Store::Year, u"IskontoTanim"_s, u"IskontoAciklama"_s)},
+         {QStringLiteral("ID"), ui::ColumnKind::Number, 0, false, true},
+         {QStringLiteral("İskonto"), ui::ColumnKind::Money, 100},
+         {QStringLiteral("Kalan/Esas Tutar"), ui::ColumnKind::Combo, 130, true, false, 0,
+          s_esaslar},
+         {QStringLiteral("Tutar/Oran"), ui::ColumnKind::Combo, 110, true, false, 0, s_tipler}});
+    m_indirimler->horizontalHeader()->setStretchLastSection(false);
+    m_indirimler->horizontalHeader()->setSectionResizeMode(IsAciklama, QHeaderView::Stretch);
+    m_indirimler->setMinimumHeight(150);
+
+    using F = FrmAidatTanimlama;
+    const QString sira = u"İskontolar listedeki sırayla hesaplanır."_s;
+    static const ui::Command<F> dugmeler[] = {
+        {u"cmdIskontoEkle"_s, u"Ekle"_s, [](F &f) { f.IskontoEkle(); }},
+        {u"cmdIskontoKaydet"_s, u"Kaydet"_s, [](F &f) { f.IskontoKaydet(); }},
+        {u"cmdIskontoSil"_s, u"Sil"_s, [](F &f) { f.IskontoSil(); }},
+        {u"cmdIskontoYukari"_s, u"Yukarı"_s, [](F &f) { f.IskontoTasi(-1); }, sira},
+        {u"cmdIskontoAsagi"_s, u"Aşağı"_s, [](F &f) { f.IskontoTasi(1); }, sira},
+        {u"cmdIskontoKapat"_s, u"Kapat"_s, [](F &f) { f.m_iskontoCercevesi->hide(); }},
+    };
+    const auto buttons = ui::makeCommands(*this, dugmeler, m_iskontoCercevesi);
+    auto *iskontoDugmeleri = new QVBoxLayout;
+    for (QPushButton *b : buttons) {
+        iskontoDugmeleri->addWidget(b);
+    }
+    // "Kapat" stands apart at the foot.
+    iskontoDugmeleri->insertStretch(int(buttons.size()) - 1);
+    auto *il = new QHBoxLayout(m_iskontoCercevesi);
+    il->addWidget(m_indirimler, 1);
+    il->addLayout(iskontoDugmeleri);
+    m_iskontoCercevesi->setMaximumHeight(240);
+    m_iskontoCercevesi->hide();
+}
+
+void FrmAidatTanimlama::iskontoAcKapa()
+{
+    if (m_iskontoCercevesi->isVisible()) {
+        m_iskontoCercevesi->setMaximumHeight(240);
+        m_iskontoCercevesi->hide();
+        return;
+    }
+    IskontoGoster();
+    m_iskontoCercevesi->show();
+    m_indirimler->setFocus();
+}
+
+void FrmAidatTanimlama::taksitSayisiCikis()
+{
+    int n = 0;
+    if (!taksitSayisiOku(&n, false)) {
+        QPointer<QLineEdit> kutu(m_taksitSayisi);
+        QTimer::singleShot(0, this, [this, kutu] {
+            ui::notify(QStringLiteral("Dikkat"), s_taksitSayisiMesaji, ui::Icon::Warning, this);
+            if (kutu) {
+                kutu->setFocus(Qt::OtherFocusReason);
+                kutu->selectAll();
+            }
+        });
+    }
 }
 
 // ---- the list of definitions -------------------------------------------------------------

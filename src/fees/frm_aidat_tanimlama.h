@@ -3,6 +3,8 @@
 #include "fees/definitions.h"
 #include "ui/screen.h"
 
+#include <QList>
+
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -59,6 +61,17 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    struct BoxRow;
+    static const QList<BoxRow> &boxTable();
+    QGroupBox *makeListBox(const QString &format);
+    // The boxes of the open definition, made from the table, in their form.
+    QWidget *makeDefinitionBoxes(QWidget *parent);
+    QGroupBox *makePlanBox(const QString &format);
+    void makeDiscountFrame();
+
+    // "İskonto &Tanımlama": shows the discount frame, or hides it when it shows.
+    void iskontoAcKapa();
+    void taksitSayisiCikis();
     void listeSecimi(int row);
     void birimFiyatCikis();
     void ondalikDegisti();

@@ -4,17 +4,17 @@
 
 namespace fees {
 
-base::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket)
+base::Error rollBack(store::Transaction &tx, const store::Query &q, const QString &label)
 {
-    base::Error hata = q.error(etiket);
+    base::Error error = q.error(label);
     tx.rollback();
-    return hata;
+    return error;
 }
 
-base::Error etiketle(base::Error hata, const QString &etiket)
+base::Error relabeled(base::Error error, const QString &label)
 {
-    hata.label = etiket;
-    return hata;
+    error.label = label;
+    return error;
 }
 
 } // namespace fees

@@ -15,9 +15,10 @@ namespace fees {
 
 // A failed step inside a transaction: its error is taken, then the transaction is rolled back
 // at once, so that the statements still open are freed outside an aborted transaction.
-base::Error geriAl(store::Transaction &tx, const store::Query &q, const QString &etiket);
+base::Error rollBack(store::Transaction &tx, const store::Query &q, const QString &label);
 
-// An error of the transaction machinery, told under the operation's own label.
-base::Error etiketle(base::Error hata, const QString &etiket);
+// An error of the transaction machinery, told under the operation's own label in place of the
+// transaction's (base::Error::withLabel only fills a label that is missing).
+base::Error relabeled(base::Error error, const QString &label);
 
 } // namespace fees

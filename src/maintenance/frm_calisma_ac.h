@@ -5,7 +5,6 @@
 #include <QDialog>
 
 class QCheckBox;
-class QLineEdit;
 class QListWidget;
 class QRadioButton;
 
@@ -41,24 +40,6 @@ private:
     QRadioButton *m_optProjeAc = nullptr;
     QListWidget *m_lstRecent = nullptr;
     QCheckBox *m_chkBakim = nullptr;
-};
-
-// Names a new working year.
-class FrmYeniCalisma : public QDialog
-{
-    Q_OBJECT
-
-public:
-    explicit FrmYeniCalisma(store::Database &db, QWidget *parent = nullptr);
-
-    Calisma calisma() const { return m_calisma; }
-
-private:
-    void CalismaKaydet();
-
-    store::Database &m_db;
-    QLineEdit *m_ad = nullptr;
-    Calisma m_calisma;
 };
 
 } // namespace maintenance

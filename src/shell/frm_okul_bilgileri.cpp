@@ -1,11 +1,13 @@
 #include "shell/frm_okul_bilgileri.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "users/session.h"
 #include "base/turkish_text.h"
 #include "shell/working_month.h"
 #include "store/database.h"
+#include "store/schema.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
 #include "users/rights.h"
@@ -25,23 +27,18 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace shell {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-QLineEdit *edit(const QString &name, int size, QWidget *parent)
+// The size of a field of the school's row.
+int sabit(const QString &field)
 {
-    auto *e = new QLineEdit(parent);
-    e->setObjectName(name);
-    e->setMaxLength(size);
-    return e;
-}
-
-QCheckBox *check(const QString &name, const QString &caption, QWidget *parent)
-{
-    auto *c = new QCheckBox(caption, parent);
-    c->setObjectName(name);
-    return c;
+    return store::schema::textSize(store::Store::Year, u"Sabit"_s, field);
 }
 
 QString flag(const QCheckBox *c)
@@ -51,6 +48,115 @@ QString flag(const QCheckBox *c)
 
 } // namespace
 
+// A box of the screen: what it is, where it stands (its page or frame, and the row there) and
+// the member that keeps it.
+struct FrmOkulBilgileri::BoxRow
+{
+    ui::Box box;
+    Place place;
+    int row;
+    ui::BoxMember<FrmOkulBilgileri> member;
+};
+
+// The boxes in the order Tab goes through them; the school's texts are cut to their fields.
+const QList<FrmOkulBilgileri::BoxRow> &FrmOkulBilgileri::boxTable()
+{
+    using K = ui::BoxKind;
+    using F = FrmOkulBilgileri;
+    // clang-format off
+    static const QList<BoxRow> rows = {
+        {{u"txtOkulAdi"_s, u"Okul Adı :"_s, K::Text, sabit(u"OkulAdi"_s)}, Place::School, 0,
+         &F::m_okulAdi},
+        {{u"txtOkulIlAdi"_s, u"İl :"_s, K::Text, sabit(u"OkulIlAdi"_s)}, Place::School, 1,
+         &F::m_il},
+        {{u"txtOkulIlceAdi"_s, u"İlçe :"_s, K::Text, sabit(u"OkulIlceAdi"_s)}, Place::School, 2,
+         &F::m_ilce},
+        {{u"txtTelefon"_s, u"Telefon :"_s, K::Text, sabit(u"Telefon"_s)}, Place::School, 3,
+         &F::m_telefon},
+        {{u"txtBanka"_s, u"Banka :"_s, K::Text, sabit(u"Banka"_s)}, Place::School, 5, &F::m_banka},
+        {{u"txtResmiListeBaslik"_s, u"Resmi Liste Başlığı :"_s, K::Text,
+          sabit(u"ResmiListeBaslik"_s)},
+         Place::School, 6, &F::m_resmiBaslik},
+        {{u"txtAdres"_s, u"Adres :"_s, K::Memo}, Place::School, 4, &F::m_adres},
+        {{u"txtMersisNo"_s, u"Mersis No :"_s, K::Text, sabit(u"MersisNo"_s)}, Place::School, 7,
+         &F::m_mersis},
+        {{u"txtTicaretSicilNo"_s, u"Ticaret Sicil No :"_s, K::Text, sabit(u"TicaretSicilNo"_s)},
+         Place::School, 8, &F::m_ticaretSicil},
+        {{u"txtVergiSicilNo"_s, u"Vergi Sicil No :"_s, K::Text, sabit(u"VergiSicilNo"_s)},
+         Place::School, 10, &F::m_vergiSicil},
+        {{u"txtVergiDairesiAdi"_s, u"Vergi Dairesi :"_s, K::Text, sabit(u"VergiDairesiAdi"_s)},
+         Place::School, 9, &F::m_vergiDairesi},
+
+        {{u"CmbOgretimYili"_s, u"Öğretim Yılı :"_s, K::Typed, 9}, Place::Year, 0,
+         &F::m_ogretimYili},
+        {{u"CmbBasAy"_s, u"Başlangıç Ayı :"_s, K::Choice}, Place::Year, 1, &F::m_basAy},
+        {{u"CmbCariAy"_s, u"Cari Ay :"_s, K::Choice}, Place::Year, 2, &F::m_cariAy},
+        {{u"txtDonemBasTarihi"_s, u"Dönem Başlangıç Tarihi :"_s, K::Date}, Place::Year, 3,
+         &F::m_donemBas},
+        {{u"txtDonemBitTarihi"_s, u"Dönem Bitiş Tarihi :"_s, K::Date}, Place::Year, 4,
+         &F::m_donemBit},
+        {{u"CmbYuvarlama"_s, u"Taksit Yuvarlama :"_s, K::Typed, 0,
+          {u"0,01"_s, u"0,50"_s, u"1"_s, u"5"_s, u"10"_s, u"50"_s, u"100"_s}, {}, 0,
+          u"Taksit tutarları bu tutarın katlarına yuvarlanır; artan kısım ilk taksite eklenir."_s},
+         Place::Year, 5, &F::m_yuvarlama},
+        {{u"OpParaBirimi0"_s, u"TL"_s, K::Option}, Place::Year, 6, &F::m_paraTL},
+        {{u"OpParaBirimi1"_s, u"YTL"_s, K::Option}, Place::Year, 6, &F::m_paraYTL},
+        {{u"txtSonSenetNo"_s, u"Son Senet No :"_s, K::Number, 9, {}, {}, 120}, Place::Year, 7,
+         &F::m_sonSenet},
+        {{u"txtSonFaturaNo"_s, u"Son Fatura No :"_s, K::Number, 9, {}, {}, 120}, Place::Year, 8,
+         &F::m_sonFatura},
+        {{u"txtSonFisNo"_s, u"Son Fiş No :"_s, K::Number, 9, {}, {}, 120}, Place::Year, 9,
+         &F::m_sonFis},
+
+        {{u"chkOgrAOtoDeg"_s, u"Aidat tanımı değişince öğrencilerin aidatları da değişsin"_s,
+          K::Check},
+         Place::Options, 0, &F::m_ogrAOtoDeg},
+        {{u"chkTaksitKilitle"_s, u"Taksitler kilitlensin"_s, K::Check}, Place::Options, 1,
+         &F::m_taksitKilitle},
+        {{u"chkFisNoKilitle"_s, u"Fiş numarası kilitlensin"_s, K::Check}, Place::Options, 2,
+         &F::m_fisNoKilitle},
+        {{u"chkTaksitFatura"_s, u"Faturalar taksit bazında kesilsin"_s, K::Check}, Place::Options,
+         3, &F::m_taksitFatura},
+        {{u"chkOgrKayitSilinenRapordaGoster"_s,
+          u"Kaydı silinen öğrenciler raporlarda gösterilsin"_s, K::Check},
+         Place::Options, 4, &F::m_silinenRapordaGoster},
+
+        {{u"chkOkKilit"_s,
+          u"Cari durum ekranı salt okunur açılsın (değişiklikler yalnız fişle yapılır)"_s,
+          K::Check},
+         Place::Office, 0, &F::m_okKilit},
+        {{u"chkFisKilit"_s, u"Ödeme fişinin numarası elle değiştirilemesin"_s, K::Check},
+         Place::Office, 1, &F::m_fisKilit},
+        {{u"chkKasaAktar"_s, u"Ödemeler kasaya aktarılsın"_s, K::Check}, Place::Till, 0,
+         &F::m_kasaAktar},
+        {{u"txtKasaKod"_s, u"Kasa İşlem Kodu :"_s, K::Text, 3, {}, {}, 80}, Place::Till, 1,
+         &F::m_kasaKod},
+        {{u"chkKasaSor"_s, u"Her aktarmadan önce sorulsun"_s, K::Check}, Place::Till, 2,
+         &F::m_kasaSor},
+    };
+    // clang-format on
+    return rows;
+}
+
+QList<std::pair<ui::Box, QWidget *>> FrmOkulBilgileri::makeBoxes(Place place, QWidget *parent)
+{
+    QList<std::pair<int, std::pair<ui::Box, QWidget *>>> made;
+    for (const BoxRow &r : boxTable()) {
+        if (r.place == place) {
+            QWidget *box = ui::makeBox(r.box, parent);
+            ui::keepBox(*this, r.member, box);
+            made.append({r.row, {r.box, box}});
+        }
+    }
+    std::stable_sort(made.begin(), made.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    QList<std::pair<ui::Box, QWidget *>> boxes;
+    for (const auto &[row, box] : made) {
+        boxes.append(box);
+    }
+    return boxes;
+}
+
 FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
     : ui::Screen(QStringLiteral("FrmOkulBilgileri"), QStringLiteral("Okul Bilgileri"), parent)
     , m_db(db)
@@ -59,107 +165,43 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
 
     // ---- the school
     auto *okul = new QWidget(tabs);
-    m_okulAdi = edit(QStringLiteral("txtOkulAdi"), 100, okul);
-    m_il = edit(QStringLiteral("txtOkulIlAdi"), 50, okul);
-    m_ilce = edit(QStringLiteral("txtOkulIlceAdi"), 50, okul);
-    m_telefon = edit(QStringLiteral("txtTelefon"), 30, okul);
-    m_banka = edit(QStringLiteral("txtBanka"), 50, okul);
-    m_resmiBaslik = edit(QStringLiteral("txtResmiListeBaslik"), 100, okul);
-    m_adres = new QPlainTextEdit(okul);
-    m_adres->setObjectName(QStringLiteral("txtAdres"));
-    m_adres->setTabChangesFocus(true);
+    const QList<std::pair<ui::Box, QWidget *>> okulKutulari = makeBoxes(Place::School, okul);
     m_adres->setFixedHeight(m_adres->fontMetrics().lineSpacing() * 3 + 14);
-    m_mersis = edit(QStringLiteral("txtMersisNo"), 16, okul);
-    m_ticaretSicil = edit(QStringLiteral("txtTicaretSicilNo"), 16, okul);
-    m_vergiSicil = edit(QStringLiteral("txtVergiSicilNo"), 10, okul);
-    m_vergiDairesi = edit(QStringLiteral("txtVergiDairesiAdi"), 30, okul);
-    auto *of = new QFormLayout(okul);
-    of->addRow(QStringLiteral("Okul Adı :"), m_okulAdi);
-    of->addRow(QStringLiteral("İl :"), m_il);
-    of->addRow(QStringLiteral("İlçe :"), m_ilce);
-    of->addRow(QStringLiteral("Telefon :"), m_telefon);
-    of->addRow(QStringLiteral("Adres :"), m_adres);
-    of->addRow(QStringLiteral("Banka :"), m_banka);
-    of->addRow(QStringLiteral("Resmi Liste Başlığı :"), m_resmiBaslik);
-    of->addRow(QStringLiteral("Mersis No :"), m_mersis);
-    of->addRow(QStringLiteral("Ticaret Sicil No :"), m_ticaretSicil);
-    of->addRow(QStringLiteral("Vergi Dairesi :"), m_vergiDairesi);
-    of->addRow(QStringLiteral("Vergi Sicil No :"), m_vergiSicil);
+    ui::addFormRows(new QFormLayout(okul), okulKutulari);
     tabs->addTab(okul, QStringLiteral("&Okul"));
 
     // ---- the year and its options
     auto *donem = new QWidget(tabs);
-    m_ogretimYili = new QComboBox(donem);
-    m_ogretimYili->setObjectName(QStringLiteral("CmbOgretimYili"));
-    m_ogretimYili->setEditable(true);
-    m_ogretimYili->lineEdit()->setMaxLength(9);
+    QList<std::pair<ui::Box, QWidget *>> donemKutulari = makeBoxes(Place::Year, donem);
     const int thisYear = QDate::currentDate().year();
-    for (int y = thisYear - 6; y <= thisYear + 3; ++y)
+    for (int y = thisYear - 6; y <= thisYear + 3; ++y) {
         m_ogretimYili->addItem(QStringLiteral("%1-%2").arg(y).arg(y + 1));
-    m_basAy = new QComboBox(donem);
-    m_basAy->setObjectName(QStringLiteral("CmbBasAy"));
-    m_cariAy = new QComboBox(donem);
-    m_cariAy->setObjectName(QStringLiteral("CmbCariAy"));
-    m_donemBas = new ui::DateEdit(donem);
-    m_donemBas->setObjectName(QStringLiteral("txtDonemBasTarihi"));
-    m_donemBit = new ui::DateEdit(donem);
-    m_donemBit->setObjectName(QStringLiteral("txtDonemBitTarihi"));
-    m_yuvarlama = new QComboBox(donem);
-    m_yuvarlama->setObjectName(QStringLiteral("CmbYuvarlama"));
-    m_yuvarlama->setEditable(true);
-    for (const char *v : {"0,01", "0,50", "1", "5", "10", "50", "100"})
-        m_yuvarlama->addItem(QString::fromLatin1(v));
-    m_yuvarlama->setToolTip(QStringLiteral("Taksit tutarları bu tutarın katlarına yuvarlanır; "
-                                           "artan kısım ilk taksite eklenir."));
-    m_paraTL = new QRadioButton(QStringLiteral("TL"), donem);
-    m_paraTL->setObjectName(QStringLiteral("OpParaBirimi0"));
-    m_paraYTL = new QRadioButton(QStringLiteral("YTL"), donem);
-    m_paraYTL->setObjectName(QStringLiteral("OpParaBirimi1"));
+    }
+    donemKutulari.removeIf([](const auto &b) { return b.first.kind == ui::BoxKind::Option; });
+    auto *df = new QFormLayout;
+    ui::addFormRows(df, donemKutulari);
+    // The two currencies share the row under the rounding.
     auto *para = new QHBoxLayout;
     para->addWidget(m_paraTL);
     para->addWidget(m_paraYTL);
     para->addStretch();
-    m_sonSenet = edit(QStringLiteral("txtSonSenetNo"), 9, donem);
-    m_sonFatura = edit(QStringLiteral("txtSonFaturaNo"), 9, donem);
-    m_sonFis = edit(QStringLiteral("txtSonFisNo"), 9, donem);
-    for (QLineEdit *e : {m_sonSenet, m_sonFatura, m_sonFis}) {
-        e->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        e->setMaximumWidth(120);
-    }
-    auto *df = new QFormLayout;
-    df->addRow(QStringLiteral("Öğretim Yılı :"), m_ogretimYili);
-    df->addRow(QStringLiteral("Başlangıç Ayı :"), m_basAy);
-    df->addRow(QStringLiteral("Cari Ay :"), m_cariAy);
-    df->addRow(QStringLiteral("Dönem Başlangıç Tarihi :"), m_donemBas);
-    df->addRow(QStringLiteral("Dönem Bitiş Tarihi :"), m_donemBit);
-    df->addRow(QStringLiteral("Taksit Yuvarlama :"), m_yuvarlama);
-    df->addRow(QStringLiteral("Para Birimi :"), para);
-    df->addRow(QStringLiteral("Son Senet No :"), m_sonSenet);
-    df->addRow(QStringLiteral("Son Fatura No :"), m_sonFatura);
-    df->addRow(QStringLiteral("Son Fiş No :"), m_sonFis);
+    int yuvarlamaSatiri = 0;
+    df->getWidgetPosition(m_yuvarlama, &yuvarlamaSatiri, nullptr);
+    df->insertRow(yuvarlamaSatiri + 1, QStringLiteral("Para Birimi :"), para);
     auto *secenek = new QGroupBox(QStringLiteral("Seçenekler"), donem);
-    m_ogrAOtoDeg = check(QStringLiteral("chkOgrAOtoDeg"),
-                         QStringLiteral("Aidat tanımı değişince öğrencilerin aidatları da değişsin"),
-                         secenek);
-    m_taksitKilitle = check(QStringLiteral("chkTaksitKilitle"), QStringLiteral("Taksitler kilitlensin"), secenek);
-    m_fisNoKilitle = check(QStringLiteral("chkFisNoKilitle"), QStringLiteral("Fiş numarası kilitlensin"), secenek);
-    m_taksitFatura = check(QStringLiteral("chkTaksitFatura"), QStringLiteral("Faturalar taksit bazında kesilsin"), secenek);
+    const QList<std::pair<ui::Box, QWidget *>> secenekler = makeBoxes(Place::Options, secenek);
     m_taksitFaturaUyari = new QLabel(
         QStringLiteral(" UYARI : Bu şeçenek işaretlendiğinde fatura ve listelerde uyumsuzluklar olabilir"),
         secenek);
     m_taksitFaturaUyari->setObjectName(QStringLiteral("lblTaksitFaturaUyari"));
     m_taksitFaturaUyari->setStyleSheet(QStringLiteral("color: #b00020;"));
     m_taksitFaturaUyari->setWordWrap(true);
-    m_silinenRapordaGoster = check(QStringLiteral("chkOgrKayitSilinenRapordaGoster"),
-                                   QStringLiteral("Kaydı silinen öğrenciler raporlarda gösterilsin"),
-                                   secenek);
     auto *sv = new QVBoxLayout(secenek);
-    for (QWidget *w : {static_cast<QWidget *>(m_ogrAOtoDeg), static_cast<QWidget *>(m_taksitKilitle),
-                       static_cast<QWidget *>(m_fisNoKilitle), static_cast<QWidget *>(m_taksitFatura),
-                       static_cast<QWidget *>(m_taksitFaturaUyari),
-                       static_cast<QWidget *>(m_silinenRapordaGoster)}) {
-        sv->addWidget(w);
+    for (const auto &[box, widget] : secenekler) {
+        sv->addWidget(widget);
     }
+    // The warning stands under the choice it warns of.
+    sv->insertWidget(sv->indexOf(m_taksitFatura) + 1, m_taksitFaturaUyari);
     sv->addStretch();
     auto *dl = new QHBoxLayout(donem);
     dl->addLayout(df, 3);
@@ -195,36 +237,23 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
 
     // ---- the office switches
     auto *ofis = new QWidget(tabs);
-    m_okKilit = check(QStringLiteral("chkOkKilit"),
-                      QStringLiteral("Cari durum ekranı salt okunur açılsın (değişiklikler yalnız fişle "
-                                     "yapılır)"),
-                      ofis);
-    m_fisKilit = check(QStringLiteral("chkFisKilit"),
-                       QStringLiteral("Ödeme fişinin numarası elle değiştirilemesin"), ofis);
+    const QList<std::pair<ui::Box, QWidget *>> ofisKutulari = makeBoxes(Place::Office, ofis);
     auto *kasa = new QGroupBox(QStringLiteral("Ödemelerin Kasaya Aktarılması"), ofis);
-    m_kasaAktar = check(QStringLiteral("chkKasaAktar"), QStringLiteral("Ödemeler kasaya aktarılsın"), kasa);
-    m_kasaKod = edit(QStringLiteral("txtKasaKod"), 3, kasa);
-    m_kasaKod->setMaximumWidth(80);
-    m_kasaSor = check(QStringLiteral("chkKasaSor"), QStringLiteral("Her aktarmadan önce sorulsun"), kasa);
-    auto *kf = new QFormLayout(kasa);
-    kf->addRow(m_kasaAktar);
-    kf->addRow(QStringLiteral("Kasa İşlem Kodu :"), m_kasaKod);
-    kf->addRow(m_kasaSor);
+    const QList<std::pair<ui::Box, QWidget *>> kasaKutulari = makeBoxes(Place::Till, kasa);
+    ui::addFormRows(new QFormLayout(kasa), kasaKutulari);
     auto *ol = new QVBoxLayout(ofis);
     ol->addWidget(new QLabel(QStringLiteral("Bu ayarlar bütün iş istasyonlarında geçerlidir."), ofis));
-    ol->addWidget(m_okKilit);
-    ol->addWidget(m_fisKilit);
+    for (const auto &[box, widget] : ofisKutulari) {
+        ol->addWidget(widget);
+    }
     ol->addWidget(kasa);
     ol->addStretch();
     tabs->addTab(ofis, QStringLiteral("O&fis Ayarları"));
 
     // ---- commands
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *sil = new QPushButton(QStringLiteral("&Sil"), this);
-    sil->setObjectName(QStringLiteral("cmdSil"));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    auto *sil = ui::button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(sil);
     buttons->addStretch();
@@ -238,28 +267,31 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
     connect(sil, &QPushButton::clicked, this, &FrmOkulBilgileri::OkulbilgisiSil);
     connect(cikis, &QPushButton::clicked, this, &QWidget::close);
     connect(m_taksitFatura, &QCheckBox::toggled, m_taksitFaturaUyari, &QWidget::setVisible);
-    connect(m_ogretimYili, &QComboBox::currentTextChanged, this, [this](const QString &year) {
-        if (!QRegularExpression(QStringLiteral("^\\d{4}-\\d{4}$")).match(year).hasMatch())
-            return;
-        const QVariant bas = m_basAy->currentData();
-        const QVariant cari = m_cariAy->currentData();
-        fillMonths(year);
-        selectMonth(m_cariAy, QString::number(cari.toInt()));
-        if (m_row.kayitVar) {
-            selectMonth(m_basAy, QString::number(bas.toInt()));
-            return;
-        }
-        // A school not saved yet: the year's start and period follow the chosen school year.
-        const int first = year.left(4).toInt();
-        selectMonth(m_basAy, QString::number(first * 100 + 9));
-        m_donemBas->setDate(QDate(first, 9, 1));
-        m_donemBit->setDate(QDate(first + 1, 6, 30));
-    });
+    connect(m_ogretimYili, &QComboBox::currentTextChanged, this, &FrmOkulBilgileri::yearChosen);
 
     ui::moveWithEnter(this);
     OkulbilgisiGetir();
     watchForChanges(this);
     resize(760, 480);
+}
+
+void FrmOkulBilgileri::yearChosen(const QString &year)
+{
+    if (!QRegularExpression(QStringLiteral("^\\d{4}-\\d{4}$")).match(year).hasMatch())
+        return;
+    const QVariant bas = m_basAy->currentData();
+    const QVariant cari = m_cariAy->currentData();
+    fillMonths(year);
+    selectMonth(m_cariAy, QString::number(cari.toInt()));
+    if (m_row.kayitVar) {
+        selectMonth(m_basAy, QString::number(bas.toInt()));
+        return;
+    }
+    // A school not saved yet: the year's start and period follow the chosen school year.
+    const int first = year.left(4).toInt();
+    selectMonth(m_basAy, QString::number(first * 100 + 9));
+    m_donemBas->setDate(QDate(first, 9, 1));
+    m_donemBit->setDate(QDate(first + 1, 6, 30));
 }
 
 void FrmOkulBilgileri::fillMonths(const QString &ogretimYili)

@@ -3,6 +3,10 @@
 #include "maintenance/school.h"
 #include "ui/screen.h"
 
+#include <QList>
+
+#include <utility>
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -16,6 +20,7 @@ class Database;
 namespace ui {
 class DateEdit;
 class MoneyEdit;
+struct Box;
 } // namespace ui
 
 namespace shell {
@@ -36,6 +41,16 @@ protected:
     bool save() override { return OkulbilgisiKaydet(); }
 
 private:
+    // Where a box stands: a page, or a frame on a page.
+    enum class Place { School, Year, Options, Office, Till };
+    struct BoxRow;
+    static const QList<BoxRow> &boxTable();
+    // Makes the boxes of a place from the table, in its order, keeps each in its member, and
+    // gives them back in the order of their rows.
+    QList<std::pair<ui::Box, QWidget *>> makeBoxes(Place place, QWidget *parent);
+
+    // A school year chosen in its box: the months follow it.
+    void yearChosen(const QString &year);
     void fillMonths(const QString &ogretimYili);
     void selectMonth(QComboBox *combo, const QString &yyyymm);
     bool formToRow(maintenance::OkulBilgisi &row);

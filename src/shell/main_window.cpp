@@ -15,6 +15,7 @@
 #include "store/database.h"
 #include "store/migration.h"
 #include "ui/message.h"
+#include "users/frm_ilk_kullanici.h"
 #include "users/frm_sifre.h"
 #include "users/login.h"
 #include "users/rights.h"
@@ -504,9 +505,7 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
     if (!widget) {
         const users::Komut *k = users::KomutBul(tool);
         const QString caption = k && !k->caption.isEmpty() ? k->caption : screen;
-        ui::notify(QStringLiteral("Dikkat"),
-                   QStringLiteral("\"%1\" bölümü bu sürümde henüz hazır değil.").arg(caption),
-                   ui::Icon::Information, this);
+        ui::notReady(caption, this);
         return false;
     }
     QMdiSubWindow *sub = m_mdi->addSubWindow(widget);

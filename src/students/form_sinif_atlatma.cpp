@@ -1,10 +1,10 @@
 #include "students/form_sinif_atlatma.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
-#include "students/screen_parts.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
 #include "ui/message.h"
@@ -48,16 +48,12 @@ Form_Sinif_Atlatma::Form_Sinif_Atlatma(store::Database &db, QWidget *parent)
     });
     m_grid->horizontalHeader()->setStretchLastSection(true);
 
-    auto *goster = new QPushButton(QStringLiteral("Öğrenci Göster "), this);
-    goster->setObjectName(QStringLiteral("cmdGoster"));
-    auto *tumu = new QPushButton(QStringLiteral("Tümünü Seç"), this);
-    tumu->setObjectName(QStringLiteral("cmdTumunuSec"));
-    auto *hicbiri = new QPushButton(QStringLiteral("Tümünü Kaldır"), this);
-    hicbiri->setObjectName(QStringLiteral("cmdTumunuKaldir"));
-    auto *kaydet = new QPushButton(QStringLiteral("KAYDET"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *goster = ui::button(QStringLiteral("cmdGoster"), QStringLiteral("Öğrenci Göster "), this);
+    auto *tumu = ui::button(QStringLiteral("cmdTumunuSec"), QStringLiteral("Tümünü Seç"), this);
+    auto *hicbiri
+        = ui::button(QStringLiteral("cmdTumunuKaldir"), QStringLiteral("Tümünü Kaldır"), this);
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("KAYDET"), this);
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     m_durum = new QLabel(this);
     m_durum->setObjectName(QStringLiteral("lblDurum"));
 
@@ -84,7 +80,7 @@ Form_Sinif_Atlatma::Form_Sinif_Atlatma(store::Database &db, QWidget *parent)
     connect(tumu, &QPushButton::clicked, this, [this] { TumunuSec(true); });
     connect(hicbiri, &QPushButton::clicked, this, [this] { TumunuSec(false); });
     connect(kaydet, &QPushButton::clicked, this, [this] { Kaydet(); });
-    connect(cikis, &QPushButton::clicked, this, [this] { ekraniKapat(this); });
+    connect(cikis, &QPushButton::clicked, this, &ui::Screen::closeWindow);
 
     SinifDoldur();
 }

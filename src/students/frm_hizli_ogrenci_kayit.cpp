@@ -1,10 +1,10 @@
 #include "students/frm_hizli_ogrenci_kayit.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
-#include "students/screen_parts.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
 #include "ui/message.h"
@@ -80,12 +80,9 @@ FrmHizliOgrenciKayit::FrmHizliOgrenciKayit(store::Database &db, QWidget *parent)
     m_durum = new QLabel(this);
     m_durum->setObjectName(QStringLiteral("lblDurum"));
 
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *satirSil = new QPushButton(QStringLiteral("Satırı &Sil"), this);
-    satirSil->setObjectName(QStringLiteral("cmdSatirSil"));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    auto *satirSil = ui::button(QStringLiteral("cmdSatirSil"), QStringLiteral("Satırı &Sil"), this);
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(satirSil);
     buttons->addWidget(m_durum, 1);
@@ -108,7 +105,7 @@ FrmHizliOgrenciKayit::FrmHizliOgrenciKayit(store::Database &db, QWidget *parent)
             [this](const QModelIndex &current) { satiraGirildi(current.row()); });
     connect(kaydet, &QPushButton::clicked, this, [this] { Kaydet(); });
     connect(satirSil, &QPushButton::clicked, this, &FrmHizliOgrenciKayit::satirSil);
-    connect(cikis, &QPushButton::clicked, this, [this] { ekraniKapat(this); });
+    connect(cikis, &QPushButton::clicked, this, &ui::Screen::closeWindow);
 
     AlanBolumYabancidilCombo();
     m_grid->appendRow();

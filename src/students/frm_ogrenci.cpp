@@ -1,14 +1,14 @@
 #include "students/frm_ogrenci.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "ui/screen_registry.h"
 #include "users/session.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
-#include "store/schema.h"
+#include "students/frm_bilgi_degistir.h"
 #include "students/frm_ogrenci_list.h"
-#include "students/screen_parts.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
@@ -40,19 +40,9 @@
 
 namespace students {
 
+using namespace Qt::StringLiterals;
+
 namespace {
-
-const QString Ogr = QStringLiteral("Ogrenci");
-const QString Nufus = QStringLiteral("OgrenciNufus");
-const QString KardesSay = QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say");
-
-QPushButton *button(const QString &name, const QString &caption, QWidget *parent)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    b->setAutoDefault(false);
-    return b;
-}
 
 QLabel *amountLabel(const QString &name, QWidget *parent)
 {
@@ -81,57 +71,75 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     , m_db(db)
     , m_anaPencere(mainWindow)
 {
-    using K = Kutu;
-    // ---- the main frame
+    QGroupBox *ana = makeMainFrame();
+    QHBoxLayout *arama = makeSearchRow();
+
+    m_tabs = new QTabWidget(this);
+    m_tabs->setObjectName(QStringLiteral("SSTab1"));
+    m_tabs->addTab(makeAccountPage(), QStringLiteral("&Aylık Borç"));
+    m_tabs->addTab(makeFieldPage(Bolum::Veli, 3, m_tabs), QStringLiteral("&Veli Bilgileri"));
+    auto *anaBaba = new QWidget(m_tabs);
+    auto *anaBabaKutu = new QHBoxLayout(anaBaba);
+    anaBabaKutu->addWidget(makeParentGroup(QStringLiteral("ANNE BİLGİSİ"), Bolum::Anne, anaBaba));
+    anaBabaKutu->addWidget(makeParentGroup(QStringLiteral("BABA BİLGİSİ"), Bolum::Baba, anaBaba));
+    m_tabs->addTab(anaBaba, QStringLiteral("Ana Baba"));
+    m_tabs->addTab(makeFieldPage(Bolum::Nufus, 3, m_tabs), QStringLiteral(" &Nüfus Bilgileri"));
+    m_tabs->addTab(makeSiblingsPage(), QStringLiteral(" Kardeş Bilgileri"));
+    auto *ozel = new QWidget(m_tabs);
+    m_ozel = new QPlainTextEdit(ozel);
+    m_ozel->setObjectName(QStringLiteral("OzelBilgi"));
+    m_ozel->setTabChangesFocus(true);
+    auto *ozelKutu = new QVBoxLayout(ozel);
+    ozelKutu->addWidget(m_ozel);
+    m_tabs->addTab(ozel, QStringLiteral("Özel &Bilgiler"));
+
+    QHBoxLayout *komutlar = makeCommandRow();
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(ana);
+    layout->addLayout(arama);
+    layout->addWidget(m_tabs, 1);
+    layout->addLayout(komutlar);
+    resize(1080, 690);
+
+    COMBO_DOLDUR();
+    AlanBolumYabancidilCombo();
+
+    // ---- wiring
+    watchForChanges(this);
+    // The number is also how a student is looked up: typing it marks a shown student only.
+    disconnect(m_numara, &QLineEdit::textEdited, this, nullptr);
+    connect(m_numara, &QLineEdit::textEdited, this, [this] {
+        if (m_kayitId != 0) {
+            setDirty(true);
+        }
+    });
+    connect(m_kardesler, &ui::Grid::cellEdited, this, [this] { setDirty(true); });
+    for (QLineEdit *e : {m_numara, m_adi, m_soyadi}) {
+        connect(e, &QLineEdit::textChanged, this, &FrmOgrenci::kayitDurumu);
+    }
+    connect(m_cmdFotograf, &QPushButton::clicked, this, &FrmOgrenci::fotografAl);
+    connect(&ui::Bildirimler::instance(), &ui::Bildirimler::ogrenciDegisti, this,
+            &FrmOgrenci::baskasiDegistirdi);
+
+    ui::moveWithEnter(this);
+    // Installed after Enter's own filter, so that the number box sees its keys first.
+    for (QWidget *w : findChildren<QWidget *>()) {
+        w->installEventFilter(this);
+    }
+    m_kartNoAcik = users::KartNoGorebilir(m_db);
+    ekraniTemizle();
+}
+
+// ---- building the form ---------------------------------------------------------------------
+
+QGroupBox *FrmOgrenci::makeMainFrame()
+{
     auto *ana = new QGroupBox(QStringLiteral("[ Öğrenci Bilgileri ]"), this);
-    const QList<Alan> anaAlanlar = {
-        {Ogr, QStringLiteral("Ogr_Numarasi"), QStringLiteral("Öğrenci No :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Adi"), QStringLiteral("Adı :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Soyadi"), QStringLiteral("Soyadı :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Sinif"), QStringLiteral("Sınıfı :"), K::Liste},
-        {Ogr, QStringLiteral("Ogr_Bolumu"), QStringLiteral("Alan / Bölüm :"), K::Liste},
-        {Ogr, QStringLiteral("Ogr_YabanciDil"), QStringLiteral("Yabancı Dili :"), K::Liste},
-        {Ogr,
-         QStringLiteral("Ogr_Kayit_Turu"),
-         QStringLiteral("Kayıt Türü :"),
-         K::SabitListe,
-         {QStringLiteral("Yeni Kayıt"), QStringLiteral("Nakil Geldi"),
-          QStringLiteral("Kayıt Yenileme")}},
-        {Ogr, QStringLiteral("Ogr_Adres"), QStringLiteral("Adres :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Adres_PostaKodu"), QStringLiteral("Posta Kodu :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Semt"), QStringLiteral("Semt :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Il"), QStringLiteral("Şehir :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Telefon"), QStringLiteral("Telefon :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_CepTelefon"), QStringLiteral("Cep Telefonu :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Email"), QStringLiteral("e-mail :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Kayit_Tarihi"), QStringLiteral("Kayıt Tarihi :"), K::Tarih},
-        {Ogr, QStringLiteral("Ogr_Kayit_Silme_Tarihi"), QStringLiteral("Kayıt Silme Tarihi :"),
-         K::Tarih},
-        {Ogr, QStringLiteral("Ogr_TaahutNo"), QStringLiteral("Taahhütname No : "), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Muaf"), QStringLiteral("Muaf"), K::Onay},
-        {Ogr, QStringLiteral("Ogr_Ayrildi"), QStringLiteral("Ayrıldı"), K::Onay},
-    };
     auto *anaGrid = new QGridLayout;
     anaGrid->setHorizontalSpacing(8);
     anaGrid->setVerticalSpacing(4);
-    for (int i = 0; i < anaAlanlar.size(); ++i) {
-        const Alan &a = anaAlanlar.at(i);
-        QWidget *box = kutuYap(a, ana);
-        const int column = (i / 7) * 2;
-        const int row = i % 7;
-        if (a.kutu != K::Onay) {
-            auto *l = new QLabel(a.etiket, ana);
-            l->setBuddy(box);
-            anaGrid->addWidget(l, row, column);
-        }
-        anaGrid->addWidget(box, row, column + 1);
-    }
-    // "Muaf" and "Ayrıldı" share a row; the users who wrote the record come under them.
-    for (const QString &f : {QStringLiteral("Ogr_Muaf"), QStringLiteral("Ogr_Ayrildi")}) {
-        anaGrid->removeWidget(m_kutular.value(f));
-    }
-    anaGrid->addWidget(m_kutular.value(QStringLiteral("Ogr_Muaf")), 3, 4);
-    anaGrid->addWidget(m_kutular.value(QStringLiteral("Ogr_Ayrildi")), 3, 5);
+    placeFields(anaGrid, Bolum::Ogrenci, 3, ana);
+    // The users who wrote the record come under "Muaf" and "Ayrıldı".
     m_ilkKullanici = new QLabel(ana);
     m_ilkKullanici->setObjectName(QStringLiteral("lblIlkKullanici"));
     m_islemYapan = new QLabel(ana);
@@ -148,7 +156,6 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     anaGrid->setColumnStretch(5, 2);
 
     m_numara = qobject_cast<QLineEdit *>(m_kutular.value(QStringLiteral("Ogr_Numarasi")));
-    m_numara->setMaxLength(10);
     m_adi = qobject_cast<QLineEdit *>(m_kutular.value(QStringLiteral("Ogr_Adi")));
     m_soyadi = qobject_cast<QLineEdit *>(m_kutular.value(QStringLiteral("Ogr_Soyadi")));
     m_sinif = qobject_cast<QComboBox *>(m_kutular.value(QStringLiteral("Ogr_Sinif")));
@@ -172,7 +179,8 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
         resmiGoster();
         setDirty(true);
     });
-    m_cmdFotograf = button(QStringLiteral("cmdFotografAl"), QStringLiteral("&Fotoğraf Al"), ana);
+    m_cmdFotograf = ui::button(QStringLiteral("cmdFotografAl"), QStringLiteral("&Fotoğraf Al"),
+                               ana);
     auto *fotoKutu = new QVBoxLayout;
     fotoKutu->addWidget(m_foto, 0, Qt::AlignHCenter);
     fotoKutu->addWidget(m_cmdFotograf);
@@ -182,23 +190,27 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     anaKutu->addLayout(anaGrid, 1);
     anaKutu->addSpacing(8);
     anaKutu->addLayout(fotoKutu);
+    return ana;
+}
 
-    // ---- moving through the students
+QHBoxLayout *FrmOgrenci::makeSearchRow()
+{
     m_arama = new QComboBox(this);
     m_arama->setObjectName(QStringLiteral("cmbArama"));
     m_arama->addItems({QStringLiteral("Numaraya Göre"), QStringLiteral("Ada Göre"),
                        QStringLiteral("Soyada Göre"), QStringLiteral("Sınıfa Göre")});
-    auto *ilk = button(QStringLiteral("cmdIlk"), QStringLiteral("|< İlk"), this);
-    auto *onceki = button(QStringLiteral("cmdOnceki"), QStringLiteral("< Önceki"), this);
-    auto *sonraki = button(QStringLiteral("cmdSonraki"), QStringLiteral("Sonraki >"), this);
-    auto *son = button(QStringLiteral("cmdSon"), QStringLiteral("Son >|"), this);
-    ilk->setToolTip(QStringLiteral("Home"));
-    onceki->setToolTip(QStringLiteral("Page Up"));
-    sonraki->setToolTip(QStringLiteral("Page Down"));
-    son->setToolTip(QStringLiteral("End"));
-    auto *liste
-        = button(QStringLiteral("cmdListe"), QStringLiteral("Öğrenci &Listesi (F10)"), this);
-    auto *yeni = button(QStringLiteral("cmdYeni"), QStringLiteral("&Yeni Öğrenci"), this);
+    using F = FrmOgrenci;
+    // clang-format off
+    static const ui::Command<F> dugmeler[] = {
+        {u"cmdIlk"_s, u"|< İlk"_s, [](F &f) { f.OgrenciAra(Yon::Ilk); }, u"Home"_s},
+        {u"cmdOnceki"_s, u"< Önceki"_s, [](F &f) { f.OgrenciAra(Yon::Onceki); }, u"Page Up"_s},
+        {u"cmdSonraki"_s, u"Sonraki >"_s, [](F &f) { f.OgrenciAra(Yon::Sonraki); }, u"Page Down"_s},
+        {u"cmdSon"_s, u"Son >|"_s, [](F &f) { f.OgrenciAra(Yon::Son); }, u"End"_s},
+        {u"cmdListe"_s, u"Öğrenci &Listesi (F10)"_s, [](F &f) { f.listedenSec(); }},
+        {u"cmdYeni"_s, u"&Yeni Öğrenci"_s, [](F &f) { f.yeniOgrenci(); }},
+    };
+    // clang-format on
+    const auto [ilk, onceki, sonraki, son, liste, yeni] = ui::makeCommands(*this, dugmeler, this);
     auto *arama = new QHBoxLayout;
     arama->addWidget(new QLabel(QStringLiteral("Arama :"), this));
     arama->addWidget(m_arama);
@@ -209,12 +221,11 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     arama->addWidget(liste);
     arama->addStretch();
     arama->addWidget(yeni);
+    return arama;
+}
 
-    // ---- the tabs
-    m_tabs = new QTabWidget(this);
-    m_tabs->setObjectName(QStringLiteral("SSTab1"));
-
-    // "&Aylık Borç"
+QWidget *FrmOgrenci::makeAccountPage()
+{
     auto *borc = new QWidget(m_tabs);
     auto *buAy = new QGroupBox(QStringLiteral("[ Bu Ay Ödemesi Gereken ]"), borc);
     m_buAy = new ui::Grid(buAy);
@@ -246,26 +257,8 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     genelKutu->setRowStretch(3, 1);
 
     auto *hesap = new QGroupBox(borc);
-    const QList<Alan> hesapAlanlari = {
-        {Ogr, QStringLiteral("Ogr_CariHesap_Kodu"), QStringLiteral("Cari Hesap No"), K::Metin},
-        {Ogr,
-         QStringLiteral("Ogr_Ucret_Odeme_Turu"),
-         QStringLiteral("Ücret Ödeme Türü"),
-         K::SiraListe,
-         {QStringLiteral("Taksitli Ödeme"), QStringLiteral("Peşin Ödeme"),
-          QStringLiteral("Banka Kredisi (STS)")}},
-        {Ogr,
-         QStringLiteral("Ogr_EgitimDestekDurumu"),
-         QStringLiteral("Eğitim Destek Durumu"),
-         K::SiraListe,
-         {QStringLiteral("BAŞVURU YAPTI"), QStringLiteral("DESTEK ALIYOR"),
-          QStringLiteral("KABUL EDİLMEDİ")}},
-    };
     auto *hesapKutu = new QGridLayout(hesap);
-    for (int i = 0; i < hesapAlanlari.size(); ++i) {
-        hesapKutu->addWidget(new QLabel(hesapAlanlari.at(i).etiket, hesap), i, 0);
-        hesapKutu->addWidget(kutuYap(hesapAlanlari.at(i), hesap), i, 1);
-    }
+    placeFields(hesapKutu, Bolum::Hesap, 1, hesap);
     hesapKutu->setRowStretch(3, 1);
     auto *borcSag = new QVBoxLayout;
     borcSag->addWidget(genel);
@@ -273,107 +266,37 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
     auto *borcKutu = new QHBoxLayout(borc);
     borcKutu->addWidget(buAy, 3);
     borcKutu->addLayout(borcSag, 2);
-    m_tabs->addTab(borc, QStringLiteral("&Aylık Borç"));
+    return borc;
+}
 
-    // "&Veli Bilgileri"
-    const QList<Alan> veli = {
-        {Ogr, QStringLiteral("Ogr_Veli_Adi"), QStringLiteral("Adı :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Soyadi"), QStringLiteral("Soyadı :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Yakinlik"), QStringLiteral("Yakınlığı :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_MernisNo"), QStringLiteral("T.C.KimlikNo:"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Isi"), QStringLiteral("Mesleği :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Gorevi"), QStringLiteral("Görevi :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Isyeri"), QStringLiteral("İş Yeri :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Isyeri_SahibiMi"), QStringLiteral("İş Yeri Sahibi"),
-         K::Onay},
-        {Ogr, QStringLiteral("Ogr_Veli_Ev_Adresi"), QStringLiteral("Ev Adresi :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_EvAdres_PostaKodu"), QStringLiteral("Posta Kodu :"),
-         K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Ev_Telefon"), QStringLiteral("Ev Telefonu :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Is_Adresi"), QStringLiteral("İş Adresi :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_IsAdres_PostaKodu"), QStringLiteral("İş Posta Kodu :"),
-         K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Is_Telefon"), QStringLiteral("İş Telefonu :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_CepTelefon"), QStringLiteral("Cep Telefonu :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Email"), QStringLiteral("e-mail :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Fax"), QStringLiteral("Fax :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_Maas"), QStringLiteral("Maaşı :"), K::Para},
-        {Ogr, QStringLiteral("Ogr_Veli_KrediKarti"), QStringLiteral("K. Kartı No :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Veli_KK_SonGec"),
-         QStringLiteral("Kredi Kartı Son Geçerlilik Tarihi"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_FaturaAdiSoyadi"),
-         QStringLiteral("Faturanın Kesildiği Adı Soyadı :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_FaturaAdres"), QStringLiteral("Fatura Adresi :"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Diger_VergiAdi"), QStringLiteral("Vergi Dairesi Adı:"), K::Metin},
-        {Ogr, QStringLiteral("Ogr_Diger_vergiNo"), QStringLiteral("Vergi No :"), K::Metin},
-    };
-    m_tabs->addTab(alanlarSayfasi(veli, 3, m_tabs), QStringLiteral("&Veli Bilgileri"));
+QWidget *FrmOgrenci::makeFieldPage(Bolum bolum, int columns, QWidget *parent)
+{
+    auto *page = new QWidget(parent);
+    auto *grid = new QGridLayout(page);
+    grid->setVerticalSpacing(4);
+    const int rows = placeFields(grid, bolum, columns, page);
+    for (int column = 0; column < columns; ++column) {
+        grid->setColumnStretch(column * 2 + 1, 1);
+    }
+    grid->setRowStretch(rows, 1);
+    return page;
+}
 
-    // "Ana Baba"
-    auto *anaBaba = new QWidget(m_tabs);
-    auto *anaBabaKutu = new QHBoxLayout(anaBaba);
-    anaBabaKutu->addWidget(anaBabaGrubu(QStringLiteral("ANNE BİLGİSİ"), QStringLiteral("Ana"),
-                                        QStringLiteral("Ogr_Anne_Is_Adresi"), anaBaba));
-    anaBabaKutu->addWidget(anaBabaGrubu(QStringLiteral("BABA BİLGİSİ"), QStringLiteral("Baba"),
-                                        QStringLiteral("Ogr_Baba_Is_Adresi"), anaBaba));
-    m_tabs->addTab(anaBaba, QStringLiteral("Ana Baba"));
+QGroupBox *FrmOgrenci::makeParentGroup(const QString &title, Bolum bolum, QWidget *parent)
+{
+    auto *group = new QGroupBox(title, parent);
+    auto *inner = makeFieldPage(bolum, 2, group);
+    inner->layout()->setContentsMargins(0, 0, 0, 0);
+    auto *layout = new QVBoxLayout(group);
+    layout->addWidget(inner);
+    return group;
+}
 
-    // " &Nüfus Bilgileri"
-    const QList<Alan> nufus = {
-        {Nufus, QStringLiteral("Ogr_MernisNo"), QStringLiteral("T.C. Kimlik No :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Baba_Adi"), QStringLiteral("Baba Adı :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Ana_Adi"), QStringLiteral("Ana Adı :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Dogum_Yeri"), QStringLiteral("Doğum Yeri :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Dogum_Tarih"), QStringLiteral("Doğum Tarihi :"),
-         K::Tarih},
-        {Nufus,
-         QStringLiteral("Ogr_Nufus_Cinsiyet"),
-         QStringLiteral("Cinsiyeti :"),
-         K::SabitListe,
-         {QStringLiteral("ERKEK"), QStringLiteral("KIZ")}},
-        {Nufus,
-         QStringLiteral("Ogr_Nufus_Medeni_Hali"),
-         QStringLiteral("Medeni Hali :"),
-         K::SabitListe,
-         {QStringLiteral("BEKAR"), QStringLiteral("EVLİ")}},
-        {Nufus,
-         QStringLiteral("Ogr_Nufus_Kan_grubu"),
-         QStringLiteral("Kan Grubu :"),
-         K::SabitListe,
-         {QStringLiteral("A (RH+)"), QStringLiteral("A (RH-)"), QStringLiteral("B (RH+)"),
-          QStringLiteral("B (RH-)"), QStringLiteral("AB(RH+)"), QStringLiteral("AB(RH-)"),
-          QStringLiteral("0 (RH+)"), QStringLiteral("0 (RH-)")}},
-        {Nufus,
-         QStringLiteral("Ogr_Nufus_Dini"),
-         QStringLiteral("Dini :"),
-         K::SabitListe,
-         {QStringLiteral("İSLAM"), QStringLiteral("HRİSTİYAN"), QStringLiteral("MUSEVİ"),
-          QStringLiteral("DİĞER")}},
-        {Nufus, QStringLiteral("Ogr_Nufus_Uyrugu"), QStringLiteral("Uyruğu :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Ili"), QStringLiteral("İli :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Ilce"), QStringLiteral("İlçesi :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Mahalle_Koy"), QStringLiteral("Mahalle / Köy :"),
-         K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Cilt"), QStringLiteral("Cilt No :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Aile_Sira_No"), QStringLiteral("Aile Sıra No :"),
-         K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Sira_No"), QStringLiteral("Sıra No :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Kayit_No"), QStringLiteral("Kayıt No :"), K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Cuzdan_Seri_No"), QStringLiteral("Cüzdan Seri No :"),
-         K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Verildigi_Nufus"), QStringLiteral("Verildiği Yer :"),
-         K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Verilis_Nedeni"), QStringLiteral("Veriliş Nedeni :"),
-         K::Metin},
-        {Nufus, QStringLiteral("Ogr_Nufus_Veris_Tarihi"), QStringLiteral("Veriliş Tarihi :"),
-         K::Tarih},
-    };
-    m_tabs->addTab(alanlarSayfasi(nufus, 3, m_tabs), QStringLiteral(" &Nüfus Bilgileri"));
-
-    // " Kardeş Bilgileri"
+QWidget *FrmOgrenci::makeSiblingsPage()
+{
     auto *kardes = new QWidget(m_tabs);
     m_kardesSayisi = new QLineEdit(kardes);
-    m_kardesSayisi->setObjectName(KardesSay);
+    m_kardesSayisi->setObjectName(KardesSayisiAlani);
     m_kardesSayisi->setReadOnly(true);
     m_kardesSayisi->setMaximumWidth(60);
     m_kardesSayisi->setAlignment(Qt::AlignRight);
@@ -381,224 +304,146 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
                                               "yeniden sayılır."));
     m_kardesler = new ui::Grid(kardes);
     m_kardesler->setObjectName(QStringLiteral("grdKardesler"));
-    const QString kt = QStringLiteral("OgrenciKardesler");
-    auto size = [&kt](const char *f) {
-        return store::schema::textSize(store::Store::Year, kt, QString::fromLatin1(f));
-    };
-    m_kardesler->setColumns({
-        {QStringLiteral("Ad"), ui::ColumnKind::Text, 160, true, false, size("OgrKardesAd")},
-        {QStringLiteral("Soyad"), ui::ColumnKind::Text, 160, true, false, size("OgrKardesSoyad")},
-        {QStringLiteral("Okuduğu okul"), ui::ColumnKind::Text, 260, true, false,
-         size("OgrKardesOkul")},
-        {QStringLiteral("Sınıf"), ui::ColumnKind::Text, 80, true, false, size("OgrKardesSinif")},
-    });
+    const int widths[] = {160, 160, 260, 80};
+    QList<ui::GridColumn> columns;
+    for (int i = 0; i < 4; ++i) {
+        const KardesAlani &k = KardesAlanlari().at(i);
+        columns.append({k.etiket, ui::ColumnKind::Text, widths[i], true, false, k.boyut});
+    }
+    m_kardesler->setColumns(columns);
     m_kardesler->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
-    auto *kardesEkle
-        = button(QStringLiteral("cmdKardesEkle"), QStringLiteral("Kardeş Ekle"), kardes);
-    auto *kardesSil = button(QStringLiteral("cmdKardesSil"), QStringLiteral("Kardeş Sil"), kardes);
+    using F = FrmOgrenci;
+    static const ui::Command<F> dugmeler[] = {
+        {u"cmdKardesEkle"_s, u"Kardeş Ekle"_s, [](F &f) { f.kardesEkle(); }},
+        {u"cmdKardesSil"_s, u"Kardeş Sil"_s, [](F &f) { f.kardesSil(); }},
+    };
+    const auto [ekle, sil] = ui::makeCommands(*this, dugmeler, kardes);
     auto *kardesUst = new QHBoxLayout;
     kardesUst->addWidget(new QLabel(QStringLiteral("Okuyan Kardeş Sayısı :"), kardes));
     kardesUst->addWidget(m_kardesSayisi);
     kardesUst->addStretch();
-    kardesUst->addWidget(kardesEkle);
-    kardesUst->addWidget(kardesSil);
+    kardesUst->addWidget(ekle);
+    kardesUst->addWidget(sil);
     auto *kardesKutu = new QVBoxLayout(kardes);
     kardesKutu->addLayout(kardesUst);
     kardesKutu->addWidget(m_kardesler);
-    m_tabs->addTab(kardes, QStringLiteral(" Kardeş Bilgileri"));
+    return kardes;
+}
 
-    // "Özel &Bilgiler"
-    auto *ozel = new QWidget(m_tabs);
-    m_ozel = new QPlainTextEdit(ozel);
-    m_ozel->setObjectName(QStringLiteral("OzelBilgi"));
-    m_ozel->setTabChangesFocus(true);
-    auto *ozelKutu = new QVBoxLayout(ozel);
-    ozelKutu->addWidget(m_ozel);
-    m_tabs->addTab(ozel, QStringLiteral("Özel &Bilgiler"));
-
-    // ---- commands
-    m_cmdKaydet = button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
-    m_cmdSil = button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
-    m_cmdDegistir = button(QStringLiteral("cmdDegistir"),
-                           QStringLiteral("Numara Ad Soyad Sınıf &Değiştirme"), this);
-    m_cmdCariDurum
-        = button(QStringLiteral("cmdCariDurum"), QStringLiteral("&Cari Durum (F4)"), this);
-    auto *gecmis = button(QStringLiteral("cmdGecmisYil"),
-                          QStringLiteral("Öğrenci Geçmiş Yıl Aidatları (F2)"), this);
-    auto *sinifListesi
-        = button(QStringLiteral("cmdSinifListesi"), QStringLiteral("S&ınıf Listesi Göster"), this);
-    auto *cikis = button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
+QHBoxLayout *FrmOgrenci::makeCommandRow()
+{
+    using F = FrmOgrenci;
+    // clang-format off
+    static const ui::Command<F> dugmeler[] = {
+        {u"cmdKaydet"_s, u"K&aydet"_s, [](F &f) { f.OgrenciKaydet(); }, {}, &F::m_cmdKaydet},
+        {u"cmdSil"_s, u"&Sil"_s, [](F &f) { f.OgrenciSil(); }, {}, &F::m_cmdSil},
+        {u"cmdDegistir"_s, u"Numara Ad Soyad Sınıf &Değiştirme"_s,
+         [](F &f) { f.OgrenciBilgiDegistir(); }, {}, &F::m_cmdDegistir},
+        {u"cmdCariDurum"_s, u"&Cari Durum (F4)"_s, [](F &f) { f.cariDurum(); }, {},
+         &F::m_cmdCariDurum},
+        {u"cmdGecmisYil"_s, u"Öğrenci Geçmiş Yıl Aidatları (F2)"_s,
+         [](F &f) { f.gecmisYilAidatlari(); }},
+        {u"cmdSinifListesi"_s, u"S&ınıf Listesi Göster"_s,
+         [](F &f) { ui::notReady(u"Sınıf Listesi"_s, &f); }},
+        {u"cmdCikis"_s, u"Çı&kış"_s, [](F &f) { f.closeWindow(); }},
+    };
+    // clang-format on
+    const auto [kaydet, sil, degistir, cariDurum, gecmis, sinifListesi, cikis]
+        = ui::makeCommands(*this, dugmeler, this);
     auto *komutlar = new QHBoxLayout;
-    komutlar->addWidget(m_cmdSil);
-    komutlar->addWidget(m_cmdDegistir);
+    komutlar->addWidget(sil);
+    komutlar->addWidget(degistir);
     komutlar->addWidget(sinifListesi);
     komutlar->addStretch();
     komutlar->addWidget(gecmis);
-    komutlar->addWidget(m_cmdCariDurum);
+    komutlar->addWidget(cariDurum);
     komutlar->addSpacing(12);
-    komutlar->addWidget(m_cmdKaydet);
+    komutlar->addWidget(kaydet);
     komutlar->addWidget(cikis);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(ana);
-    layout->addLayout(arama);
-    layout->addWidget(m_tabs, 1);
-    layout->addLayout(komutlar);
-    resize(1080, 690);
-
-    COMBO_DOLDUR();
-    AlanBolumYabancidilCombo();
-
-    // ---- wiring
-    watchForChanges(this);
-    // The number is also how a student is looked up: typing it marks a shown student only.
-    disconnect(m_numara, &QLineEdit::textEdited, this, nullptr);
-    connect(m_numara, &QLineEdit::textEdited, this, [this] {
-        if (m_kayitId != 0) {
-            setDirty(true);
-        }
-    });
-    connect(m_kardesler, &ui::Grid::cellEdited, this, [this] { setDirty(true); });
-    for (QLineEdit *e : {m_numara, m_adi, m_soyadi}) {
-        connect(e, &QLineEdit::textChanged, this, &FrmOgrenci::kayitDurumu);
-    }
-    connect(m_cmdKaydet, &QPushButton::clicked, this, [this] { OgrenciKaydet(); });
-    connect(m_cmdSil, &QPushButton::clicked, this, &FrmOgrenci::OgrenciSil);
-    connect(m_cmdDegistir, &QPushButton::clicked, this, &FrmOgrenci::OgrenciBilgiDegistir);
-    connect(m_cmdCariDurum, &QPushButton::clicked, this, &FrmOgrenci::cariDurum);
-    connect(gecmis, &QPushButton::clicked, this, &FrmOgrenci::gecmisYilAidatlari);
-    connect(sinifListesi, &QPushButton::clicked, this,
-            [this] { hazirDegil(QStringLiteral("Sınıf Listesi"), this); });
-    connect(cikis, &QPushButton::clicked, this, [this] { ekraniKapat(this); });
-    connect(m_cmdFotograf, &QPushButton::clicked, this, &FrmOgrenci::fotografAl);
-    connect(kardesEkle, &QPushButton::clicked, this, &FrmOgrenci::kardesEkle);
-    connect(kardesSil, &QPushButton::clicked, this, &FrmOgrenci::kardesSil);
-    connect(ilk, &QPushButton::clicked, this, [this] { OgrenciAra(Yon::Ilk); });
-    connect(onceki, &QPushButton::clicked, this, [this] { OgrenciAra(Yon::Onceki); });
-    connect(sonraki, &QPushButton::clicked, this, [this] { OgrenciAra(Yon::Sonraki); });
-    connect(son, &QPushButton::clicked, this, [this] { OgrenciAra(Yon::Son); });
-    connect(liste, &QPushButton::clicked, this, &FrmOgrenci::listedenSec);
-    connect(yeni, &QPushButton::clicked, this, [this] {
-        if (askToSaveChanges()) {
-            ekraniTemizle();
-            m_numara->setFocus();
-        }
-    });
-
-    connect(&ui::Bildirimler::instance(), &ui::Bildirimler::ogrenciDegisti, this,
-            &FrmOgrenci::baskasiDegistirdi);
-
-    ui::moveWithEnter(this);
-    // Installed after Enter's own filter, so that the number box sees its keys first.
-    for (QWidget *w : findChildren<QWidget *>()) {
-        w->installEventFilter(this);
-    }
-    m_kartNoAcik = users::KartNoGorebilir(m_db);
-    ekraniTemizle();
+    return komutlar;
 }
 
-// ---- building the form ---------------------------------------------------------------------
-
-QWidget *FrmOgrenci::kutuYap(const Alan &a, QWidget *parent)
+int FrmOgrenci::placeFields(QGridLayout *grid, Bolum bolum, int columns, QWidget *parent)
 {
-    QWidget *w = nullptr;
-    switch (a.kutu) {
-    case Kutu::Metin: {
-        auto *e = new QLineEdit(parent);
-        ui::limitTo(e, store::schema::textSize(store::Store::Year, a.tablo, a.ad));
-        w = e;
+    QList<const OgrenciAlani *> alanlar;
+    for (const OgrenciAlani &a : OgrenciAlanTablosu()) {
+        if (a.bolum == bolum) {
+            alanlar << &a;
+        }
+    }
+    const int rows = int((alanlar.size() + columns - 1) / columns);
+    for (int i = 0; i < alanlar.size(); ++i) {
+        const OgrenciAlani &a = *alanlar.at(i);
+        QWidget *box = makeFieldBox(a, parent);
+        const int column = (i / rows) * 2;
+        const int row = i % rows;
+        if (a.giris != Giris::Onay) {
+            auto *l = new QLabel(a.etiket, parent);
+            l->setBuddy(box);
+            grid->addWidget(l, row, column);
+            grid->addWidget(box, row, column + 1);
+        } else if (i + 1 < alanlar.size() && alanlar.at(i + 1)->giris == Giris::Onay) {
+            // Two tick boxes share a row.
+            grid->addWidget(box, row, column);
+            grid->addWidget(makeFieldBox(*alanlar.at(++i), parent), row, column + 1);
+        } else {
+            grid->addWidget(box, row, column + 1);
+        }
+    }
+    return rows;
+}
+
+QWidget *FrmOgrenci::makeFieldBox(const OgrenciAlani &a, QWidget *parent)
+{
+    ui::Box box{a.ad, a.etiket};
+    switch (a.giris) {
+    case Giris::Metin:
+        box.kind = ui::BoxKind::Text;
+        box.size = a.boyut;
+        break;
+    case Giris::Tarih:
+        box.kind = ui::BoxKind::Date;
+        break;
+    case Giris::Para:
+        box.kind = ui::BoxKind::Money;
+        box.format = users::durum().ParaFormati;
+        break;
+    case Giris::Onay:
+        box.kind = ui::BoxKind::Check;
+        break;
+    case Giris::Liste:
+        box.kind = ui::BoxKind::Typed;
+        box.size = a.boyut;
+        break;
+    case Giris::SabitListe:
+    case Giris::SiraListe:
+        box.kind = ui::BoxKind::Choice;
+        box.items = QStringList{QString()} + a.secenekler;
         break;
     }
-    case Kutu::Tarih:
-        w = new ui::DateEdit(parent);
-        break;
-    case Kutu::Para: {
-        auto *m = new ui::MoneyEdit(parent);
-        m->setFormat(users::durum().ParaFormati);
-        w = m;
-        break;
+    QWidget *w = ui::makeBox(box, parent);
+    if (a.giris == Giris::Liste) {
+        // What is typed is kept in the box, not added to the values of the others.
+        qobject_cast<QComboBox *>(w)->setInsertPolicy(QComboBox::NoInsert);
     }
-    case Kutu::Onay:
-        w = new QCheckBox(a.etiket, parent);
-        break;
-    case Kutu::Liste: {
-        auto *c = new QComboBox(parent);
-        c->setEditable(true);
-        c->setInsertPolicy(QComboBox::NoInsert);
-        ui::limitTo(c->lineEdit(), store::schema::textSize(store::Store::Year, a.tablo, a.ad));
-        w = c;
-        break;
-    }
-    case Kutu::SabitListe:
-    case Kutu::SiraListe: {
-        auto *c = new QComboBox(parent);
-        c->addItem(QString());
-        c->addItems(a.liste);
-        w = c;
-        break;
-    }
-    }
-    w->setObjectName(a.ad);
     m_alanlar.insert(a.ad, a);
     m_kutular.insert(a.ad, w);
     return w;
 }
 
-QWidget *FrmOgrenci::alanlarSayfasi(const QList<Alan> &alanlar, int sutun, QWidget *parent)
+void FrmOgrenci::yeniOgrenci()
 {
-    auto *page = new QWidget(parent);
-    auto *grid = new QGridLayout(page);
-    grid->setVerticalSpacing(4);
-    const int rows = int((alanlar.size() + sutun - 1) / sutun);
-    for (int i = 0; i < alanlar.size(); ++i) {
-        const Alan &a = alanlar.at(i);
-        QWidget *box = kutuYap(a, page);
-        const int column = (i / rows) * 2;
-        const int row = i % rows;
-        if (a.kutu != Kutu::Onay) {
-            auto *l = new QLabel(a.etiket, page);
-            l->setBuddy(box);
-            grid->addWidget(l, row, column);
-        }
-        grid->addWidget(box, row, column + 1);
-        grid->setColumnStretch(column + 1, 1);
+    if (askToSaveChanges()) {
+        ekraniTemizle();
+        m_numara->setFocus();
     }
-    grid->setRowStretch(rows, 1);
-    return page;
-}
-
-QWidget *FrmOgrenci::anaBabaGrubu(const QString &baslik, const QString &kim,
-                                  const QString &isAdresi, QWidget *parent)
-{
-    const QString p = QStringLiteral("Ogr_") + kim + QLatin1Char('_');
-    const QList<Alan> alanlar = {
-        {Ogr, p + QStringLiteral("TcNo"), QStringLiteral("T.C. Kimlik No :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("Adi"), QStringLiteral("Adı :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("Soyadi"), QStringLiteral("Soyadı :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("Meslegi"), QStringLiteral("Mesleği :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("Gorevi"), QStringLiteral("Görevi :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("isYeri"), QStringLiteral("İş Yeri :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("isyeriSahibiMi"), QStringLiteral("İş Yeri Sahibi"), Kutu::Onay},
-        {Ogr, p + QStringLiteral("isTel"), QStringLiteral("İş Telefonu :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("EvTel"), QStringLiteral("Ev Telefonu :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("CepTel"), QStringLiteral("Cep Telefonu :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("Fax"), QStringLiteral("Fax :"), Kutu::Metin},
-        {Ogr, p + QStringLiteral("Email"), QStringLiteral("e-mail :"), Kutu::Metin},
-        {Ogr, isAdresi, QStringLiteral("İş Adresi :"), Kutu::Metin},
-    };
-    auto *group = new QGroupBox(baslik, parent);
-    auto *inner = alanlarSayfasi(alanlar, 2, group);
-    inner->layout()->setContentsMargins(0, 0, 0, 0);
-    auto *layout = new QVBoxLayout(group);
-    layout->addWidget(inner);
-    return group;
 }
 
 void FrmOgrenci::COMBO_DOLDUR()
 {
     // The fixed lists are made with their boxes; this only puts every one on its empty entry.
     for (auto it = m_alanlar.cbegin(); it != m_alanlar.cend(); ++it) {
-        if (it->kutu == Kutu::SabitListe || it->kutu == Kutu::SiraListe) {
+        if (it->giris == Giris::SabitListe || it->giris == Giris::SiraListe) {
             qobject_cast<QComboBox *>(m_kutular.value(it.key()))->setCurrentIndex(0);
         }
     }
@@ -627,32 +472,32 @@ void FrmOgrenci::AlanBolumYabancidilCombo()
 
 QVariant FrmOgrenci::kutuDegeri(const QString &alan) const
 {
-    const Alan a = m_alanlar.value(alan);
+    const OgrenciAlani a = m_alanlar.value(alan);
     QWidget *w = m_kutular.value(alan);
-    switch (a.kutu) {
-    case Kutu::Metin: {
+    switch (a.giris) {
+    case Giris::Metin: {
         const QString t = qobject_cast<QLineEdit *>(w)->text();
         if (alan == QLatin1String("Ogr_Numarasi")) {
             return base::TamSayiCoz(t).value_or(0);
         }
         return t;
     }
-    case Kutu::Tarih:
+    case Giris::Tarih:
         return static_cast<ui::DateEdit *>(w)->date();
-    case Kutu::Para:
+    case Giris::Para:
         return QVariant::fromValue(
             static_cast<ui::MoneyEdit *>(w)->value().value_or(base::Para()));
-    case Kutu::Onay: {
+    case Giris::Onay: {
         const bool on = qobject_cast<QCheckBox *>(w)->isChecked();
         if (alanTuru(a.tablo, alan) == AlanTuru::Metin) {
             return on ? QStringLiteral("1") : QStringLiteral("0");
         }
         return qint64(on ? 1 : 0);
     }
-    case Kutu::Liste:
-    case Kutu::SabitListe:
+    case Giris::Liste:
+    case Giris::SabitListe:
         return qobject_cast<QComboBox *>(w)->currentText();
-    case Kutu::SiraListe:
+    case Giris::SiraListe:
         return qint64(qMax(0, qobject_cast<QComboBox *>(w)->currentIndex()));
     }
     return QVariant();
@@ -660,13 +505,13 @@ QVariant FrmOgrenci::kutuDegeri(const QString &alan) const
 
 void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
 {
-    const Alan a = m_alanlar.value(alan);
+    const OgrenciAlani a = m_alanlar.value(alan);
     QWidget *w = m_kutular.value(alan);
     if (!w) {
         return;
     }
-    switch (a.kutu) {
-    case Kutu::Metin:
+    switch (a.giris) {
+    case Giris::Metin:
         if (alan == KartNoAlani) {
             // Those without the right see only the last four digits, and cannot change it.
             auto *box = qobject_cast<QLineEdit *>(w);
@@ -688,10 +533,10 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
             qobject_cast<QLineEdit *>(w)->setText(v.toString());
         }
         break;
-    case Kutu::Tarih:
+    case Giris::Tarih:
         static_cast<ui::DateEdit *>(w)->setDate(v.toDate());
         break;
-    case Kutu::Para: {
+    case Giris::Para: {
         const base::Para p = v.value<base::Para>();
         if (p.isZero()) {
             static_cast<ui::MoneyEdit *>(w)->clear();
@@ -700,13 +545,13 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
         }
         break;
     }
-    case Kutu::Onay:
+    case Giris::Onay:
         qobject_cast<QCheckBox *>(w)->setChecked(v.toString() == QLatin1String("1"));
         break;
-    case Kutu::Liste:
+    case Giris::Liste:
         qobject_cast<QComboBox *>(w)->setCurrentText(v.toString());
         break;
-    case Kutu::SabitListe: {
+    case Giris::SabitListe: {
         auto *c = qobject_cast<QComboBox *>(w);
         const QString t = v.toString();
         int i = t.isEmpty() ? 0 : c->findText(t, Qt::MatchExactly);
@@ -718,7 +563,7 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
         c->setCurrentIndex(i);
         break;
     }
-    case Kutu::SiraListe: {
+    case Giris::SiraListe: {
         auto *c = qobject_cast<QComboBox *>(w);
         const qint64 i = v.toLongLong();
         c->setCurrentIndex(i > 0 && i < c->count() ? int(i) : 0);
@@ -789,7 +634,7 @@ OgrenciKaydi FrmOgrenci::ekrandanKayit()
                                   m_kardesler->text(r, 2), m_kardesler->text(r, 3)});
     }
     kardesSayisiniYaz();
-    k.ogrenci.insert(KardesSay, qint64(m_kardesler->rowCount()));
+    k.ogrenci.insert(KardesSayisiAlani, qint64(m_kardesler->rowCount()));
     k.ozelBilgi = m_ozel->toPlainText();
     k.resim = m_resim;
     return k;
@@ -821,13 +666,13 @@ bool FrmOgrenci::girisleriDenetle()
     }
     for (auto it = m_alanlar.cbegin(); it != m_alanlar.cend(); ++it) {
         QWidget *w = m_kutular.value(it.key());
-        if (it->kutu == Kutu::Tarih && !static_cast<ui::DateEdit *>(w)->isAcceptable()) {
+        if (it->giris == Giris::Tarih && !static_cast<ui::DateEdit *>(w)->isAcceptable()) {
             return refuse(w, QStringLiteral("%1 alanına yazılan \"%2\" geçerli bir tarih değil. "
                                             "Lütfen tarihi gg.aa.yyyy biçiminde, takvimde bulunan "
                                             "bir gün olarak giriniz.")
                                  .arg(bare(it->etiket), static_cast<ui::DateEdit *>(w)->text()));
         }
-        if (it->kutu == Kutu::Para && !static_cast<ui::MoneyEdit *>(w)->isAcceptable()) {
+        if (it->giris == Giris::Para && !static_cast<ui::MoneyEdit *>(w)->isAcceptable()) {
             return refuse(w, QStringLiteral("%1 alanına yazılan \"%2\" geçerli bir tutar değil. "
                                             "Tutarı 1.250,50 biçiminde giriniz.")
                                  .arg(bare(it->etiket), static_cast<ui::MoneyEdit *>(w)->text()));
@@ -885,7 +730,7 @@ bool FrmOgrenci::OgrenciGoster(qint64 numara, bool kayitIdIle)
     for (const QString &f : NufusAlanlari()) {
         kutuyaYaz(f, k.nufus.value(f));
     }
-    m_kardesSayisi->setText(QString::number(k.ogrenci.value(KardesSay).toLongLong()));
+    m_kardesSayisi->setText(QString::number(k.ogrenci.value(KardesSayisiAlani).toLongLong()));
     for (const Kardes &s : k.kardesler) {
         const int r = m_kardesler->appendRow();
         m_kardesler->setValue(r, 0, s.ad);
@@ -1051,100 +896,9 @@ void FrmOgrenci::OgrenciBilgiDegistir()
     if (m_kayitId == 0 || !askToSaveChanges()) {
         return;
     }
-    QDialog panel(this);
-    panel.setObjectName(QStringLiteral("FrmBilgiDegistir"));
-    panel.setWindowTitle(QStringLiteral("Numara Ad Soyad Sınıf Değiştirme"));
-    const Kimlik eski = m_yuklenen;
-    const QStringList oldValues = {QString::number(eski.numara), eski.adi, eski.soyadi, eski.sinif};
-    const QStringList captions = {QStringLiteral("Öğrenci Numarası"), QStringLiteral("Adı"),
-                                  QStringLiteral("Soyadı"), QStringLiteral("Sınıfı")};
-    const QStringList newCaptions
-        = {QStringLiteral("Yeni Öğrenci Numarası"), QStringLiteral("Yeni Adı"),
-           QStringLiteral("Yeni Soyadı"), QStringLiteral("Yeni Sınıfı")};
-    const QStringList names = {QStringLiteral("txtYeniNumara"), QStringLiteral("txtYeniAdi"),
-                               QStringLiteral("txtYeniSoyadi"), QStringLiteral("txtYeniSinif")};
-    const QList<int> sizes = {10, 20, 20, 6};
-    auto *grid = new QGridLayout;
-    grid->addWidget(new QLabel(QStringLiteral("<b>Eski Bilgiler</b>"), &panel), 0, 1);
-    grid->addWidget(new QLabel(QStringLiteral("<b>Yeni Bilgiler</b>"), &panel), 0, 3);
-    QList<QLineEdit *> boxes;
-    for (int i = 0; i < 4; ++i) {
-        auto *old = new QLabel(oldValues.at(i), &panel);
-        old->setFrameShape(QFrame::StyledPanel);
-        old->setMinimumWidth(140);
-        auto *box = new QLineEdit(oldValues.at(i), &panel);
-        box->setObjectName(names.at(i));
-        box->setMaxLength(sizes.at(i));
-        box->setMinimumWidth(160);
-        grid->addWidget(new QLabel(captions.at(i) + QStringLiteral(" :"), &panel), i + 1, 0);
-        grid->addWidget(old, i + 1, 1);
-        grid->addWidget(new QLabel(newCaptions.at(i) + QStringLiteral(" :"), &panel), i + 1, 2);
-        grid->addWidget(box, i + 1, 3);
-        boxes << box;
-    }
-    auto *ok = button(QStringLiteral("cmdDegistir"), QStringLiteral("&Değiştir"), &panel);
-    auto *cancel = button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), &panel);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    auto *layout = new QVBoxLayout(&panel);
-    layout->addLayout(grid);
-    layout->addLayout(buttons);
-    ui::moveWithEnter(&panel);
-
-    bool changed = false;
-    connect(cancel, &QPushButton::clicked, &panel, &QDialog::reject);
-    connect(ok, &QPushButton::clicked, &panel, [&] {
-        for (int i = 0; i < 4; ++i) {
-            if (boxes.at(i)->text().trimmed().isEmpty()) {
-                ui::notify(
-                    QStringLiteral("Dikkat"),
-                    newCaptions.at(i)
-                        + QStringLiteral(" girilmedi. Lütfen bilgilerinizi eksiksiz giriniz."),
-                    ui::Icon::Warning, &panel);
-                boxes.at(i)->setFocus();
-                return;
-            }
-        }
-        const std::optional<qint64> n = base::TamSayiCoz(boxes.at(0)->text());
-        if (!n || !OgrenciNoGecerli(*n)) {
-            ui::notify(QStringLiteral("Dikkat"),
-                       QStringLiteral("\"%1\" geçerli bir öğrenci numarası değil. Yeni Öğrenci "
-                                      "Numarası olarak yalnız rakam giriniz.")
-                           .arg(boxes.at(0)->text().trimmed()),
-                       ui::Icon::Warning, &panel);
-            boxes.at(0)->setFocus();
-            return;
-        }
-        const Kimlik yeni{*n, boxes.at(1)->text().trimmed(), boxes.at(2)->text().trimmed(),
-                          boxes.at(3)->text().trimmed()};
-        if (yeni.numara == eski.numara && yeni.adi == eski.adi && yeni.soyadi == eski.soyadi
-            && yeni.sinif == eski.sinif) {
-            panel.accept();
-            return;
-        }
-        if (!ui::YazmaYetkisiVar()) {
-            return;
-        }
-        base::Result<int> r = students::OgrenciBilgiDegistir(m_db, m_kayitId, eski, yeni);
-        if (!r) {
-            ui::HataBildir(r.error());
-            return;
-        }
-        if (*r == 0) {
-            ui::notify(QStringLiteral("Dikkat"),
-                       QStringLiteral("Öğrencinin kayıtlı bilgileri bu arada değişmiş; değişiklik "
-                                      "yapılmadı."),
-                       ui::Icon::Warning, &panel);
-            panel.reject();
-            return;
-        }
-        changed = true;
-        panel.accept();
-    });
+    FrmBilgiDegistir panel(m_db, m_kayitId, m_yuklenen, this);
     panel.exec();
-    if (changed) {
+    if (panel.degisti()) {
         const qint64 key = m_kayitId;
         bildir(key, false);
         OgrenciGoster(key, true);
@@ -1265,7 +1019,7 @@ void FrmOgrenci::gecmisYilAidatlari()
                    ui::Icon::Warning, this);
         return;
     }
-    hazirDegil(QStringLiteral("Öğrenci Geçmiş Yıl Aidatları"), this);
+    ui::notReady(QStringLiteral("Öğrenci Geçmiş Yıl Aidatları"), this);
 }
 
 // ---- siblings and the photograph -------------------------------------------------------------

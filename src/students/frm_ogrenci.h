@@ -7,6 +7,9 @@
 
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
+class QGroupBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -54,20 +57,21 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class Kutu { Metin, Tarih, Para, Onay, Liste, SabitListe, SiraListe };
-    struct Alan
-    {
-        QString tablo;
-        QString ad;
-        QString etiket;
-        Kutu kutu = Kutu::Metin;
-        QStringList liste = {};
-    };
-
-    QWidget *kutuYap(const Alan &alan, QWidget *parent);
-    QWidget *alanlarSayfasi(const QList<Alan> &alanlar, int sutun, QWidget *parent);
-    QWidget *anaBabaGrubu(const QString &baslik, const QString &kim, const QString &isAdresi,
-                          QWidget *parent);
+    QGroupBox *makeMainFrame();
+    QHBoxLayout *makeSearchRow();
+    QWidget *makeAccountPage();
+    // A page of a part's fields in columns, each under its label.
+    QWidget *makeFieldPage(Bolum bolum, int columns, QWidget *parent);
+    QGroupBox *makeParentGroup(const QString &title, Bolum bolum, QWidget *parent);
+    QWidget *makeSiblingsPage();
+    QHBoxLayout *makeCommandRow();
+    // Lays the boxes of a part's fields out in columns, each under its label; a tick box takes
+    // its box's place, and two tick boxes that follow one another share a row. Gives the
+    // number of rows of a column.
+    int placeFields(QGridLayout *grid, Bolum bolum, int columns, QWidget *parent);
+    QWidget *makeFieldBox(const OgrenciAlani &alan, QWidget *parent);
+    // "&Yeni Öğrenci": empty boxes, after the question about unsaved changes.
+    void yeniOgrenci();
     void COMBO_DOLDUR();
     QVariant kutuDegeri(const QString &alan) const;
     void kutuyaYaz(const QString &alan, const QVariant &deger);
@@ -97,7 +101,7 @@ private:
     OgrenciKaydi m_kayit;
     QByteArray m_resim;
 
-    QHash<QString, Alan> m_alanlar;
+    QHash<QString, OgrenciAlani> m_alanlar;
     QHash<QString, QWidget *> m_kutular;
     QTabWidget *m_tabs = nullptr;
     QLineEdit *m_numara = nullptr;

@@ -1,5 +1,6 @@
 #include "students/frm_ogrenci_list.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/grid.h"
 
@@ -50,10 +51,8 @@ FrmOgrenciList::FrmOgrenciList(store::Database &db, QWidget *parent)
     m_grid->horizontalHeader()->setStretchLastSection(true);
     m_grid->installEventFilter(this);
 
-    auto *tamamButon = new QPushButton(QStringLiteral("&Tamam"), this);
-    tamamButon->setObjectName(QStringLiteral("cmdTamam"));
-    auto *iptal = new QPushButton(QStringLiteral("İ&ptal"), this);
-    iptal->setObjectName(QStringLiteral("cmdIptal"));
+    auto *tamamButon = ui::button(QStringLiteral("cmdTamam"), QStringLiteral("&Tamam"), this);
+    auto *iptal = ui::button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), this);
     // Enter belongs to the boxes and the list, never to a default button.
     for (QPushButton *b : {tamamButon, iptal}) {
         b->setAutoDefault(false);

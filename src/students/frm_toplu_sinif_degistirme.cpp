@@ -1,10 +1,10 @@
 #include "students/frm_toplu_sinif_degistirme.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
-#include "students/screen_parts.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
 #include "ui/message.h"
@@ -50,18 +50,15 @@ FrmTopluSinifDegistirme::FrmTopluSinifDegistirme(store::Database &db, QWidget *p
     });
     m_grid->horizontalHeader()->setSectionResizeMode(Soyad, QHeaderView::Stretch);
 
-    auto *goster = new QPushButton(QStringLiteral("Öğrenci &Göster"), this);
-    goster->setObjectName(QStringLiteral("cmdGoster"));
-    auto *isaretli = new QPushButton(QStringLiteral("Tümü İşaret&li"), this);
-    isaretli->setObjectName(QStringLiteral("cmdTumuIsaretli"));
-    auto *isaretsiz = new QPushButton(QStringLiteral("Tümü İşaretsi&z"), this);
-    isaretsiz->setObjectName(QStringLiteral("cmdTumuIsaretsiz"));
-    auto *tasi = new QPushButton(QStringLiteral("İşaretli Öğrencilere Yeni Sınıfı Taşı"), this);
-    tasi->setObjectName(QStringLiteral("cmdTasi"));
-    auto *kayit = new QPushButton(QStringLiteral("Ka&yıt"), this);
-    kayit->setObjectName(QStringLiteral("cmdKayit"));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *goster = ui::button(QStringLiteral("cmdGoster"), QStringLiteral("Öğrenci &Göster"), this);
+    auto *isaretli
+        = ui::button(QStringLiteral("cmdTumuIsaretli"), QStringLiteral("Tümü İşaret&li"), this);
+    auto *isaretsiz
+        = ui::button(QStringLiteral("cmdTumuIsaretsiz"), QStringLiteral("Tümü İşaretsi&z"), this);
+    auto *tasi = ui::button(QStringLiteral("cmdTasi"),
+                            QStringLiteral("İşaretli Öğrencilere Yeni Sınıfı Taşı"), this);
+    auto *kayit = ui::button(QStringLiteral("cmdKayit"), QStringLiteral("Ka&yıt"), this);
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     m_durum = new QLabel(this);
     m_durum->setObjectName(QStringLiteral("lblDurum"));
 
@@ -90,7 +87,7 @@ FrmTopluSinifDegistirme::FrmTopluSinifDegistirme(store::Database &db, QWidget *p
     connect(isaretsiz, &QPushButton::clicked, this, [this] { TumuIsaretli(false); });
     connect(tasi, &QPushButton::clicked, this, &FrmTopluSinifDegistirme::YeniSinifiTasi);
     connect(kayit, &QPushButton::clicked, this, [this] { Kayit(); });
-    connect(cikis, &QPushButton::clicked, this, [this] { ekraniKapat(this); });
+    connect(cikis, &QPushButton::clicked, this, &ui::Screen::closeWindow);
 
     SinifCombo();
 }

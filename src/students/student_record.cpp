@@ -86,16 +86,6 @@ QVariant fromStored(const store::Query &q, const QString &table, const QString &
     return QVariant();
 }
 
-QStringList parentFields(const QString &who)
-{
-    QStringList r;
-    for (const char *n : {"TcNo", "Adi", "Soyadi", "Meslegi", "Gorevi", "isYeri", "isyeriSahibiMi",
-                          "isTel", "EvTel", "Fax", "Email", "CepTel"}) {
-        r << QStringLiteral("Ogr_") + who + QLatin1Char('_') + QString::fromLatin1(n);
-    }
-    return r;
-}
-
 QStringList placeholders(int n)
 {
     QStringList r;
@@ -179,23 +169,20 @@ base::Status writeParts(store::Database &db, qint64 key, const OgrenciKaydi &k,
         if (!remove.exec()) {
             return remove.error(where);
         }
-        const QString kt = QStringLiteral("OgrenciKardesler");
-        auto size = [&kt](const char *f) {
-            return store::schema::textSize(store::Store::Year, kt, QString::fromLatin1(f));
-        };
+        const QList<KardesAlani> &kf = KardesAlanlari();
         for (const Kardes &s : k.kardesler) {
             if (s.ad.trimmed().isEmpty()) {
                 continue;
             }
             auto orDash = [](const QString &v) { return v.isEmpty() ? QStringLiteral("-") : v; };
-            store::Query insert(db, QStringLiteral("INSERT INTO OgrenciKardesler (OgrAnaNo, "
-                                                   "OgrKardesAd, OgrKardesSoyad, OgrKardesOkul, "
-                                                   "OgrKardesSinif) VALUES (?, ?, ?, ?, ?)"));
+            store::Query insert(db, QStringLiteral("INSERT INTO OgrenciKardesler (OgrAnaNo, %1, "
+                                                   "%2, %3, %4) VALUES (?, ?, ?, ?, ?)")
+                                        .arg(kf[0].ad, kf[1].ad, kf[2].ad, kf[3].ad));
             insert.bind(key)
-                .bind(stored(s.ad, size("OgrKardesAd")))
-                .bind(stored(s.soyad, size("OgrKardesSoyad")))
-                .bind(orDash(stored(s.okul, size("OgrKardesOkul"))))
-                .bind(orDash(stored(s.sinif, size("OgrKardesSinif"))));
+                .bind(stored(s.ad, kf[0].boyut))
+                .bind(stored(s.soyad, kf[1].boyut))
+                .bind(orDash(stored(s.okul, kf[2].boyut)))
+                .bind(orDash(stored(s.sinif, kf[3].boyut)));
             if (!insert.exec()) {
                 return insert.error(where);
             }
@@ -239,85 +226,6 @@ base::Status deleteAccounts(store::Database &db, qint64 key, bool invoices, cons
 }
 
 } // namespace
-
-const QStringList &OgrenciAlanlari()
-{
-    static const QStringList fields = [] {
-        QStringList r;
-        for (const char *n : {"Ogr_Diger_vergiNo",
-                              "Ogr_Diger_VergiAdi",
-                              "Ogr_Numarasi",
-                              "Ogr_Soyadi",
-                              "Ogr_Adi",
-                              "Ogr_Sinif",
-                              "Ogr_YabanciDil",
-                              "Ogr_Bolumu",
-                              "Ogr_Adres",
-                              "Ogr_Adres_PostaKodu",
-                              "Ogr_Semt",
-                              "Ogr_Il",
-                              "Ogr_Telefon",
-                              "Ogr_CepTelefon",
-                              "Ogr_Email",
-                              "Ogr_Veli_Soyadi",
-                              "Ogr_Veli_Adi",
-                              "Ogr_Veli_Yakinlik",
-                              "Ogr_Veli_Isi",
-                              "Ogr_Veli_Ev_Adresi",
-                              "Ogr_Veli_EvAdres_PostaKodu",
-                              "Ogr_Veli_Ev_Telefon",
-                              "Ogr_Veli_Is_Adresi",
-                              "Ogr_Veli_IsAdres_PostaKodu",
-                              "Ogr_Veli_Is_Telefon",
-                              "Ogr_Veli_Email",
-                              "Ogr_Veli_Fax",
-                              "Ogr_Veli_MernisNo",
-                              "Ogr_Veli_Gorevi",
-                              "Ogr_Veli_Isyeri",
-                              "Ogr_Veli_Isyeri_SahibiMi",
-                              "Ogr_Veli_CepTelefon",
-                              "Ogr_Okulda_Okuyan_Kardes_Say",
-                              "Ogr_Kayit_Tarihi",
-                              "Ogr_Kayit_Silme_Tarihi",
-                              "Ogr_Kayit_Turu",
-                              "Ogr_Ayrildi",
-                              "Ogr_Muaf",
-                              "Ogr_Veli_KrediKarti",
-                              "Ogr_Veli_KK_SonGec",
-                              "Ogr_TaahutNo",
-                              "Ogr_CariHesap_Kodu",
-                              "Ogr_Ucret_Odeme_Turu",
-                              "Ogr_EgitimDestekDurumu",
-                              "Ogr_FaturaAdiSoyadi",
-                              "Ogr_FaturaAdres",
-                              "Ogr_Veli_Maas"}) {
-            r << QString::fromLatin1(n);
-        }
-        r << parentFields(QStringLiteral("Ana")) << QStringLiteral("Ogr_Anne_Is_Adresi");
-        r << parentFields(QStringLiteral("Baba")) << QStringLiteral("Ogr_Baba_Is_Adresi");
-        return r;
-    }();
-    return fields;
-}
-
-const QStringList &NufusAlanlari()
-{
-    static const QStringList fields = [] {
-        QStringList r;
-        for (const char *n :
-             {"Ogr_Nufus_Baba_Adi",       "Ogr_Nufus_Ana_Adi",     "Ogr_Nufus_Dogum_Yeri",
-              "Ogr_Nufus_Dogum_Tarih",    "Ogr_Nufus_Cinsiyet",    "Ogr_Nufus_Medeni_Hali",
-              "Ogr_Nufus_Kan_grubu",      "Ogr_Nufus_Dini",        "Ogr_Nufus_Ili",
-              "Ogr_Nufus_Ilce",           "Ogr_Nufus_Mahalle_Koy", "Ogr_Nufus_Cilt",
-              "Ogr_Nufus_Aile_Sira_No",   "Ogr_Nufus_Sira_No",     "Ogr_Nufus_Verildigi_Nufus",
-              "Ogr_Nufus_Verilis_Nedeni", "Ogr_Nufus_Kayit_No",    "Ogr_Nufus_Cuzdan_Seri_No",
-              "Ogr_Nufus_Veris_Tarihi",   "Ogr_Nufus_Uyrugu",      "Ogr_MernisNo"}) {
-            r << QString::fromLatin1(n);
-        }
-        return r;
-    }();
-    return fields;
-}
 
 QString KodAciklamasi(const QString &alan, const QString &deger)
 {
@@ -430,9 +338,10 @@ base::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint64
         }
     }
     {
-        store::Query q(db,
-                       QStringLiteral("SELECT OgrKardesAd, OgrKardesSoyad, OgrKardesOkul, "
-                                      "OgrKardesSinif FROM OgrenciKardesler WHERE OgrAnaNo = ?"));
+        const QList<KardesAlani> &kf = KardesAlanlari();
+        store::Query q(db, QStringLiteral("SELECT %1, %2, %3, %4 FROM OgrenciKardesler WHERE "
+                                          "OgrAnaNo = ?")
+                               .arg(kf[0].ad, kf[1].ad, kf[2].ad, kf[3].ad));
         q.bind(kayitId);
         if (!q.exec()) {
             return q.error(where);

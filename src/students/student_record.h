@@ -2,6 +2,7 @@
 
 #include "base/para.h"
 #include "base/result.h"
+#include "students/student_fields.h"
 
 #include <QByteArray>
 #include <QDate>
@@ -20,12 +21,6 @@ class Database;
 // photograph, and the totals of his fee accounts. The student screen and every screen that
 // reaches a student go through these functions; none of them shows anything.
 namespace students {
-
-// The fields of Ogrenci that the student screen keeps, in the order of the table. The record
-// lock, the first user and the fields of other screens are not among them.
-const QStringList &OgrenciAlanlari();
-// The fields of OgrenciNufus that the screen keeps (Donem and the key aside).
-const QStringList &NufusAlanlari();
 
 // A field's kind as the store keeps it.
 enum class AlanTuru { Metin, Tarih, Para, Sayi };

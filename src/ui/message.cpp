@@ -116,4 +116,11 @@ bool askYesNo(const QString &title, const QString &text, QWidget *parent, Icon i
     return show(Message{title, text, icon, Buttons::YesNo}, parent) == Answer::Yes;
 }
 
+void notReady(const QString &caption, QWidget *parent)
+{
+    notify(QStringLiteral("Dikkat"),
+           QStringLiteral("\"%1\" bölümü bu sürümde henüz hazır değil.").arg(caption),
+           Icon::Information, parent);
+}
+
 } // namespace ui

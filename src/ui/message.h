@@ -45,5 +45,7 @@ bool askBeforeLosing(const QString &title, const QString &text, QWidget *parent 
 // A question: true for Yes.
 bool askYesNo(const QString &title, const QString &text, QWidget *parent = nullptr,
               Icon icon = Icon::Question);
+// Tells the operator that the part of the program a command leads to is not built yet.
+void notReady(const QString &caption, QWidget *parent = nullptr);
 
 } // namespace ui

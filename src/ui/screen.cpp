@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QTextEdit>
 
@@ -68,6 +69,14 @@ void Screen::setChangeQuestion(const QString &title, const QString &text)
 {
     m_questionTitle = title;
     m_questionText = text;
+}
+
+void Screen::closeWindow()
+{
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
+        sub->close();
+    else
+        close();
 }
 
 void Screen::closeEvent(QCloseEvent *event)

@@ -23,6 +23,8 @@ public:
     bool askToSaveChanges();
     // The screen's own wording of that question.
     void setChangeQuestion(const QString &title, const QString &text);
+    // Closes the screen together with the child window of the main window that holds it.
+    void closeWindow();
 
 signals:
     void titleChanged(const QString &title);

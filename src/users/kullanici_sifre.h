@@ -4,7 +4,6 @@
 #include "users/user_admin.h"
 
 class QLineEdit;
-class QListWidget;
 class QPushButton;
 
 namespace store {
@@ -58,27 +57,6 @@ private:
     QLineEdit *m_yeni1 = nullptr;
     QLineEdit *m_yeni2 = nullptr;
     bool m_filling = false;
-};
-
-// "Programa Giriş Şifresi Değiştirme": the small maintenance screen of the users table.
-class FrmProgramaGirisSifresiDegistirme : public ui::Screen
-{
-    Q_OBJECT
-
-public:
-    explicit FrmProgramaGirisSifresiDegistirme(store::Database &db, QWidget *parent = nullptr);
-
-    void KullaniciAdiYukle();
-
-private:
-    void CmdKaydet_Click();
-    void CmdSil_Click();
-
-    store::Database &m_db;
-    QListWidget *m_list = nullptr;
-    QLineEdit *m_ad = nullptr;
-    QLineEdit *m_sifre = nullptr;
-    QLineEdit *m_sifre2 = nullptr;
 };
 
 } // namespace users

@@ -1,5 +1,6 @@
-#include "users/frm_kullanici_sifre.h"
+#include "users/kullanici_sifre.h"
 
+#include "ui/boxes.h"
 #include "ui/failure.h"
 #include "store/database.h"
 #include "ui/grid.h"
@@ -16,7 +17,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -29,15 +29,6 @@ enum { KullaniciAdi = 0, Sifresi = 1, Kod = 2 };
 enum { HakAdi = 0, HakOkuma = 1, HakYazma = 2, HakAraci = 3 };
 
 const QString s_mask = QStringLiteral("••••••");
-
-QLineEdit *passwordBox(const QString &name, QWidget *parent)
-{
-    auto *e = new QLineEdit(parent);
-    e->setObjectName(name);
-    e->setEchoMode(QLineEdit::Password);
-    e->setMaxLength(50);
-    return e;
-}
 
 } // namespace
 
@@ -55,21 +46,18 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
     m_vaSpread1->horizontalHeader()->setSectionResizeMode(KullaniciAdi, QHeaderView::Stretch);
     m_vaSpread1->setMinimumWidth(300);
 
-    auto *ekle = new QPushButton(QStringLiteral("&EKLE"), this);
-    ekle->setObjectName(QStringLiteral("Command2"));
-    auto *sil = new QPushButton(QStringLiteral("&SİL"), this);
-    sil->setObjectName(QStringLiteral("Command1"));
+    auto *ekle = ui::button(QStringLiteral("Command2"), QStringLiteral("&EKLE"), this);
+    auto *sil = ui::button(QStringLiteral("Command1"), QStringLiteral("&SİL"), this);
     auto *userButtons = new QHBoxLayout;
     userButtons->addWidget(ekle);
     userButtons->addWidget(sil);
     userButtons->addStretch();
 
     auto *sifre = new QGroupBox(QStringLiteral("Şifre"), this);
-    m_eski = passwordBox(QStringLiteral("Txt_Eski"), sifre);
-    m_yeni1 = passwordBox(QStringLiteral("Txt_Yeni1"), sifre);
-    m_yeni2 = passwordBox(QStringLiteral("Txt_Yeni2"), sifre);
-    auto *degistir = new QPushButton(QStringLiteral("Şifreyi &Ver"), sifre);
-    degistir->setObjectName(QStringLiteral("Cmd_Ok"));
+    m_eski = ui::passwordBox(QStringLiteral("Txt_Eski"), sifre);
+    m_yeni1 = ui::passwordBox(QStringLiteral("Txt_Yeni1"), sifre);
+    m_yeni2 = ui::passwordBox(QStringLiteral("Txt_Yeni2"), sifre);
+    auto *degistir = ui::button(QStringLiteral("Cmd_Ok"), QStringLiteral("Şifreyi &Ver"), sifre);
     auto *sf = new QFormLayout(sifre);
     sf->addRow(QStringLiteral("Eski Şifre"), m_eski);
     sf->addRow(QStringLiteral("Yeni Şifre"), m_yeni1);
@@ -89,10 +77,8 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
                              ui::GridColumn{QStringLiteral("Yazma"), ui::ColumnKind::Check, 56},
                              ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false}});
     m_vaSpread2->horizontalHeader()->setSectionResizeMode(HakAdi, QHeaderView::Stretch);
-    m_okuma = new QPushButton(QStringLiteral("&Okuma İşaretli  "), this);
-    m_okuma->setObjectName(QStringLiteral("Command3"));
-    m_yazma = new QPushButton(QStringLiteral("Ya&zma İşaretli  "), this);
-    m_yazma->setObjectName(QStringLiteral("Command4"));
+    m_okuma = ui::button(QStringLiteral("Command3"), QStringLiteral("&Okuma İşaretli  "), this);
+    m_yazma = ui::button(QStringLiteral("Command4"), QStringLiteral("Ya&zma İşaretli  "), this);
     auto *toggles = new QHBoxLayout;
     toggles->addWidget(m_okuma);
     toggles->addWidget(m_yazma);
@@ -102,14 +88,12 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
     right->addWidget(m_vaSpread2, 1);
     right->addLayout(toggles);
 
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *kilit = new QPushButton(QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
-    kilit->setObjectName(QStringLiteral("cmdKilitKaldir"));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
+    auto *kilit = ui::button(QStringLiteral("cmdKilitKaldir"),
+                             QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
     kilit->setToolTip(QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
                                      "işlem işaretlerini kaldırır."));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    cikis->setObjectName(QStringLiteral("cmdCikis"));
+    auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(kilit);
     bottom->addStretch();
@@ -381,120 +365,6 @@ void Kullanici_Sifre::KilitleriKaldir()
     }
     ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Öğrenciler üzerindeki işlem işaretleri kaldırıldı."),
                ui::Icon::Information, this);
-}
-
-// ---- FrmProgramaGirisSifresiDegistirme -----------------------------------------------------
-
-FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Database &db, QWidget *parent)
-    : ui::Screen(QStringLiteral("FrmProgramaGirisSifresiDegistirme"),
-                 QStringLiteral("Programa Giriş Şifresi Değiştirme"), parent)
-    , m_db(db)
-{
-    m_list = new QListWidget(this);
-    m_list->setObjectName(QStringLiteral("ListUsername"));
-    m_ad = new QLineEdit(this);
-    m_ad->setObjectName(QStringLiteral("txtUsername"));
-    m_ad->setMaxLength(50);
-    m_sifre = passwordBox(QStringLiteral("txtPassword"), this);
-    m_sifre2 = passwordBox(QStringLiteral("txtPassword2"), this);
-    auto *form = new QFormLayout;
-    form->addRow(QStringLiteral("Kullanıcı Adı :"), m_ad);
-    form->addRow(QStringLiteral("Yeni Şifre :"), m_sifre);
-    form->addRow(QStringLiteral("Yeni Şifre (Tekrar) :"), m_sifre2);
-    auto *kaydet = new QPushButton(QStringLiteral("K&aydet"), this);
-    kaydet->setObjectName(QStringLiteral("cmdKaydet"));
-    auto *sil = new QPushButton(QStringLiteral("&Sil"), this);
-    sil->setObjectName(QStringLiteral("cmdSil"));
-    auto *cikis = new QPushButton(QStringLiteral("Çı&kış"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(sil);
-    buttons->addStretch();
-    buttons->addWidget(kaydet);
-    buttons->addWidget(cikis);
-    auto *side = new QVBoxLayout;
-    side->addLayout(form);
-    side->addWidget(new QLabel(QStringLiteral("Kayıtlı şifreler gösterilmez; yeni şifreyi iki kez "
-                                              "yazarak verebilirsiniz."),
-                               this));
-    side->addStretch();
-    auto *top = new QHBoxLayout;
-    top->addWidget(m_list, 1);
-    top->addLayout(side, 2);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(top);
-    layout->addLayout(buttons);
-    resize(620, 340);
-    ui::moveWithEnter(this);
-    connect(m_list, &QListWidget::currentTextChanged, this, [this](const QString &name) {
-        m_ad->setText(name);
-        m_sifre->clear();
-        m_sifre2->clear();
-    });
-    connect(kaydet, &QPushButton::clicked, this, &FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click);
-    connect(sil, &QPushButton::clicked, this, &FrmProgramaGirisSifresiDegistirme::CmdSil_Click);
-    connect(cikis, &QPushButton::clicked, this, &QWidget::close);
-    KullaniciAdiYukle();
-}
-
-void FrmProgramaGirisSifresiDegistirme::KullaniciAdiYukle()
-{
-    base::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
-    if (!users) {
-        ui::HataBildir(users.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:KullaniciAdiYukle")));
-        return;
-    }
-    m_list->clear();
-    // Each name keeps the form table Sifre holds it in, so that a name scrambled on the old
-    // program's other provider is found again.
-    for (const KullaniciSatiri &u : std::as_const(*users)) {
-        auto *item = new QListWidgetItem(u.ad, m_list);
-        item->setData(Qt::UserRole, u.kod);
-    }
-    if (users->isEmpty()) {
-        ui::notify(QStringLiteral("UYARI"),
-                   QStringLiteral("Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı "
-                                  "tanımlayınız."),
-                   ui::Icon::Warning, this);
-    }
-}
-
-void FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click()
-{
-    const QString ad = m_ad->text();
-    if (ad.trimmed().isEmpty())
-        return;
-    if (!ui::YazmaYetkisiVar())
-        return;
-    if (m_sifre->text() != m_sifre2->text()) {
-        ui::notify(QStringLiteral("Uyarı"), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."),
-                   ui::Icon::Warning, this);
-        return;
-    }
-    if (base::Status s = KullaniciKaydet(m_db, ad, m_sifre->text()); !s) {
-        ui::HataBildir(s.error());
-        return;
-    }
-    m_sifre->clear();
-    m_sifre2->clear();
-    KullaniciAdiYukle();
-}
-
-void FrmProgramaGirisSifresiDegistirme::CmdSil_Click()
-{
-    const QString ad = m_ad->text();
-    if (ad.trimmed().isEmpty() || !ui::YazmaYetkisiVar())
-        return;
-    QString kod = Sifrele(ad).value_or(QString());
-    for (int i = 0; i < m_list->count(); ++i) {
-        if (m_list->item(i)->text() == ad)
-            kod = m_list->item(i)->data(Qt::UserRole).toString();
-    }
-    if (base::Status s = KullaniciSil(m_db, kod); !s) {
-        ui::HataBildir(s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
-        return;
-    }
-    m_ad->clear();
-    KullaniciAdiYukle();
 }
 
 } // namespace users
