@@ -6,13 +6,13 @@
 // Usage: bench_startup [students]  (offscreen unless QT_QPA_PLATFORM says otherwise)
 #include "generate.h"
 
+#include "maintenance/school.h"
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "maintenance/school.h"
-#include "users/session.h"
 #include "store/migration.h"
 #include "ui/message.h"
 #include "users/login.h"
+#include "users/session.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -94,12 +94,17 @@ int main(int argc, char *argv[])
                 return;
             if (modal->objectName() == QLatin1String("FrmSifre") && loginShown < 0) {
                 loginShown = t.nsecsElapsed() / 1e6;
-                modal->findChild<QLineEdit *>(QStringLiteral("txtKullaniciAdi"))->setText(QStringLiteral("muhasebe"));
-                modal->findChild<QLineEdit *>(QStringLiteral("txtSifre"))->setText(QStringLiteral("gizli"));
+                modal->findChild<QLineEdit *>(QStringLiteral("txtKullaniciAdi"))
+                    ->setText(QStringLiteral("muhasebe"));
+                modal->findChild<QLineEdit *>(QStringLiteral("txtSifre"))
+                    ->setText(QStringLiteral("gizli"));
                 afterLogin.start();
-                QTimer::singleShot(0, modal->findChild<QAbstractButton *>(QStringLiteral("CmdOk")), &QAbstractButton::click);
+                QTimer::singleShot(0, modal->findChild<QAbstractButton *>(QStringLiteral("CmdOk")),
+                                   &QAbstractButton::click);
             } else if (modal->objectName() == QLatin1String("frmCalismaAc")) {
-                QTimer::singleShot(0, modal->findChild<QAbstractButton *>(QStringLiteral("cmdTamam")), &QAbstractButton::click);
+                QTimer::singleShot(0,
+                                   modal->findChild<QAbstractButton *>(QStringLiteral("cmdTamam")),
+                                   &QAbstractButton::click);
             }
         });
         poll.start();
@@ -120,7 +125,8 @@ int main(int argc, char *argv[])
     std::printf("login to the main window, year open: %.1f ms (median of 7, %d students)\n",
                 median(toMain), students);
 
-    const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/../src/app/zerna-vortel");
+    const QString program
+        = QCoreApplication::applicationDirPath() + QStringLiteral("/../src/app/zerna-vortel");
     std::vector<double> launch;
     for (int i = 0; i < 5; ++i) {
         QElapsedTimer t;
@@ -132,6 +138,7 @@ int main(int argc, char *argv[])
         launch.push_back(t.nsecsElapsed() / 1e6);
     }
     if (!launch.empty())
-        std::printf("launching the program binary        : %.1f ms (median of 5)\n", median(launch));
+        std::printf("launching the program binary        : %.1f ms (median of 5)\n",
+                    median(launch));
     return 0;
 }

@@ -64,8 +64,10 @@ void run(const ConnectionSettings &settings, const QString &engineName, int stud
             return;
         noop.push_back(t.nsecsElapsed() / 1e6);
     }
-    out << QStringLiteral("create + migrate a year        : %1 ms (median of 5)\n").arg(median(create), 0, 'f', 1);
-    out << QStringLiteral("open an up-to-date year (empty): %1 ms (median of 20)\n").arg(median(noop), 0, 'f', 1);
+    out << QStringLiteral("create + migrate a year        : %1 ms (median of 5)\n")
+               .arg(median(create), 0, 'f', 1);
+    out << QStringLiteral("open an up-to-date year (empty): %1 ms (median of 20)\n")
+               .arg(median(noop), 0, 'f', 1);
 
     db.selectYear(9);
     if (!openYear(db, 9))
@@ -78,9 +80,12 @@ void run(const ConnectionSettings &settings, const QString &engineName, int stud
     }
     // What the server's autovacuum does soon after a load of this size: statistics for the planner.
     if (db.engine() == Engine::PostgreSQL)
-        (void) db.exec(QStringLiteral("ANALYZE"));
+        (void)db.exec(QStringLiteral("ANALYZE"));
     out << QStringLiteral("generated %1 students, %2 installments, %3 payments in %4 s\n")
-               .arg(students).arg(students * 20).arg(students * 10).arg(g.elapsed() / 1000.0, 0, 'f', 1);
+               .arg(students)
+               .arg(students * 20)
+               .arg(students * 10)
+               .arg(g.elapsed() / 1000.0, 0, 'f', 1);
     std::vector<double> full;
     for (int i = 0; i < 10; ++i) {
         DatabaseKapat(db);
@@ -91,15 +96,17 @@ void run(const ConnectionSettings &settings, const QString &engineName, int stud
         full.push_back(t.nsecsElapsed() / 1e6);
     }
     out << QStringLiteral("open an up-to-date year (%1 students): %2 ms (median of 10)\n")
-               .arg(students).arg(median(full), 0, 'f', 1);
+               .arg(students)
+               .arg(median(full), 0, 'f', 1);
 
     std::vector<double> balance;
     for (int i = 0; i < 200; ++i) {
         QElapsedTimer t;
         t.start();
-        Query q(db, QStringLiteral("SELECT (SELECT sum(Odenecek) FROM OgrenciAidatDetay D WHERE D.KayitID "
-                                   "= T.KayitID), (SELECT sum(Odenen) FROM OgrenciAidatOdeme O WHERE "
-                                   "O.KayitID = T.KayitID) FROM OgrenciAidatTanim T WHERE T.OgrKayitID = ?"));
+        Query q(db, QStringLiteral(
+                        "SELECT (SELECT sum(Odenecek) FROM OgrenciAidatDetay D WHERE D.KayitID "
+                        "= T.KayitID), (SELECT sum(Odenen) FROM OgrenciAidatOdeme O WHERE "
+                        "O.KayitID = T.KayitID) FROM OgrenciAidatTanim T WHERE T.OgrKayitID = ?"));
         q.bind((i * 37) % students + 1);
         if (!q.exec())
             return;
@@ -108,7 +115,8 @@ void run(const ConnectionSettings &settings, const QString &engineName, int stud
         balance.push_back(t.nsecsElapsed() / 1e6);
     }
     out << QStringLiteral("balance of one student among %1: %2 ms (median of 200)\n")
-               .arg(students).arg(median(balance), 0, 'f', 3);
+               .arg(students)
+               .arg(median(balance), 0, 'f', 3);
     out.flush();
 }
 

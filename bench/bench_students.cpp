@@ -9,13 +9,13 @@
 // Usage: bench_students [students]   (PostgreSQL too when VORTEL_TEST_PG names a server)
 #include "generate.h"
 
-#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "students/frm_ogrenci.h"
 #include "students/frm_ogrenci_list.h"
 #include "ui/grid.h"
 #include "ui/message.h"
+#include "users/session.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -83,7 +83,10 @@ public:
     Para &operator-=(Para other);
 
     friend constexpr bool operator==(Para a, Para b) { return a.m_raw == b.m_raw; }
-    friend constexpr std::strong_ordering operator<=>(Para a, Para b) { return a.m_raw <=> b.m_raw; }
+    friend constexpr std::strong_ordering operator<=>(Para a, Para b)
+    {
+        return a.m_raw <=> b.m_raw;
+    }
 
     // Rounded to `places` decimals (0 to 4); marked when rounding away leaves the range.
     Para rounded(int places, RoundingMode mode = RoundingMode::HalfAwayFromZero) const;

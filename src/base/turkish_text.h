@@ -49,7 +49,7 @@ QString SayiyiYaziya(const QString &rakamlar);
 
 // ---- words ---------------------------------------------------------------------------------
 
-QString AyAdi(int ay); // "OCAK".."ARALIK", "-" otherwise
+QString AyAdi(int ay);                   // "OCAK".."ARALIK", "-" otherwise
 QString BuyukHarf(const QString &metin); // "iğdır ılık" -> "İĞDIR ILIK"
 QString KucukHarf(const QString &metin); // "İĞDIR ILIK" -> "iğdır ılık"
 // The genitive suffix of a name behind its apostrophe: "Ahmet" -> "'in", "Ali" -> "'nin",

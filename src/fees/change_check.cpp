@@ -1,10 +1,10 @@
 #include "fees/change_check.h"
 
-#include "fees/ledger.h"
 #include "base/para.h"
+#include "fees/ledger.h"
+#include "store/database.h"
 #include "store/settings.h"
 #include "users/session.h"
-#include "store/database.h"
 
 namespace fees {
 
@@ -21,8 +21,7 @@ base::Status AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 
     if (!op) {
         return op.error();
     }
-    store::Query sabit(db,
-                       QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ") + store::SabitSirasi);
+    store::Query sabit(db, QStringLiteral("SELECT OgrAOtoDeg FROM Sabit ") + store::SabitSirasi);
     if (!sabit.exec()) {
         return op.failed(sabit);
     }
@@ -46,8 +45,7 @@ base::Status AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 
                                     && h->aidatTanim == YerTutucuHesapAdi && h->aidatId == 0;
     // The repair is a write: a user who may only read goes on with the rows as they stand.
     if (harcanmisYerTutucu && users::durum().HakYazma) {
-        if (base::Result<int> onar = YerTutuculariSifirla(db, ogrKayitId, aidatId, label);
-            !onar) {
+        if (base::Result<int> onar = YerTutuculariSifirla(db, ogrKayitId, aidatId, label); !onar) {
             return onar.error();
         }
         hesap = OgrenciHesabi(db, ogrKayitId, aidatId, label);
@@ -60,8 +58,8 @@ base::Status AidatDegisiklikKontrol(store::Database &db, qint64 aidatId, qint64 
     }
     const Hesap &satir = **hesap;
     if (satir.borc != satir.kalan) {
-        return base::Error::refusal(s_baslik,
-                                    QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
+        return base::Error::refusal(
+            s_baslik, QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
     }
     if (otomatikDegissin) {
         return {};

@@ -1,8 +1,8 @@
 #include "fees/definitions.h"
 
+#include "base/turkish_text.h"
 #include "fees/ledger.h"
 #include "fees/store_steps.h"
-#include "base/turkish_text.h"
 #include "store/database.h"
 #include "users/rights.h"
 
@@ -56,8 +56,7 @@ base::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db, con
     return liste;
 }
 
-base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db,
-                                                                 qint64 kayitId)
+base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db, qint64 kayitId)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:AidatTaksitDetayGoster");
     const store::Operation op(db, store::Store::Year, label);
@@ -186,8 +185,7 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
     return KayitSonucu{key};
 }
 
-base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
-                                          const QString &aidatTanim)
+base::Status TaksitAidatSil(store::Database &db, qint64 kayitId, const QString &aidatTanim)
 {
     const QString label = QStringLiteral("FrmAidatTanimlama:TaksitAidatSil");
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {

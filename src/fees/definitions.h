@@ -1,8 +1,8 @@
 #pragma once
 
-#include "fees/installment_plan.h"
 #include "base/para.h"
 #include "base/result.h"
+#include "fees/installment_plan.h"
 
 #include <QDate>
 #include <QList>
@@ -52,10 +52,10 @@ struct AidatTanimi
 
 // Every definition, in the order of their keys ("AidatTaksitGoster", "AidatYukle").
 base::Result<QList<AidatListeSatiri>> AidatTaksitGoster(store::Database &db,
-                                                         const QString &etiket = QString());
+                                                        const QString &etiket = QString());
 // One definition with its rows by Sira; nullopt when it is no longer there.
 base::Result<std::optional<AidatTanimi>> AidatTaksitDetayGoster(store::Database &db,
-                                                                 qint64 kayitId);
+                                                                qint64 kayitId);
 
 struct KayitSonucu
 {
@@ -68,7 +68,6 @@ base::Result<KayitSonucu> AidatTaksitDetayKaydet(store::Database &db, const Aida
 
 // Deletes a definition with its rows, unless a student's account holds it; then nothing is
 // deleted and the refusal reads "{name} Aidat/Taksit tanımlaması kullanıldığı için silinemedi!".
-base::Status TaksitAidatSil(store::Database &db, qint64 kayitId,
-                                          const QString &aidatTanim);
+base::Status TaksitAidatSil(store::Database &db, qint64 kayitId, const QString &aidatTanim);
 
 } // namespace fees

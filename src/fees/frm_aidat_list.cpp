@@ -1,12 +1,12 @@
 #include "fees/frm_aidat_list.h"
 
+#include "base/turkish_text.h"
 #include "ui/boxes.h"
 #include "ui/failure.h"
-#include "ui/notifications.h"
-#include "users/session.h"
-#include "base/turkish_text.h"
 #include "ui/grid.h"
 #include "ui/message.h"
+#include "ui/notifications.h"
+#include "users/session.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -153,12 +153,11 @@ void FrmAidatList::cmdTamam_Click()
     }
     if (secim.degistirildi) {
         const QString bicim = users::durum().ParaFormati;
-        const QString soru
-            = QStringLiteral("%1 aidatı %2 adet x %3 = %4 tutarıyla eklensin mi?")
-                  .arg(secim.aidatTanim)
-                  .arg(adetOf(m_liste->value(row, SAdet)))
-                  .arg(base::Bicimle(secim.birimFiyat, QStringLiteral("#,##0.00##")),
-                       base::Bicimle(secim.toplam, bicim));
+        const QString soru = QStringLiteral("%1 aidatı %2 adet x %3 = %4 tutarıyla eklensin mi?")
+                                 .arg(secim.aidatTanim)
+                                 .arg(adetOf(m_liste->value(row, SAdet)))
+                                 .arg(base::Bicimle(secim.birimFiyat, QStringLiteral("#,##0.00##")),
+                                      base::Bicimle(secim.toplam, bicim));
         if (!ui::askYesNo(QStringLiteral("Uyarı"), soru, this)) {
             return;
         }

@@ -1,16 +1,16 @@
 #include "fees/frm_aidat_tanimlama.h"
 
+#include "base/turkish_text.h"
 #include "fees/discounts.h"
 #include "fees/installment_plan.h"
+#include "store/schema.h"
 #include "ui/boxes.h"
 #include "ui/failure.h"
-#include "ui/notifications.h"
-#include "users/session.h"
-#include "base/turkish_text.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
-#include "store/schema.h"
+#include "ui/notifications.h"
+#include "users/session.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -73,8 +73,7 @@ const QList<FrmAidatTanimlama::BoxRow> &FrmAidatTanimlama::boxTable()
 {
     using K = ui::BoxKind;
     using F = FrmAidatTanimlama;
-    const int tanim = store::schema::textSize(store::Store::Year, u"AidatTanim"_s,
-                                              u"AidatTanim"_s);
+    const int tanim = store::schema::textSize(store::Store::Year, u"AidatTanim"_s, u"AidatTanim"_s);
     // clang-format off
     static const QList<BoxRow> rows = {
         {{u"txtAidatTanim"_s, u"Aidat Tanımı :"_s, K::Text, tanim}, false, &F::m_ad},
@@ -181,7 +180,6 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     AidatTaksitGoster();
     resize(1060, 620);
 }
-
 
 QGroupBox *FrmAidatTanimlama::makeListBox(const QString &format)
 {
@@ -748,8 +746,8 @@ void FrmAidatTanimlama::TaksitAidatSil()
     }
     const QString ad = m_ad->text().trimmed();
     if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
-                      ad + QStringLiteral(" Aidat/Taksit Tanımını silmek istiyor musunuz?"),
-                      this)) {
+                             ad + QStringLiteral(" Aidat/Taksit Tanımını silmek istiyor musunuz?"),
+                             this)) {
         return;
     }
     if (!ui::passed(fees::TaksitAidatSil(m_db, m_kayitId, ad))) {
@@ -829,8 +827,8 @@ void FrmAidatTanimlama::IskontoSil()
     }
     const QString ad = m_indirimler->text(row, IsAciklama);
     if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
-                      ad + QStringLiteral(" indirimini silmek istediğinizden emin misiniz?"),
-                      this)) {
+                             ad + QStringLiteral(" indirimini silmek istediğinizden emin misiniz?"),
+                             this)) {
         return;
     }
     const qint64 id = m_indirimler->number(row, IsId);

@@ -90,9 +90,8 @@ base::Result<PlanSonucu> TaksitPlanla(const PlanGirdisi &g)
     return sonuc;
 }
 
-base::Result<TaksitOzeti> TaksitTutarHesapla(Para toplam, Para pesinat,
-                                              const QList<Para> &tutarlar, Para genelOran,
-                                              const QString &paraFormati)
+base::Result<TaksitOzeti> TaksitTutarHesapla(Para toplam, Para pesinat, const QList<Para> &tutarlar,
+                                             Para genelOran, const QString &paraFormati)
 {
     const int places = formatPlaces(paraFormati);
     const Para t = base::BicimeYuvarla(toplam, paraFormati);

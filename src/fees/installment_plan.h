@@ -75,9 +75,8 @@ struct TaksitOzeti
     Para taksitToplami; // the sum of the plan's amounts
 };
 // Totals beyond the range are the error TutarTasmasi, as in the plan.
-base::Result<TaksitOzeti> TaksitTutarHesapla(Para toplam, Para pesinat,
-                                              const QList<Para> &tutarlar, Para genelOran,
-                                              const QString &paraFormati);
+base::Result<TaksitOzeti> TaksitTutarHesapla(Para toplam, Para pesinat, const QList<Para> &tutarlar,
+                                             Para genelOran, const QString &paraFormati);
 
 // The total of a fee with units, entered in the money box: price x count, exact.
 base::Result<Para> BirimFiyatToplami(Para birimFiyat, qint64 adet);

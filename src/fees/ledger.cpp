@@ -69,7 +69,7 @@ base::Status OgrenciHesaplariniSil(store::Database &db, qint64 ogrKayitId, const
 // ---- balances --------------------------------------------------------------------------------
 
 base::Result<QList<HesapToplami>> HesapToplamlari(store::Database &db, qint64 ogrKayitId,
-                                                   const QDate &oncesi, const QString &etiket)
+                                                  const QDate &oncesi, const QString &etiket)
 {
     const QString limit = oncesi.isValid() ? QStringLiteral(" AND OdemeTarihi < ?") : QString();
     store::Query q(db, QStringLiteral("SELECT T.KayitID, T.AidatTanim, "
@@ -104,12 +104,11 @@ base::Result<QList<AyToplami>> AyToplamlari(store::Database &db, const QDate &on
                                             "JOIN Ogrenci O ON O.KayitID = OT.OgrKayitID");
     QHash<int, base::Para> paid; // by year * 100 + month
     {
-        store::Query q(db,
-                       QStringLiteral("SELECT year(P.OdemeTarihi), month(P.OdemeTarihi), "
-                                      "sum(P.Odenen) FROM OgrenciAidatOdeme P WHERE "
-                                      "P.OdemeTarihi < ? AND P.KayitID IN (%1) GROUP BY "
-                                      "year(P.OdemeTarihi), month(P.OdemeTarihi)")
-                           .arg(accounts));
+        store::Query q(db, QStringLiteral("SELECT year(P.OdemeTarihi), month(P.OdemeTarihi), "
+                                          "sum(P.Odenen) FROM OgrenciAidatOdeme P WHERE "
+                                          "P.OdemeTarihi < ? AND P.KayitID IN (%1) GROUP BY "
+                                          "year(P.OdemeTarihi), month(P.OdemeTarihi)")
+                               .arg(accounts));
         q.bind(oncesi);
         if (!q.exec()) {
             return q.error(etiket);
@@ -118,13 +117,12 @@ base::Result<QList<AyToplami>> AyToplamlari(store::Database &db, const QDate &on
             paid.insert(int(q.integer(0) * 100 + q.integer(1)), q.para(2));
         }
     }
-    store::Query due(db,
-                     QStringLiteral("SELECT year(D.OdemeTarihi), month(D.OdemeTarihi), "
-                                    "sum(D.Odenecek) FROM OgrenciAidatDetay D WHERE "
-                                    "D.OdemeTarihi < ? AND D.KayitID IN (%1) GROUP BY "
-                                    "year(D.OdemeTarihi), month(D.OdemeTarihi) ORDER BY "
-                                    "year(D.OdemeTarihi), month(D.OdemeTarihi)")
-                         .arg(accounts));
+    store::Query due(db, QStringLiteral("SELECT year(D.OdemeTarihi), month(D.OdemeTarihi), "
+                                        "sum(D.Odenecek) FROM OgrenciAidatDetay D WHERE "
+                                        "D.OdemeTarihi < ? AND D.KayitID IN (%1) GROUP BY "
+                                        "year(D.OdemeTarihi), month(D.OdemeTarihi) ORDER BY "
+                                        "year(D.OdemeTarihi), month(D.OdemeTarihi)")
+                             .arg(accounts));
     due.bind(oncesi);
     if (!due.exec()) {
         return due.error(etiket);

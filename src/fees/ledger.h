@@ -48,8 +48,7 @@ base::Result<int> YerTutuculariSifirla(store::Database &db, qint64 ogrKayitId, q
                                        const QString &etiket);
 
 // Deletes the student's accounts with their installments and payments.
-base::Status OgrenciHesaplariniSil(store::Database &db, qint64 ogrKayitId,
-                                    const QString &etiket);
+base::Status OgrenciHesaplariniSil(store::Database &db, qint64 ogrKayitId, const QString &etiket);
 
 // ---- balances --------------------------------------------------------------------------------
 
@@ -66,7 +65,7 @@ struct HesapToplami
 // `oncesi`, of the installments and payments dated before that day only. An account with no
 // rows sums to zero; a student with no account gives an empty list.
 base::Result<QList<HesapToplami>> HesapToplamlari(store::Database &db, qint64 ogrKayitId,
-                                                   const QDate &oncesi, const QString &etiket);
+                                                  const QDate &oncesi, const QString &etiket);
 
 // One calendar month of the whole ledger.
 struct AyToplami

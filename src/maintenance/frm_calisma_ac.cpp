@@ -1,8 +1,8 @@
 #include "maintenance/frm_calisma_ac.h"
 
 #include "maintenance/frm_yeni_calisma.h"
-#include "ui/failure.h"
 #include "store/database.h"
+#include "ui/failure.h"
 #include "ui/input_box.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
@@ -86,7 +86,8 @@ FrmCalismaAc::FrmCalismaAc(store::Database &db, const QString &callerMark, QWidg
         if (!m_lstRecent->currentItem())
             return;
         QMenu menu(this);
-        menu.addAction(QStringLiteral("Çalışma Adını Değiştir"), this, &FrmCalismaAc::MnuDegistir_Click);
+        menu.addAction(QStringLiteral("Çalışma Adını Değiştir"), this,
+                       &FrmCalismaAc::MnuDegistir_Click);
         menu.exec(m_lstRecent->viewport()->mapToGlobal(at));
     });
 
@@ -167,10 +168,12 @@ void FrmCalismaAc::cmdSil_Click()
     if (!rightsForChange())
         return;
     const Calisma c = m_years[row];
-    if (!ui::askBeforeLosing(QStringLiteral("UYARI"),
-                      c.adi + QStringLiteral(" çalışmasını silmek istiyor musunuz?\n(Not: Çalışmadaki "
-                                             "tüm bilgiler silinecektir.)"),
-                      this)) {
+    if (!ui::askBeforeLosing(
+            QStringLiteral("UYARI"),
+            c.adi
+                + QStringLiteral(" çalışmasını silmek istiyor musunuz?\n(Not: Çalışmadaki "
+                                 "tüm bilgiler silinecektir.)"),
+            this)) {
         return;
     }
     if (base::Status s = CalismaSil(m_db, c.id); !s) {
@@ -191,9 +194,9 @@ void FrmCalismaAc::MnuDegistir_Click()
         return;
     if (!rightsForChange())
         return;
-    const std::optional<QString> ad = ui::inputText(QStringLiteral("Çalışma Adı Değiştirme"),
-                                                    QStringLiteral("Çalışma Adını giriniz : "),
-                                                    m_years[row].adi, this);
+    const std::optional<QString> ad
+        = ui::inputText(QStringLiteral("Çalışma Adı Değiştirme"),
+                        QStringLiteral("Çalışma Adını giriniz : "), m_years[row].adi, this);
     if (!ad)
         return;
     if (ad->trimmed().isEmpty()) {
@@ -208,8 +211,9 @@ void FrmCalismaAc::MnuDegistir_Click()
     }
     if (*taken) {
         ui::notify(QStringLiteral("UYARI"),
-                   ad->trimmed() + QStringLiteral(" çalışma adı daha önceden kayıtlı.\nLütfen yeni "
-                                                  "bir çalışma adı giriniz."),
+                   ad->trimmed()
+                       + QStringLiteral(" çalışma adı daha önceden kayıtlı.\nLütfen yeni "
+                                        "bir çalışma adı giriniz."),
                    ui::Icon::Warning, this);
         return;
     }

@@ -60,10 +60,12 @@ void FrmYeniCalisma::CalismaKaydet()
         return;
     }
     if (*taken) {
-        ui::notify(QStringLiteral("UYARI"),
-                   ad + QStringLiteral(" çalışma adı daha önceden kayıtlı.\nLütfen yeni bir çalışma "
-                                       "adı giriniz."),
-                   ui::Icon::Warning, this);
+        ui::notify(
+            QStringLiteral("UYARI"),
+            ad
+                + QStringLiteral(" çalışma adı daha önceden kayıtlı.\nLütfen yeni bir çalışma "
+                                 "adı giriniz."),
+            ui::Icon::Warning, this);
         m_ad->clear();
         return;
     }

@@ -1,10 +1,10 @@
 #include "maintenance/school.h"
 
-#include "store/settings.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
 #include "store/schema.h"
+#include "store/settings.h"
+#include "users/session.h"
 
 namespace maintenance {
 
@@ -14,24 +14,36 @@ const QString s_label = QStringLiteral("FrmOkulBilgileri:OkulbilgisiGetir");
 
 QString fieldList()
 {
-    QStringList fields = {QStringLiteral("OkulAdi"),          QStringLiteral("OkulIlAdi"),
-                          QStringLiteral("OkulIlceAdi"),      QStringLiteral("SonSenetNo"),
-                          QStringLiteral("SonFaturaNo"),      QStringLiteral("SonFisNo"),
-                          QStringLiteral("Banka"),            QStringLiteral("ParaTuru"),
-                          QStringLiteral("TaksitYuvarlama"),  QStringLiteral("ParaBirimi"),
-                          QStringLiteral("OgretimYili"),      QStringLiteral("Telefon"),
-                          QStringLiteral("DonemBasTarihi"),   QStringLiteral("DonemBitTarihi"),
-                          QStringLiteral("CariAy"),           QStringLiteral("BaslangicAy"),
-                          QStringLiteral("OgrAOtoDeg"),       QStringLiteral("TaksitKilitle"),
-                          QStringLiteral("FisNoKilitle"),     QStringLiteral("TaksitFatura"),
+    QStringList fields = {QStringLiteral("OkulAdi"),
+                          QStringLiteral("OkulIlAdi"),
+                          QStringLiteral("OkulIlceAdi"),
+                          QStringLiteral("SonSenetNo"),
+                          QStringLiteral("SonFaturaNo"),
+                          QStringLiteral("SonFisNo"),
+                          QStringLiteral("Banka"),
+                          QStringLiteral("ParaTuru"),
+                          QStringLiteral("TaksitYuvarlama"),
+                          QStringLiteral("ParaBirimi"),
+                          QStringLiteral("OgretimYili"),
+                          QStringLiteral("Telefon"),
+                          QStringLiteral("DonemBasTarihi"),
+                          QStringLiteral("DonemBitTarihi"),
+                          QStringLiteral("CariAy"),
+                          QStringLiteral("BaslangicAy"),
+                          QStringLiteral("OgrAOtoDeg"),
+                          QStringLiteral("TaksitKilitle"),
+                          QStringLiteral("FisNoKilitle"),
+                          QStringLiteral("TaksitFatura"),
                           QStringLiteral("OgrKayitSilinenRapordaGoster"),
-                          QStringLiteral("ResmiListeBaslik"), QStringLiteral("EgitimDestekTutari")};
+                          QStringLiteral("ResmiListeBaslik"),
+                          QStringLiteral("EgitimDestekTutari")};
     for (int i = 1; i <= 4; ++i)
         fields << QStringLiteral("EgitimDestekAy%1").arg(i);
     for (int i = 1; i <= 4; ++i)
         fields << QStringLiteral("EgitimDestekTaksit%1").arg(i);
-    fields << QStringLiteral("MersisNo") << QStringLiteral("TicaretSicilNo") << QStringLiteral("VergiSicilNo")
-           << QStringLiteral("VergiDairesiAdi") << QStringLiteral("Adres");
+    fields << QStringLiteral("MersisNo") << QStringLiteral("TicaretSicilNo")
+           << QStringLiteral("VergiSicilNo") << QStringLiteral("VergiDairesiAdi")
+           << QStringLiteral("Adres");
     return fields.join(QStringLiteral(", "));
 }
 
@@ -68,7 +80,8 @@ base::Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
     const store::Operation op(db, store::Store::Year, s_label);
     if (!op)
         return op.error();
-    store::Query q(db, QStringLiteral("SELECT %1 FROM Sabit ").arg(fieldList()) + store::SabitSirasi);
+    store::Query q(db,
+                   QStringLiteral("SELECT %1 FROM Sabit ").arg(fieldList()) + store::SabitSirasi);
     if (!q.exec())
         return op.failed(q);
     OkulBilgisi o;
@@ -87,16 +100,20 @@ base::Result<OkulBilgisi> OkulbilgisiGetir(store::Database &db)
     o.OgretimYili = o.yuklenenOgretimYili;
     o.BaslangicAy = q.text(QStringLiteral("BaslangicAy"));
     o.CariAy = q.text(QStringLiteral("CariAy"));
-    o.TaksitYuvarlama = q.isNull(QStringLiteral("TaksitYuvarlama")) ? base::Para::fromUnits(1000000)
-                                                                     : q.para(QStringLiteral("TaksitYuvarlama"));
+    o.TaksitYuvarlama = q.isNull(QStringLiteral("TaksitYuvarlama"))
+                            ? base::Para::fromUnits(1000000)
+                            : q.para(QStringLiteral("TaksitYuvarlama"));
     o.DonemBasTarihi = dateOrZero(q, QStringLiteral("DonemBasTarihi"));
     o.DonemBitTarihi = dateOrZero(q, QStringLiteral("DonemBitTarihi"));
     o.ParaTuru = int(q.integer(QStringLiteral("ParaTuru")));
     o.ParaBirimi = q.text(QStringLiteral("ParaBirimi"));
-    o.OgrAOtoDeg = q.isNull(QStringLiteral("OgrAOtoDeg")) ? QStringLiteral("0") : q.text(QStringLiteral("OgrAOtoDeg"));
+    o.OgrAOtoDeg = q.isNull(QStringLiteral("OgrAOtoDeg")) ? QStringLiteral("0")
+                                                          : q.text(QStringLiteral("OgrAOtoDeg"));
     o.TaksitKilitle = int(q.integer(QStringLiteral("TaksitKilitle")));
     o.FisNoKilitle = q.text(QStringLiteral("FisNoKilitle"));
-    o.TaksitFatura = q.isNull(QStringLiteral("TaksitFatura")) ? QStringLiteral("0") : q.text(QStringLiteral("TaksitFatura"));
+    o.TaksitFatura = q.isNull(QStringLiteral("TaksitFatura"))
+                         ? QStringLiteral("0")
+                         : q.text(QStringLiteral("TaksitFatura"));
     o.OgrKayitSilinenRapordaGoster = q.text(QStringLiteral("OgrKayitSilinenRapordaGoster"));
     o.ResmiListeBaslik = q.text(QStringLiteral("ResmiListeBaslik"));
     o.EgitimDestekTutari = q.para(QStringLiteral("EgitimDestekTutari"));
@@ -136,7 +153,9 @@ base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &o, const 
     const QString where = key.isEmpty()
                               ? QStringLiteral("(OgretimYili IS NULL OR OgretimYili = '')")
                               : QStringLiteral("OgretimYili = ?");
-    store::Query q(db, QStringLiteral("UPDATE Sabit SET %1 WHERE %2").arg(sets.join(QStringLiteral(", ")), where));
+    store::Query q(
+        db,
+        QStringLiteral("UPDATE Sabit SET %1 WHERE %2").arg(sets.join(QStringLiteral(", ")), where));
     q.bind(cut(o.OkulAdi, "OkulAdi"))
         .bind(cut(o.OkulIlAdi, "OkulIlAdi"))
         .bind(cut(o.OkulIlceAdi, "OkulIlceAdi"))
@@ -263,8 +282,9 @@ base::Status CariAyKaydet(store::Database &db, const QString &cariAy)
         return {};
     const QVariant year = first.value(0);
     first.finish();
-    store::Query q(db, year.isNull() ? QStringLiteral("UPDATE Sabit SET CariAy = ? WHERE OgretimYili IS NULL")
-                                     : QStringLiteral("UPDATE Sabit SET CariAy = ? WHERE OgretimYili = ?"));
+    store::Query q(db, year.isNull()
+                           ? QStringLiteral("UPDATE Sabit SET CariAy = ? WHERE OgretimYili IS NULL")
+                           : QStringLiteral("UPDATE Sabit SET CariAy = ? WHERE OgretimYili = ?"));
     q.bind(cariAy);
     if (!year.isNull())
         q.bind(year.toString());

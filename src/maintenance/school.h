@@ -15,7 +15,7 @@ namespace maintenance {
 // One row of Sabit: the school and the options of a school year.
 struct OkulBilgisi
 {
-    bool kayitVar = false;     // a row was read
+    bool kayitVar = false;       // a row was read
     QString yuklenenOgretimYili; // the school year of the row as read: the row's identity
 
     QString OkulAdi;
@@ -56,7 +56,7 @@ struct OfisAyarlari;
 // Writes the row that was read (or a new one), and with them the office switches when given:
 // one transaction, all or nothing.
 base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &okul,
-                         const OfisAyarlari *ofis = nullptr);
+                               const OfisAyarlari *ofis = nullptr);
 base::Status OkulbilgisiSil(store::Database &db);
 // A new school's row: this school year, the working month, the period from September to June.
 OkulBilgisi YeniOkulBilgisi(const QDate &bugun);

@@ -1,8 +1,8 @@
 #include "maintenance/working_years.h"
 
+#include "store/database.h"
 #include "store/settings.h"
 #include "users/session.h"
-#include "store/database.h"
 
 #include <QFileInfo>
 
@@ -14,7 +14,8 @@ base::Result<QList<Calisma>> CalismaDoldur(store::Database &db)
                               QStringLiteral("FrmCalismaAc:CalismaDoldur"));
     if (!op)
         return op.error();
-    store::Query q(db, QStringLiteral("SELECT CalismaID, CalismaAdi FROM Calisma ORDER BY CalismaID DESC"));
+    store::Query q(
+        db, QStringLiteral("SELECT CalismaID, CalismaAdi FROM Calisma ORDER BY CalismaID DESC"));
     if (!q.exec())
         return op.failed(q);
     QList<Calisma> list;
@@ -33,7 +34,9 @@ base::Result<bool> CalismaAdiVar(store::Database &db, const QString &ad, int har
                               QStringLiteral("FrmYeniCalisma:CalismaKaydet"));
     if (!op)
         return op.error();
-    store::Query q(db, QStringLiteral("SELECT CalismaID FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
+    store::Query q(
+        db,
+        QStringLiteral("SELECT CalismaID FROM Calisma WHERE CalismaAdi = ? AND CalismaID <> ?"));
     q.bind(ad.trimmed()).bind(haricId);
     if (!q.exec())
         return op.failed(q);
@@ -55,7 +58,8 @@ base::Result<int> CalismaKaydet(store::Database &db, const QString &ad)
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
-    store::Query insert(db, QStringLiteral("INSERT INTO Calisma (CalismaAdi) VALUES (?) RETURNING CalismaID"));
+    store::Query insert(
+        db, QStringLiteral("INSERT INTO Calisma (CalismaAdi) VALUES (?) RETURNING CalismaID"));
     insert.bind(ad.trimmed().left(50));
     if (!insert.exec() || !insert.next())
         return op.failed(insert);
@@ -74,9 +78,10 @@ base::Status CalismaSil(store::Database &db, int id)
 {
     // The year in use stays: its screens and the title still name it.
     if (id == db.openYear() || id == users::durum().AktifCalismaID) {
-        return base::Error::refusal(QStringLiteral("UYARI"),
-                                    QStringLiteral("Şu anda açık olan çalışma silinemez. Önce başka "
-                                                   "bir çalışma açınız."));
+        return base::Error::refusal(
+            QStringLiteral("UYARI"),
+            QStringLiteral("Şu anda açık olan çalışma silinemez. Önce başka "
+                           "bir çalışma açınız."));
     }
     const store::Operation op(db, store::Store::Global,
                               QStringLiteral("FrmCalismaAc:cmdSil_Click"));
@@ -111,8 +116,9 @@ void CalismaSecimiYap(store::Database &db, const Calisma &calisma, int listeSira
     d.AktifCalismaID = calisma.id;
     d.AktifCalismaAdi = calisma.adi;
     db.selectYear(calisma.id);
-    store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Aidat.ini"), QStringLiteral("AktifCalisma"),
-                   QStringLiteral("ID"), QString::number(listeSirasi));
+    store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Aidat.ini"),
+                   QStringLiteral("AktifCalisma"), QStringLiteral("ID"),
+                   QString::number(listeSirasi));
 }
 
 int KayitliCalismaSirasi(store::Database &db, int listeBoyu)

@@ -16,9 +16,9 @@ namespace shell {
 struct PanoBilgisi
 {
     QString ayAdi;
-    base::Para buAy;      // due in the working month, less what was paid in it
-    base::Para gecmis;    // due in the months before, less what was paid in them
-    base::Para toplam;    // to collect in the working month: both together
+    base::Para buAy;   // due in the working month, less what was paid in it
+    base::Para gecmis; // due in the months before, less what was paid in them
+    base::Para toplam; // to collect in the working month: both together
     qint64 ogrenciSayisi = 0;
 };
 

@@ -1,12 +1,12 @@
 #include "shell/frm_background.h"
 
-#include "shell/dashboard.h"
-#include "ui/failure.h"
-#include "store/settings.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
+#include "shell/dashboard.h"
 #include "shell/working_month.h"
 #include "store/database.h"
+#include "store/settings.h"
+#include "ui/failure.h"
+#include "users/session.h"
 
 #include <QContextMenuEvent>
 #include <QGraphicsDropShadowEffect>
@@ -53,8 +53,9 @@ FrmBackGround::FrmBackGround(store::Database &db, QWidget *parent)
 
     m_pano = new QFrame(this);
     m_pano->setObjectName(QStringLiteral("Pano"));
-    m_pano->setStyleSheet(QStringLiteral("#Pano { background: rgba(255,255,255,225); border: 1px solid "
-                                         "#8fa6c1; border-radius: 6px; } QLabel { color: #1d2b3a; }"));
+    m_pano->setStyleSheet(
+        QStringLiteral("#Pano { background: rgba(255,255,255,225); border: 1px solid "
+                       "#8fa6c1; border-radius: 6px; } QLabel { color: #1d2b3a; }"));
     auto *grid = new QGridLayout(m_pano);
     grid->setContentsMargins(18, 14, 18, 14);
     grid->setHorizontalSpacing(24);
@@ -125,8 +126,9 @@ void FrmBackGround::contextMenuEvent(QContextMenuEvent *event)
     if (chosen == gizle || chosen == goster) {
         const bool show = chosen == goster;
         aciklamalariGoster(show);
-        store::INIAyar(m_db, QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
-                QStringLiteral("AÇIKLAMALAR"), show ? QStringLiteral("TRUE") : QStringLiteral("FALSE"));
+        store::INIAyar(m_db, QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"),
+                       QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"),
+                       show ? QStringLiteral("TRUE") : QStringLiteral("FALSE"));
     }
 }
 

@@ -1,16 +1,16 @@
 #include "shell/frm_okul_bilgileri.h"
 
-#include "ui/boxes.h"
-#include "ui/failure.h"
-#include "ui/notifications.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 #include "store/schema.h"
+#include "ui/boxes.h"
+#include "ui/failure.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
+#include "ui/notifications.h"
 #include "users/rights.h"
+#include "users/session.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -191,7 +191,8 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
     auto *secenek = new QGroupBox(QStringLiteral("Seçenekler"), donem);
     const QList<std::pair<ui::Box, QWidget *>> secenekler = makeBoxes(Place::Options, secenek);
     m_taksitFaturaUyari = new QLabel(
-        QStringLiteral(" UYARI : Bu şeçenek işaretlendiğinde fatura ve listelerde uyumsuzluklar olabilir"),
+        QStringLiteral(
+            " UYARI : Bu şeçenek işaretlendiğinde fatura ve listelerde uyumsuzluklar olabilir"),
         secenek);
     m_taksitFaturaUyari->setObjectName(QStringLiteral("lblTaksitFaturaUyari"));
     m_taksitFaturaUyari->setStyleSheet(QStringLiteral("color: #b00020;"));
@@ -242,7 +243,8 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
     const QList<std::pair<ui::Box, QWidget *>> kasaKutulari = makeBoxes(Place::Till, kasa);
     ui::addFormRows(new QFormLayout(kasa), kasaKutulari);
     auto *ol = new QVBoxLayout(ofis);
-    ol->addWidget(new QLabel(QStringLiteral("Bu ayarlar bütün iş istasyonlarında geçerlidir."), ofis));
+    ol->addWidget(
+        new QLabel(QStringLiteral("Bu ayarlar bütün iş istasyonlarında geçerlidir."), ofis));
     for (const auto &[box, widget] : ofisKutulari) {
         ol->addWidget(widget);
     }
@@ -330,7 +332,8 @@ void FrmOkulBilgileri::OkulbilgisiGetir()
     m_ticaretSicil->setText(o.TicaretSicilNo);
     m_vergiSicil->setText(o.VergiSicilNo);
     m_vergiDairesi->setText(o.VergiDairesiAdi);
-    const QString year = o.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate()) : o.OgretimYili;
+    const QString year
+        = o.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate()) : o.OgretimYili;
     m_ogretimYili->setCurrentText(year);
     fillMonths(year);
     selectMonth(m_basAy, o.BaslangicAy);
@@ -385,10 +388,12 @@ bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
         return false;
     }
     const QString year = m_ogretimYili->currentText().trimmed();
-    const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("^(\\d{4})-(\\d{4})$")).match(year);
+    const QRegularExpressionMatch m
+        = QRegularExpression(QStringLiteral("^(\\d{4})-(\\d{4})$")).match(year);
     if (!m.hasMatch() || m.captured(2).toInt() != m.captured(1).toInt() + 1) {
-        refuse(QStringLiteral("Öğretim yılını \"2025-2026\" biçiminde, birbirini izleyen iki yıl olarak "
-                              "giriniz."),
+        refuse(QStringLiteral(
+                   "Öğretim yılını \"2025-2026\" biçiminde, birbirini izleyen iki yıl olarak "
+                   "giriniz."),
                m_ogretimYili);
         return false;
     }
@@ -405,8 +410,9 @@ bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
     }
     const std::optional<base::Para> yuvarlama = base::ParaCoz(m_yuvarlama->currentText());
     if (!yuvarlama || *yuvarlama <= base::Para()) {
-        refuse(QStringLiteral("Taksit yuvarlama tutarı sıfırdan büyük bir tutar olmalıdır (örnek: 1 ya "
-                              "da 0,50)."),
+        refuse(QStringLiteral(
+                   "Taksit yuvarlama tutarı sıfırdan büyük bir tutar olmalıdır (örnek: 1 ya "
+                   "da 0,50)."),
                m_yuvarlama);
         return false;
     }
@@ -418,7 +424,8 @@ bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
     } counters[] = {{m_sonSenet, "Son senet"}, {m_sonFatura, "Son fatura"}, {m_sonFis, "Son fiş"}};
     for (int i = 0; i < 3; ++i) {
         const QString text = counters[i].box->text().trimmed();
-        const std::optional<qint64> n = text.isEmpty() ? std::optional<qint64>(0) : base::TamSayiCoz(text);
+        const std::optional<qint64> n
+            = text.isEmpty() ? std::optional<qint64>(0) : base::TamSayiCoz(text);
         if (!n || *n < 0 || *n > 2147483647) {
             refuse(QStringLiteral("%1 numarası sıfır ya da pozitif bir tam sayı olmalıdır.")
                        .arg(QString::fromUtf8(counters[i].name)),
@@ -453,10 +460,14 @@ bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
     o.VergiSicilNo = m_vergiSicil->text().trimmed();
     o.VergiDairesiAdi = m_vergiDairesi->text().trimmed();
     o.OgretimYili = year;
-    o.BaslangicAy = m_basAy->currentData().toInt() ? QString::number(m_basAy->currentData().toInt()) : QString();
-    o.CariAy = m_cariAy->currentData().toInt() ? QString::number(m_cariAy->currentData().toInt()) : QString();
-    o.DonemBasTarihi = m_donemBas->date().isValid() ? QDateTime(m_donemBas->date(), QTime(0, 0)) : base::SifirTarih;
-    o.DonemBitTarihi = m_donemBit->date().isValid() ? QDateTime(m_donemBit->date(), QTime(0, 0)) : base::SifirTarih;
+    o.BaslangicAy = m_basAy->currentData().toInt() ? QString::number(m_basAy->currentData().toInt())
+                                                   : QString();
+    o.CariAy = m_cariAy->currentData().toInt() ? QString::number(m_cariAy->currentData().toInt())
+                                               : QString();
+    o.DonemBasTarihi = m_donemBas->date().isValid() ? QDateTime(m_donemBas->date(), QTime(0, 0))
+                                                    : base::SifirTarih;
+    o.DonemBitTarihi = m_donemBit->date().isValid() ? QDateTime(m_donemBit->date(), QTime(0, 0))
+                                                    : base::SifirTarih;
     o.TaksitYuvarlama = *yuvarlama;
     o.ParaTuru = m_paraTL->isChecked() ? 0 : 1;
     o.ParaBirimi = m_paraTL->isChecked() ? QStringLiteral("TL") : QStringLiteral("YTL");
@@ -495,7 +506,8 @@ bool FrmOkulBilgileri::OkulbilgisiKaydet()
         return false;
     }
     setDirty(false);
-    ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Okul bilgileri kaydedildi."), ui::Icon::Information, this);
+    ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Okul bilgileri kaydedildi."),
+               ui::Icon::Information, this);
     maintenance::SabitBilgileriOku(m_db);
     OkulbilgisiGetir();
     emit ui::Bildirimler::instance().sabitBilgileriDegisti();
@@ -506,8 +518,9 @@ void FrmOkulBilgileri::OkulbilgisiSil()
 {
     if (!ui::YazmaYetkisiVar())
         return;
-    if (!ui::askBeforeLosing(QStringLiteral("Dikkat!"),
-                      QStringLiteral("Okul kaydını sabit bilgilerden silmek istiyor musunuz?"), this)) {
+    if (!ui::askBeforeLosing(
+            QStringLiteral("Dikkat!"),
+            QStringLiteral("Okul kaydını sabit bilgilerden silmek istiyor musunuz?"), this)) {
         return;
     }
     if (base::Status s = maintenance::OkulbilgisiSil(m_db); !s) {

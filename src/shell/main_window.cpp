@@ -1,24 +1,24 @@
 #include "shell/main_window.h"
 
-#include "maintenance/frm_calisma_ac.h"
-#include "users/command_table.h"
-#include "ui/failure.h"
-#include "shell/frm_background.h"
-#include "ui/notifications.h"
-#include "maintenance/school.h"
-#include "ui/screen_registry.h"
-#include "shell/screens.h"
-#include "store/settings.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
+#include "maintenance/frm_calisma_ac.h"
+#include "maintenance/school.h"
+#include "shell/frm_background.h"
+#include "shell/screens.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 #include "store/migration.h"
+#include "store/settings.h"
+#include "ui/failure.h"
 #include "ui/message.h"
+#include "ui/notifications.h"
+#include "ui/screen_registry.h"
+#include "users/command_table.h"
 #include "users/frm_ilk_kullanici.h"
 #include "users/frm_sifre.h"
 #include "users/login.h"
 #include "users/rights.h"
+#include "users/session.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -226,7 +226,8 @@ void MDIAidat::buildBands()
     for (const auto &b : buttons) {
         const QString tool = QString::fromLatin1(b.tool);
         const users::Komut *k = users::KomutBul(tool);
-        QAction *a = band->addAction(b.icon, k->caption.isEmpty() ? QStringLiteral("Öğrenci") : k->caption);
+        QAction *a = band->addAction(b.icon,
+                                     k->caption.isEmpty() ? QStringLiteral("Öğrenci") : k->caption);
         a->setObjectName(tool);
         a->setToolTip(k->caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri") : k->caption);
         connect(a, &QAction::triggered, this, [this, tool] { ActBar_Click(tool); });
@@ -247,7 +248,8 @@ void MDIAidat::buildBands()
     auto *spacer = new QWidget(band);
     spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     band->addWidget(spacer);
-    QAction *exit = band->addAction(style()->standardIcon(QStyle::SP_DialogCloseButton), QStringLiteral("Çıkış"));
+    QAction *exit = band->addAction(style()->standardIcon(QStyle::SP_DialogCloseButton),
+                                    QStringLiteral("Çıkış"));
     exit->setObjectName(QStringLiteral("btnCikis"));
     connect(exit, &QAction::triggered, this, [this] { ActBar_Click(QStringLiteral("btnCikis")); });
     m_actions.insert(QStringLiteral("btnCikis"), exit);
@@ -289,7 +291,7 @@ bool MDIAidat::MDIForm_Load()
 void MDIAidat::MenuAciklamaOku()
 {
     const QString value = store::INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("mnuShow.ini"),
-                                  QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"));
+                                         QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"));
     m_background->aciklamalariGoster(value.toUpper() != QLatin1String("FALSE"));
 }
 
@@ -298,7 +300,7 @@ void MDIAidat::yedekHatirlat()
     // The automatic backup reminder: due when the days since the last backup reach the count.
     const auto get = [this](const QString &key) {
         return store::INIAyar(m_db, QStringLiteral("GET"), QStringLiteral("ZERYEDEK.INI"),
-                       QStringLiteral("YEDEK"), key);
+                              QStringLiteral("YEDEK"), key);
     };
     const int days = int(base::SayiDegeri(get(QStringLiteral("YEDEK GUN SAYISI"))));
     if (days == 0)
@@ -377,8 +379,8 @@ void MDIAidat::CariAyDoldur()
     users::CalismaDurumu &d = users::durum();
     // Without a school year the selector shows this year and the next; the state keeps it empty,
     // so that commands still ask for the school's settings.
-    const QString year = d.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate())
-                                                 : d.OgretimYili;
+    const QString year
+        = d.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate()) : d.OgretimYili;
     const QList<AyGirdisi> months = CariAyListesi(year);
     m_filling = true;
     m_cmbCariAy->clear();
@@ -497,7 +499,8 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
         open->setProperty("hakYazma", write);
         m_mdi->setActiveSubWindow(open);
         open->showNormal();
-        if (!ayar.isEmpty() && open->widget()->metaObject()->indexOfSlot("ekranAyarla(QVariantMap)") >= 0)
+        if (!ayar.isEmpty()
+            && open->widget()->metaObject()->indexOfSlot("ekranAyarla(QVariantMap)") >= 0)
             QMetaObject::invokeMethod(open->widget(), "ekranAyarla", Q_ARG(QVariantMap, ayar));
         return true;
     }

@@ -2,8 +2,8 @@
 
 #include "fees/screens.h"
 #include "shell/frm_okul_bilgileri.h"
-#include "ui/screen_registry.h"
 #include "students/screens.h"
+#include "ui/screen_registry.h"
 #include "users/screens.h"
 
 namespace shell {
@@ -15,7 +15,7 @@ void TumEkranlariKaydet()
         return;
     s_done = true;
     ui::EkranKaydet(QStringLiteral("FrmOkulBilgileri"),
-                [](const ui::EkranBaglami &b) { return new FrmOkulBilgileri(b.db); });
+                    [](const ui::EkranBaglami &b) { return new FrmOkulBilgileri(b.db); });
     users::EkranlariKaydet();
     students::EkranlariKaydet();
     fees::EkranlariKaydet();

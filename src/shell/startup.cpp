@@ -1,10 +1,10 @@
 #include "shell/startup.h"
 
-#include "ui/failure.h"
 #include "base/platform.h"
 #include "shell/main_window.h"
-#include "users/session.h"
+#include "ui/failure.h"
 #include "ui/message.h"
+#include "users/session.h"
 
 #include <QApplication>
 #include <QDir>
@@ -59,7 +59,8 @@ void bringForward(QWidget *main)
 KomutSatiri KomutSatiriOku(const QStringList &arguments)
 {
     KomutSatiri k;
-    k.settings = store::ConnectionSettings::sqlite(QDir::current().absoluteFilePath(QStringLiteral("data")));
+    k.settings = store::ConnectionSettings::sqlite(
+        QDir::current().absoluteFilePath(QStringLiteral("data")));
     for (int i = 1; i < arguments.size(); ++i) {
         const QString a = arguments[i];
         if (a == QLatin1String("--surum") || a == QLatin1String("--version")) {
@@ -70,16 +71,18 @@ KomutSatiri KomutSatiriOku(const QStringList &arguments)
             const std::optional<store::ConnectionSettings> pg
                 = store::ConnectionSettings::fromConnInfo(arguments[++i]);
             if (!pg) {
-                k.hata = QStringLiteral("PostgreSQL bağlantı bilgisi okunamadı: \"%1\". Örnek: --pg "
-                                        "\"host=sunucu dbname=okul user=muhasebe password=...\"")
-                             .arg(arguments[i]);
+                k.hata
+                    = QStringLiteral("PostgreSQL bağlantı bilgisi okunamadı: \"%1\". Örnek: --pg "
+                                     "\"host=sunucu dbname=okul user=muhasebe password=...\"")
+                          .arg(arguments[i]);
                 return k;
             }
             k.settings = *pg;
         } else {
-            k.hata = QStringLiteral("Bilinmeyen seçenek: %1\nKullanım: zerna-vortel [--data klasör | "
-                                    "--pg \"host=... dbname=... user=...\"]")
-                         .arg(a);
+            k.hata
+                = QStringLiteral("Bilinmeyen seçenek: %1\nKullanım: zerna-vortel [--data klasör | "
+                                 "--pg \"host=... dbname=... user=...\"]")
+                      .arg(a);
             return k;
         }
     }
@@ -128,12 +131,13 @@ int Main(int argc, char *argv[])
     users::durum().UygulamaYolu = QCoreApplication::applicationDirPath();
     store::Database db(k.settings);
     store::setDefaultDatabase(&db);
-    store::setMessageHandler([](store::MessageKind kind, const QString &title, const QString &text) {
-        ui::notify(title, text,
-                   kind == store::MessageKind::Critical  ? ui::Icon::Critical
-                   : kind == store::MessageKind::Warning ? ui::Icon::Warning
-                                                         : ui::Icon::Information);
-    });
+    store::setMessageHandler(
+        [](store::MessageKind kind, const QString &title, const QString &text) {
+            ui::notify(title, text,
+                       kind == store::MessageKind::Critical  ? ui::Icon::Critical
+                       : kind == store::MessageKind::Warning ? ui::Icon::Warning
+                                                             : ui::Icon::Information);
+        });
     ui::setProgramAdi(MDIAidat::programBasligi());
 
     int result = 0;

@@ -34,8 +34,8 @@ int CariAySirasi(const QList<AyGirdisi> &liste, const QString &cariAy, const QSt
         }
         return -1;
     };
-    const QString fallback = ogretimYili.left(4)
-                             + QStringLiteral("%1").arg(bugun.month(), 2, 10, QLatin1Char('0'));
+    const QString fallback
+        = ogretimYili.left(4) + QStringLiteral("%1").arg(bugun.month(), 2, 10, QLatin1Char('0'));
     int index = find(cariAy.trimmed().isEmpty() ? fallback : cariAy.trimmed());
     if (index < 0)
         index = find(fallback);

@@ -22,7 +22,7 @@ base::Status YeniTabloEkle(Database &db)
 }
 
 base::Status LogOgrenci(Database &db, const OgrenciLogSatiri &o, const QString &islemTuru,
-                         const QString &kullanici)
+                        const QString &kullanici)
 {
     Query q(db,
             QStringLiteral("INSERT INTO %1 (Kayit_Id, Donem, Ogr_Numarasi, Ogr_Soyadi, Ogr_Adi, "

@@ -28,6 +28,6 @@ struct OgrenciLogSatiri
 // moment, the user and the operation word. Called inside the save's transaction, after the
 // student's own row is written, so that both stand or neither does.
 base::Status LogOgrenci(Database &db, const OgrenciLogSatiri &ogrenci, const QString &islemTuru,
-                         const QString &kullanici);
+                        const QString &kullanici);
 
 } // namespace store

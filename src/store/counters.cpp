@@ -38,8 +38,8 @@ base::Status insideTransaction(Database &db, const QString &label)
         return {};
     }
     // A number drawn on its own would be handed out again when the save that uses it fails.
-    return base::Error{
-        3146, QStringLiteral("Numara yalnız kaydın kendi işlemi içinde alınabilir."), label};
+    return base::Error{3146, QStringLiteral("Numara yalnız kaydın kendi işlemi içinde alınabilir."),
+                       label};
 }
 
 base::Result<qint64> nextKasaId(Database &db, const QString &label)
@@ -90,7 +90,7 @@ base::Result<qint64> SonrakiNumara(Database &db, Sayac sayac)
     q.finish();
     if (!drawn) {
         return base::Error{3021, QStringLiteral("Okul bilgileri girilmemiş; numara verilemedi."),
-                            label};
+                           label};
     }
     return *drawn;
 }

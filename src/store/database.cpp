@@ -17,8 +17,8 @@
 #include <QMutex>
 #include <QSqlDriver>
 #include <QSqlError>
-#include <QThread>
 #include <QSqlRecord>
+#include <QThread>
 
 #include <cmath>
 
@@ -133,7 +133,8 @@ void removeStraySuperJournals(const QString &folder)
     const QDir dir(folder);
     if (!dir.entryList({QStringLiteral("*-journal")}, QDir::Files | QDir::Hidden).isEmpty())
         return;
-    for (const QString &name : dir.entryList({QStringLiteral("*.db-mj*")}, QDir::Files | QDir::Hidden))
+    for (const QString &name :
+         dir.entryList({QStringLiteral("*.db-mj*")}, QDir::Files | QDir::Hidden))
         QFile::remove(dir.filePath(name));
 }
 
@@ -168,8 +169,7 @@ base::Result<base::Para> storedDecimal(const QString &field, const QVariant &val
     case QMetaType::LongLong:
     case QMetaType::Short:
     case QMetaType::UShort:
-        if (const std::optional<base::Para> whole
-            = base::Para::fromWholeUnits(value.toLongLong()))
+        if (const std::optional<base::Para> whole = base::Para::fromWholeUnits(value.toLongLong()))
             return *whole;
         return base::TutarTasmasi();
     case QMetaType::ULongLong:
@@ -279,11 +279,11 @@ base::Error toError(const QSqlError &error, const QString &label, Engine engine)
     int number = 3146; // a failure of the engine that has no row of its own
     if (isNumber) {
         switch (sqliteCode) {
-        case 5:  // SQLITE_BUSY
-        case 6:  // SQLITE_LOCKED
+        case 5: // SQLITE_BUSY
+        case 6: // SQLITE_LOCKED
             number = 3260;
             break;
-        case 7:  // SQLITE_NOMEM
+        case 7: // SQLITE_NOMEM
             number = 7;
             break;
         case 13: // SQLITE_FULL
@@ -298,7 +298,7 @@ base::Error toError(const QSqlError &error, const QString &label, Engine engine)
             break;
         case 23: // SQLITE_AUTH: the write guard's authorizer refused the statement
             return writeRefusal(label);
-        case 1:  // SQLITE_ERROR: a statement the store cannot run
+        case 1: // SQLITE_ERROR: a statement the store cannot run
             number = text.contains(QLatin1String("no such"))
                              || text.contains(QLatin1String("has no column"))
                          ? 3061
@@ -343,7 +343,9 @@ QVariant toStoredDate(Engine engine, const QDateTime &value)
     if (engine == Engine::SQLite)
         return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     // Bound as UTC with the session in UTC, so that the wall-clock time is stored unchanged.
-    return QDateTime(value.date(), QTime(value.time().hour(), value.time().minute(), value.time().second()), Qt::UTC);
+    return QDateTime(value.date(),
+                     QTime(value.time().hour(), value.time().minute(), value.time().second()),
+                     Qt::UTC);
 }
 
 QDateTime fromStoredDate(const QVariant &value)
@@ -421,11 +423,13 @@ QString Database::location(Store store, int calismaId) const
         const QString folder = QDir(m_settings.dataFolder).absolutePath() + QLatin1Char('/');
         switch (store) {
         case Store::Global:
-            return folder + (m_errorStore ? QStringLiteral("HATALAR.db") : QStringLiteral("Sabit.db"));
+            return folder
+                   + (m_errorStore ? QStringLiteral("HATALAR.db") : QStringLiteral("Sabit.db"));
         case Store::Year:
             return folder + QStringLiteral("Aidat") + yearNumber(calismaId) + QStringLiteral(".db");
         case Store::Log:
-            return folder + QStringLiteral("LAidat") + yearNumber(calismaId) + QStringLiteral(".db");
+            return folder + QStringLiteral("LAidat") + yearNumber(calismaId)
+                   + QStringLiteral(".db");
         }
     }
     switch (store) {
@@ -460,18 +464,17 @@ base::Status Database::drop(int calismaId)
             const QString path = location(s, calismaId);
             QFile::remove(path + QStringLiteral("-journal"));
             if (QFileInfo::exists(path) && !QFile::remove(path)) {
-                return base::Error{70,
-                                    QStringLiteral("Dosya silinemedi: ")
-                                        + QDir::toNativeSeparators(path),
-                                    QStringLiteral("Database:drop")};
+                return base::Error{
+                    70, QStringLiteral("Dosya silinemedi: ") + QDir::toNativeSeparators(path),
+                    QStringLiteral("Database:drop")};
             }
         }
         return {};
     }
     for (Store s : {Store::Year, Store::Log}) {
-        if (base::Status st = exec(QStringLiteral("DROP SCHEMA IF EXISTS %1 CASCADE")
-                                        .arg(location(s, calismaId)),
-                                    QStringLiteral("Database:drop"));
+        if (base::Status st
+            = exec(QStringLiteral("DROP SCHEMA IF EXISTS %1 CASCADE").arg(location(s, calismaId)),
+                   QStringLiteral("Database:drop"));
             !st) {
             return st;
         }
@@ -493,9 +496,9 @@ base::Status Database::openConnection()
     if (engine() == Engine::SQLite) {
         if (!QDir().mkpath(m_settings.dataFolder)) {
             return base::Error{76,
-                                QStringLiteral("Veri klasörü oluşturulamadı: ")
-                                    + QDir::toNativeSeparators(m_settings.dataFolder),
-                                QStringLiteral("DatabaseAc")};
+                               QStringLiteral("Veri klasörü oluşturulamadı: ")
+                                   + QDir::toNativeSeparators(m_settings.dataFolder),
+                               QStringLiteral("DatabaseAc")};
         }
         recoverCompactions(m_settings.dataFolder);
         ownerOnly(location(Store::Global));
@@ -527,20 +530,18 @@ base::Status Database::openConnection()
 base::Status Database::prepareSqlite()
 {
     if (!registerSqliteFunctions(m_sql)) {
-        return base::Error{3146,
-                            QStringLiteral("SQLite bağlantısına Türkçe sıralama eklenemedi."),
-                            QStringLiteral("DatabaseAc")};
+        return base::Error{3146, QStringLiteral("SQLite bağlantısına Türkçe sıralama eklenemedi."),
+                           QStringLiteral("DatabaseAc")};
     }
     if (!installWriteGuard(m_sql)) {
         return base::Error{3146, QStringLiteral("SQLite bağlantısına yazma denetimi eklenemedi."),
-                            QStringLiteral("DatabaseAc")};
+                           QStringLiteral("DatabaseAc")};
     }
     // The rollback journal, not WAL: its super-journal makes one commit over the global file,
     // the year and its change log atomic, so a crash never keeps a save without its log row.
     // Money files are written with full syncs.
     for (const char *pragma : {"PRAGMA main.journal_mode = DELETE",
-                               "PRAGMA main.synchronous = FULL",
-                               "PRAGMA foreign_keys = OFF"}) {
+                               "PRAGMA main.synchronous = FULL", "PRAGMA foreign_keys = OFF"}) {
         if (base::Status s = exec(QString::fromLatin1(pragma), QStringLiteral("DatabaseAc")); !s)
             return s;
     }
@@ -748,9 +749,8 @@ base::Status Database::attachYear(int calismaId)
                 detachYear();
                 return e;
             }
-            for (const QString &pragma :
-                 {QStringLiteral("PRAGMA %1.journal_mode = DELETE"),
-                  QStringLiteral("PRAGMA %1.synchronous = FULL")}) {
+            for (const QString &pragma : {QStringLiteral("PRAGMA %1.journal_mode = DELETE"),
+                                          QStringLiteral("PRAGMA %1.synchronous = FULL")}) {
                 if (base::Status st = exec(pragma.arg(QLatin1String(file.alias)), label); !st) {
                     detachYear();
                     return st;
@@ -792,7 +792,7 @@ void Database::detachYear()
     }
     m_openYear = 0;
     if (m_sql.isOpen() && engine() == Engine::PostgreSQL)
-        (void) setSearchPath();
+        (void)setSearchPath();
 }
 
 void Database::close()
@@ -828,10 +828,10 @@ base::Status Database::followWriteGuard()
             return {};
         }
         if (base::Status s = execControl(readOnly ? QStringLiteral("SET SESSION CHARACTERISTICS "
-                                                                    "AS TRANSACTION READ ONLY")
-                                                   : QStringLiteral("SET SESSION CHARACTERISTICS "
-                                                                    "AS TRANSACTION READ WRITE"),
-                                          label);
+                                                                   "AS TRANSACTION READ ONLY")
+                                                  : QStringLiteral("SET SESSION CHARACTERISTICS "
+                                                                   "AS TRANSACTION READ WRITE"),
+                                         label);
             !s) {
             return s;
         }
@@ -845,8 +845,7 @@ base::Status Database::followWriteGuard()
         return {};
     }
     if (readOnly) {
-        if (base::Status s
-            = execControl(QStringLiteral("SAVEPOINT ") + s_readOnlySavepoint, label);
+        if (base::Status s = execControl(QStringLiteral("SAVEPOINT ") + s_readOnlySavepoint, label);
             !s) {
             return s;
         }
@@ -1125,9 +1124,9 @@ bool writeGuardAllows()
 base::Error writeRefusal(const QString &label)
 {
     return base::Error{YazmaYetkisiYokHatasi,
-                        QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile "
-                                       "görüşünüz"),
-                        label};
+                       QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile "
+                                      "görüşünüz"),
+                       label};
 }
 
 // ---- Transaction ---------------------------------------------------------------------------
@@ -1167,9 +1166,8 @@ bool Transaction::stillOpen()
     if (m_generation == m_db.m_generation)
         return true;
     m_done = true;
-    m_error = base::Error{3146,
-                           QStringLiteral("Bağlantı kapandığı için işlem geri alındı."),
-                           QStringLiteral("Transaction")};
+    m_error = base::Error{3146, QStringLiteral("Bağlantı kapandığı için işlem geri alındı."),
+                          QStringLiteral("Transaction")};
     return false;
 }
 
@@ -1190,9 +1188,9 @@ bool Transaction::commit()
         (void)m_db.execControl(QStringLiteral("ROLLBACK"));
         m_db.endOfTransaction();
         m_error = base::Error{3146,
-                               QStringLiteral("İşlemin bir adımı başarısız olduğu için hiçbir "
-                                              "değişiklik kaydedilmedi."),
-                               QStringLiteral("Transaction")};
+                              QStringLiteral("İşlemin bir adımı başarısız olduğu için hiçbir "
+                                             "değişiklik kaydedilmedi."),
+                              QStringLiteral("Transaction")};
         return false;
     }
     const base::Status committed

@@ -96,7 +96,8 @@ bool isTextType(const QString &typeName)
 
 QString Dialect::collation() const
 {
-    return m_engine == Engine::SQLite ? QStringLiteral("turkce") : QStringLiteral("\"tr-TR-x-icu\"");
+    return m_engine == Engine::SQLite ? QStringLiteral("turkce")
+                                      : QStringLiteral("\"tr-TR-x-icu\"");
 }
 
 QString Dialect::columnDefinition(const Field &field) const
@@ -151,16 +152,17 @@ QString Dialect::createTable(const QString &qualifiedName, const QList<Field> &f
     QStringList columns;
     for (const Field &field : fields)
         columns << columnDefinition(field);
-    return QStringLiteral("CREATE TABLE %1 (%2)").arg(qualifiedName, columns.join(QStringLiteral(", ")));
+    return QStringLiteral("CREATE TABLE %1 (%2)")
+        .arg(qualifiedName, columns.join(QStringLiteral(", ")));
 }
 
-QString Dialect::createIndex(const QString &schemaName,
-                             const QString &table,
+QString Dialect::createIndex(const QString &schemaName, const QString &table,
                              const schema::Index &index) const
 {
     const QString unique = index.unique ? QStringLiteral("UNIQUE ") : QString();
     const QString fields = index.fields.join(QStringLiteral(", "));
-    const QString where = index.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + index.where;
+    const QString where
+        = index.where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + index.where;
     if (m_engine == Engine::SQLite) {
         return QStringLiteral("CREATE %1INDEX %2.%3 ON %4 (%5)%6")
             .arg(unique, schemaName, index.name, table, fields, where);
@@ -171,11 +173,11 @@ QString Dialect::createIndex(const QString &schemaName,
 
 QString Dialect::addColumn(const QString &qualifiedTable, const Field &field) const
 {
-    return QStringLiteral("ALTER TABLE %1 ADD COLUMN %2").arg(qualifiedTable, columnDefinition(field));
+    return QStringLiteral("ALTER TABLE %1 ADD COLUMN %2")
+        .arg(qualifiedTable, columnDefinition(field));
 }
 
-QString Dialect::renameColumn(const QString &qualifiedTable,
-                              const QString &from,
+QString Dialect::renameColumn(const QString &qualifiedTable, const QString &from,
                               const QString &to) const
 {
     return QStringLiteral("ALTER TABLE %1 RENAME COLUMN %2 TO %3").arg(qualifiedTable, from, to);
@@ -186,24 +188,22 @@ base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
     Catalog catalog;
     const QString schemaName = db.schema(store);
     if (m_engine == Engine::SQLite) {
-        Query columns(db,
-                      QStringLiteral("SELECT m.name, p.name, p.type, p.pk FROM %1.sqlite_master AS m "
-                                     "JOIN pragma_table_info(m.name, '%1') AS p "
-                                     "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite_%' "
-                                     "ORDER BY m.name, p.cid")
-                          .arg(schemaName));
+        Query columns(
+            db, QStringLiteral("SELECT m.name, p.name, p.type, p.pk FROM %1.sqlite_master AS m "
+                               "JOIN pragma_table_info(m.name, '%1') AS p "
+                               "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite_%' "
+                               "ORDER BY m.name, p.cid")
+                    .arg(schemaName));
         if (!columns.exec())
             return columns.error(QStringLiteral("Catalog:readCatalog"));
         while (columns.next()) {
             const QString type = columns.value(2).toString();
-            catalog.addColumn(columns.value(0).toString(),
-                              ColumnInfo{columns.value(1).toString(),
-                                         type,
-                                         sizeOf(type),
-                                         columns.value(3).toInt() > 0
-                                             && type.compare(QLatin1String("INTEGER"),
-                                                             Qt::CaseInsensitive)
-                                                    == 0});
+            catalog.addColumn(
+                columns.value(0).toString(),
+                ColumnInfo{columns.value(1).toString(), type, sizeOf(type),
+                           columns.value(3).toInt() > 0
+                               && type.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive)
+                                      == 0});
         }
         Query tables(db,
                      QStringLiteral("SELECT type, name FROM %1.sqlite_master "
@@ -220,29 +220,25 @@ base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
         return catalog;
     }
 
-    Query columns(db,
-                  QStringLiteral(
-                      "SELECT c.relname, a.attname, format_type(a.atttypid, a.atttypmod), "
-                      "a.attidentity FROM pg_catalog.pg_class c "
-                      "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
-                      "JOIN pg_catalog.pg_attribute a ON a.attrelid = c.oid "
-                      "WHERE n.nspname = ? AND c.relkind = 'r' AND a.attnum > 0 "
-                      "AND NOT a.attisdropped ORDER BY c.relname, a.attnum"));
+    Query columns(
+        db, QStringLiteral("SELECT c.relname, a.attname, format_type(a.atttypid, a.atttypmod), "
+                           "a.attidentity FROM pg_catalog.pg_class c "
+                           "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
+                           "JOIN pg_catalog.pg_attribute a ON a.attrelid = c.oid "
+                           "WHERE n.nspname = ? AND c.relkind = 'r' AND a.attnum > 0 "
+                           "AND NOT a.attisdropped ORDER BY c.relname, a.attnum"));
     columns.bind(schemaName);
     if (!columns.exec())
         return columns.error(QStringLiteral("Catalog:readCatalog"));
     while (columns.next()) {
         const QString type = columns.value(2).toString();
         catalog.addColumn(columns.value(0).toString(),
-                          ColumnInfo{columns.value(1).toString(),
-                                     type,
-                                     sizeOf(type),
+                          ColumnInfo{columns.value(1).toString(), type, sizeOf(type),
                                      !columns.value(3).toString().trimmed().isEmpty()});
     }
-    Query indexes(db,
-                  QStringLiteral("SELECT c.relname FROM pg_catalog.pg_class c "
-                                 "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
-                                 "WHERE n.nspname = ? AND c.relkind = 'i'"));
+    Query indexes(db, QStringLiteral("SELECT c.relname FROM pg_catalog.pg_class c "
+                                     "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
+                                     "WHERE n.nspname = ? AND c.relkind = 'i'"));
     indexes.bind(schemaName);
     if (!indexes.exec())
         return indexes.error(QStringLiteral("Catalog:readCatalog"));
@@ -266,11 +262,8 @@ struct SqliteColumn
 // Rebuilds `table` of a SQLite store with the given columns: `replace` gives a column a new
 // definition, `append` adds one at the end. Rows and indexes are carried over; the caller's
 // transaction makes it all or nothing.
-base::Status rebuildSqlite(Database &db,
-                            Store store,
-                            const QString &table,
-                            const Field *replace,
-                            const Field *append)
+base::Status rebuildSqlite(Database &db, Store store, const QString &table, const Field *replace,
+                           const Field *append)
 {
     const QString label = QStringLiteral("DatabaseGuncelle:") + table;
     const QString schemaName = db.schema(store);
@@ -281,11 +274,10 @@ base::Status rebuildSqlite(Database &db,
             return info.error(label);
         while (info.next()) {
             const QString type = info.value(2).toString();
-            columns.append({info.value(1).toString(),
-                            type,
-                            info.value(4).toString(),
-                            info.value(5).toInt() > 0
-                                && type.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0});
+            columns.append(
+                {info.value(1).toString(), type, info.value(4).toString(),
+                 info.value(5).toInt() > 0
+                     && type.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive) == 0});
         }
     }
     if (columns.isEmpty())
@@ -293,10 +285,9 @@ base::Status rebuildSqlite(Database &db,
 
     QStringList indexSql;
     {
-        Query indexes(db,
-                      QStringLiteral("SELECT sql FROM %1.sqlite_master WHERE type = 'index' "
-                                     "AND tbl_name = ? AND sql IS NOT NULL")
-                          .arg(schemaName));
+        Query indexes(db, QStringLiteral("SELECT sql FROM %1.sqlite_master WHERE type = 'index' "
+                                         "AND tbl_name = ? AND sql IS NOT NULL")
+                              .arg(schemaName));
         indexes.bind(table);
         if (!indexes.exec())
             return indexes.error(label);
@@ -346,8 +337,8 @@ base::Status rebuildSqlite(Database &db,
         const QRegularExpressionMatch m = head.match(sqlText);
         if (!m.hasMatch())
             continue;
-        const QString rewritten = m.captured(0) + schemaName + QLatin1Char('.')
-                                  + sqlText.mid(m.capturedLength(0));
+        const QString rewritten
+            = m.captured(0) + schemaName + QLatin1Char('.') + sqlText.mid(m.capturedLength(0));
         if (base::Status s = db.exec(rewritten, label); !s)
             return s;
     }
@@ -356,7 +347,8 @@ base::Status rebuildSqlite(Database &db,
 
 } // namespace
 
-base::Status addAutoNumberColumn(Database &db, Store store, const QString &table, const Field &field)
+base::Status addAutoNumberColumn(Database &db, Store store, const QString &table,
+                                 const Field &field)
 {
     if (db.engine() == Engine::SQLite)
         return rebuildSqlite(db, store, table, nullptr, &field);

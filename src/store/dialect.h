@@ -56,12 +56,10 @@ public:
     // "Ogr_Adi VARCHAR(20) COLLATE turkce", "KayitID INTEGER PRIMARY KEY AUTOINCREMENT"...
     QString columnDefinition(const schema::Field &field) const;
     QString createTable(const QString &qualifiedName, const QList<schema::Field> &fields) const;
-    QString createIndex(const QString &schemaName,
-                        const QString &table,
+    QString createIndex(const QString &schemaName, const QString &table,
                         const schema::Index &index) const;
     QString addColumn(const QString &qualifiedTable, const schema::Field &field) const;
-    QString renameColumn(const QString &qualifiedTable,
-                         const QString &from,
+    QString renameColumn(const QString &qualifiedTable, const QString &from,
                          const QString &to) const;
 
     // Reads what a store holds.
@@ -81,13 +79,9 @@ bool isTextType(const QString &typeName);
 // Catalogue operations that need more than one statement on one of the engines (SQLite has
 // no ALTER COLUMN and cannot add an autonumber to a table that has rows): the table is rebuilt
 // with the same columns in the same order, its rows and indexes carried over.
-base::Status addAutoNumberColumn(Database &db,
-                                  Store store,
-                                  const QString &table,
-                                  const schema::Field &field);
-base::Status changeColumnType(Database &db,
-                               Store store,
-                               const QString &table,
-                               const schema::Field &field);
+base::Status addAutoNumberColumn(Database &db, Store store, const QString &table,
+                                 const schema::Field &field);
+base::Status changeColumnType(Database &db, Store store, const QString &table,
+                              const schema::Field &field);
 
 } // namespace store

@@ -3,7 +3,6 @@
 #include "store/dialect.h"
 #include "store/schema.h"
 
-
 namespace store {
 
 namespace {
@@ -54,8 +53,8 @@ base::Result<Database *> open(const ConnectionSettings &settings)
     const schema::Table &t = schema::errorTable();
     if (!catalog->hasTable(t.name)) {
         QList<schema::Field> fields(t.fields.begin(), t.fields.end());
-        if (base::Status s = db.exec(db.dialect().createTable(db.table(Store::Global, t.name), fields),
-                                      label);
+        if (base::Status s
+            = db.exec(db.dialect().createTable(db.table(Store::Global, t.name), fields), label);
             !s) {
             return s.error();
         }
@@ -73,10 +72,9 @@ base::Status writeErrorRow(const ConnectionSettings &settings, const ErrorRow &r
     base::Result<Database *> db = open(settings);
     if (!db)
         return db.error();
-    Query q(**db,
-            QStringLiteral("INSERT INTO %1 (MAKINEADI, KULLANICI, MODUL, OBJE, HATA_KODU, "
-                           "HATA_SATIRI, ACIKLAMA, ZAMAN) VALUES (?, ?, ?, ?, ?, ?, ?, ?)")
-                .arg((*db)->table(Store::Global, schema::errorTable().name)));
+    Query q(**db, QStringLiteral("INSERT INTO %1 (MAKINEADI, KULLANICI, MODUL, OBJE, HATA_KODU, "
+                                 "HATA_SATIRI, ACIKLAMA, ZAMAN) VALUES (?, ?, ?, ?, ?, ?, ?, ?)")
+                      .arg((*db)->table(Store::Global, schema::errorTable().name)));
     q.bind(row.machine.left(100))
         .bind(row.user.left(100))
         .bind(row.module.left(100))
@@ -103,14 +101,8 @@ base::Result<QList<ErrorRow>> readErrorRows(const ConnectionSettings &settings)
         return q.error(QStringLiteral("HataKaydet"));
     QList<ErrorRow> rows;
     while (q.next()) {
-        rows.append(ErrorRow{q.text(0),
-                             q.text(1),
-                             q.text(2),
-                             q.text(3),
-                             int(q.integer(4)),
-                             int(q.integer(5)),
-                             q.text(6),
-                             q.dateTime(7)});
+        rows.append(ErrorRow{q.text(0), q.text(1), q.text(2), q.text(3), int(q.integer(4)),
+                             int(q.integer(5)), q.text(6), q.dateTime(7)});
     }
     return rows;
 }

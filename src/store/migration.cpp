@@ -73,7 +73,8 @@ public:
         if (field.autoNumber) {
             if (!check(addAutoNumberColumn(m_db, m_store, table, field)))
                 return false;
-        } else if (!check(m_db.exec(m_db.dialect().addColumn(qualified(table), field), label(table)))) {
+        } else if (!check(m_db.exec(m_db.dialect().addColumn(qualified(table), field),
+                                    label(table)))) {
             return false;
         }
         m_catalog.addColumn(table, ColumnInfo{field.name, QString(), field.size, field.autoNumber});
@@ -116,7 +117,7 @@ public:
         if (!m_ok || !hasField(table, from) || hasField(table, to))
             return;
         if (m_db.tryExec(m_db.dialect().renameColumn(qualified(table), from, to)))
-            (void) check(load());
+            (void)check(load());
     }
 
     void changeType(const QString &table, const QString &fieldName)
@@ -128,7 +129,7 @@ public:
         if (!current || sameType(*current, field))
             return;
         if (check(changeColumnType(m_db, m_store, table, field)))
-            (void) check(load());
+            (void)check(load());
     }
 
     bool check(const base::Status &status)
@@ -155,8 +156,8 @@ private:
 void addFilled(Migrator &m, const QString &table, const QString &field, const QString &value)
 {
     m.add(table, field);
-    m.run(QStringLiteral("UPDATE %1 SET ") + field + QLatin1Char('=') + value + QStringLiteral(" WHERE ")
-              + field + QStringLiteral(" IS NULL"),
+    m.run(QStringLiteral("UPDATE %1 SET ") + field + QLatin1Char('=') + value
+              + QStringLiteral(" WHERE ") + field + QStringLiteral(" IS NULL"),
           table);
 }
 
@@ -176,12 +177,9 @@ void addAll(Migrator &m, const QString &table, const QStringList &fields)
 void haklar(Migrator &m)
 {
     m.createIfMissing(QStringLiteral("Haklar"));
-    addAll(m,
-           QStringLiteral("Haklar"),
-           {QStringLiteral("Kullanici_Adi"),
-            QStringLiteral("Haklar_Okuma"),
-            QStringLiteral("Haklar_Yazma"),
-            QStringLiteral("Haklar_Program_Adi"),
+    addAll(m, QStringLiteral("Haklar"),
+           {QStringLiteral("Kullanici_Adi"), QStringLiteral("Haklar_Okuma"),
+            QStringLiteral("Haklar_Yazma"), QStringLiteral("Haklar_Program_Adi"),
             QStringLiteral("Kullanici_Program")});
 }
 
@@ -251,55 +249,42 @@ const std::vector<Step> &steps()
         },
         // 6. fee definitions
         [](Migrator &m, Database &) {
-            addFilled(m, QStringLiteral("AidatTanim"), QStringLiteral("YTLCevrim"), QStringLiteral("0"));
-            addFilled(m, QStringLiteral("AidatTanim"), QStringLiteral("KDVOrani"), QStringLiteral("0"));
+            addFilled(m, QStringLiteral("AidatTanim"), QStringLiteral("YTLCevrim"),
+                      QStringLiteral("0"));
+            addFilled(m, QStringLiteral("AidatTanim"), QStringLiteral("KDVOrani"),
+                      QStringLiteral("0"));
         },
         // 7. installments of the definitions
         [](Migrator &m, Database &) {
-            addFilled(m, QStringLiteral("AidatDetay"), QStringLiteral("YTLCevrim"), QStringLiteral("0"));
+            addFilled(m, QStringLiteral("AidatDetay"), QStringLiteral("YTLCevrim"),
+                      QStringLiteral("0"));
         },
         // 8. rights
         [](Migrator &m, Database &) { haklar(m); },
         // 9. students
         [](Migrator &m, Database &) {
             const QString t = QStringLiteral("Ogrenci");
-            addAll(m,
-                   t,
-                   {QStringLiteral("Ogr_Kayit_Tarihi"),
-                    QStringLiteral("Ogr_Kayit_Silme_Tarihi"),
-                    QStringLiteral("Ogr_Kayit_Turu"),
-                    QStringLiteral("Donem"),
-                    QStringLiteral("Ogr_Diger_vergiNo"),
-                    QStringLiteral("Ogr_Diger_VergiAdi"),
+            addAll(m, t,
+                   {QStringLiteral("Ogr_Kayit_Tarihi"), QStringLiteral("Ogr_Kayit_Silme_Tarihi"),
+                    QStringLiteral("Ogr_Kayit_Turu"), QStringLiteral("Donem"),
+                    QStringLiteral("Ogr_Diger_vergiNo"), QStringLiteral("Ogr_Diger_VergiAdi"),
                     QStringLiteral("Ogr_Veli_CepTelefon"),
-                    QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say"),
-                    QStringLiteral("Ogr_Ayrildi"),
-                    QStringLiteral("Ogr_Muaf"),
-                    QStringLiteral("Ogr_Veli_KrediKarti"),
-                    QStringLiteral("Ogr_Veli_KK_SonGec"),
-                    QStringLiteral("Ogr_TaahutNo"),
-                    QStringLiteral("Ogr_FaturaAdiSoyadi"),
-                    QStringLiteral("Ogr_FaturaAdres"),
-                    QStringLiteral("Ogr_Veli_Maas"),
-                    QStringLiteral("Ogr_Cari_Durum_Aciklama")});
+                    QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say"), QStringLiteral("Ogr_Ayrildi"),
+                    QStringLiteral("Ogr_Muaf"), QStringLiteral("Ogr_Veli_KrediKarti"),
+                    QStringLiteral("Ogr_Veli_KK_SonGec"), QStringLiteral("Ogr_TaahutNo"),
+                    QStringLiteral("Ogr_FaturaAdiSoyadi"), QStringLiteral("Ogr_FaturaAdres"),
+                    QStringLiteral("Ogr_Veli_Maas"), QStringLiteral("Ogr_Cari_Durum_Aciklama")});
             // Older files have a shorter note field; it grows, keeping its notes and place.
             m.changeType(t, QStringLiteral("Ogr_Cari_Durum_Aciklama"));
-            m.rename(QStringLiteral("OgrenciAidatOdeme"),
-                     QStringLiteral("Aciklama"),
+            m.rename(QStringLiteral("OgrenciAidatOdeme"), QStringLiteral("Aciklama"),
                      QStringLiteral("Ogr_Cari_Durum_Aciklamasi"));
             for (const QString &who : {QStringLiteral("Ana"), QStringLiteral("Baba")}) {
-                for (const QString &field : {QStringLiteral("TcNo"),
-                                             QStringLiteral("Adi"),
-                                             QStringLiteral("Soyadi"),
-                                             QStringLiteral("Meslegi"),
-                                             QStringLiteral("Gorevi"),
-                                             QStringLiteral("isYeri"),
-                                             QStringLiteral("isyeriSahibiMi"),
-                                             QStringLiteral("isTel"),
-                                             QStringLiteral("EvTel"),
-                                             QStringLiteral("Fax"),
-                                             QStringLiteral("Email"),
-                                             QStringLiteral("CepTel")}) {
+                for (const QString &field :
+                     {QStringLiteral("TcNo"), QStringLiteral("Adi"), QStringLiteral("Soyadi"),
+                      QStringLiteral("Meslegi"), QStringLiteral("Gorevi"), QStringLiteral("isYeri"),
+                      QStringLiteral("isyeriSahibiMi"), QStringLiteral("isTel"),
+                      QStringLiteral("EvTel"), QStringLiteral("Fax"), QStringLiteral("Email"),
+                      QStringLiteral("CepTel")}) {
                     m.add(t, QStringLiteral("Ogr_") + who + QLatin1Char('_') + field);
                 }
             }
@@ -316,12 +301,9 @@ const std::vector<Step> &steps()
         [](Migrator &m, Database &) { bankalar(m); },
         // 14. collection details of the payments
         [](Migrator &m, Database &) {
-            addAll(m,
-                   QStringLiteral("OgrenciAidatOdeme"),
-                   {QStringLiteral("Tahsilat_Vade_Tarihi"),
-                    QStringLiteral("Pesinat_Tarihi"),
-                    QStringLiteral("Sube"),
-                    QStringLiteral("Ciro")});
+            addAll(m, QStringLiteral("OgrenciAidatOdeme"),
+                   {QStringLiteral("Tahsilat_Vade_Tarihi"), QStringLiteral("Pesinat_Tarihi"),
+                    QStringLiteral("Sube"), QStringLiteral("Ciro")});
         },
         // 15. cash box and personnel
         [](Migrator &m, Database &) { kasaPersonel(m); },
@@ -331,21 +313,20 @@ const std::vector<Step> &steps()
             m.add(t, QStringLiteral("EgitimDestekTutari"));
             const int months[] = {12, 2, 6, 0};
             for (int i = 1; i <= 4; ++i) {
-                addNew(m, t, QStringLiteral("EgitimDestekAy%1").arg(i), QString::number(months[i - 1]));
+                addNew(m, t, QStringLiteral("EgitimDestekAy%1").arg(i),
+                       QString::number(months[i - 1]));
             }
             for (int i = 1; i <= 4; ++i)
                 m.add(t, QStringLiteral("EgitimDestekTaksit%1").arg(i));
-            addAll(m,
-                   t,
-                   {QStringLiteral("MersisNo"),
-                    QStringLiteral("TicaretSicilNo"),
-                    QStringLiteral("VergiSicilNo"),
-                    QStringLiteral("VergiDairesiAdi"),
+            addAll(m, t,
+                   {QStringLiteral("MersisNo"), QStringLiteral("TicaretSicilNo"),
+                    QStringLiteral("VergiSicilNo"), QStringLiteral("VergiDairesiAdi"),
                     QStringLiteral("Adres")});
         },
         // 17. education support of a student
         [](Migrator &m, Database &) {
-            addNew(m, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_EgitimDestekDurumu"), QStringLiteral("0"));
+            addNew(m, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_EgitimDestekDurumu"),
+                   QStringLiteral("0"));
         },
         // 18. how each discount of a student is computed
         [](Migrator &m, Database &) {
@@ -369,7 +350,9 @@ const std::vector<Step> &steps()
                 m.index(QStringLiteral("OgrenciBurs"), QStringLiteral("OgrenciBurs_INX"));
         },
         // 21. the scholarship amount, kept as text
-        [](Migrator &m, Database &) { m.add(QStringLiteral("OgrenciBurs"), QStringLiteral("BursMiktari")); },
+        [](Migrator &m, Database &) {
+            m.add(QStringLiteral("OgrenciBurs"), QStringLiteral("BursMiktari"));
+        },
         // 22. the record lock and the parents' work addresses
         [](Migrator &m, Database &) {
             const QString t = QStringLiteral("Ogrenci");
@@ -387,7 +370,8 @@ const std::vector<Step> &steps()
         },
         // 25. the kind of a fee
         [](Migrator &m, Database &) {
-            addNew(m, QStringLiteral("AidatTanim"), QStringLiteral("AidatTuru"), QStringLiteral("0"));
+            addNew(m, QStringLiteral("AidatTanim"), QStringLiteral("AidatTuru"),
+                   QStringLiteral("0"));
         },
         // 26. what the screens look rows up by: the siblings table and fields that the student
         // screen used to add for itself, room for the encrypted card number, and an index for
@@ -398,9 +382,9 @@ const std::vector<Step> &steps()
             m.createIfMissing(QStringLiteral("OgrenciKardesler"));
             // The guardian's card number is kept encrypted, longer than the number it hides.
             m.changeType(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Veli_KrediKarti"));
-            addAll(m,
-                   QStringLiteral("Ogrenci"),
-                   {QStringLiteral("KardesAd"), QStringLiteral("KardesSoyad"), QStringLiteral("KardesOkul")});
+            addAll(m, QStringLiteral("Ogrenci"),
+                   {QStringLiteral("KardesAd"), QStringLiteral("KardesSoyad"),
+                    QStringLiteral("KardesOkul")});
             for (const schema::Table &t : schema::tables()) {
                 if (t.store != Store::Year || !m.catalog().hasTable(t.name))
                     continue;
@@ -434,9 +418,9 @@ public:
             m_status = m_file->error() == QLockFile::LockFailedError
                            ? busy()
                            : base::Error{75,
-                                          QStringLiteral("Kilit dosyası yazılamadı: ")
-                                              + m_file->fileName(),
-                                          s_label};
+                                         QStringLiteral("Kilit dosyası yazılamadı: ")
+                                             + m_file->fileName(),
+                                         s_label};
             return;
         }
         Query q(db,
@@ -468,9 +452,9 @@ private:
     static base::Error busy()
     {
         return base::Error{3260,
-                            QStringLiteral("Çalışma dosyası başka bir iş istasyonunda "
-                                           "güncelleniyor; bir süre sonra yeniden deneyiniz."),
-                            s_label};
+                           QStringLiteral("Çalışma dosyası başka bir iş istasyonunda "
+                                          "güncelleniyor; bir süre sonra yeniden deneyiniz."),
+                           s_label};
     }
 
     static constexpr int s_wait = 10 * 60 * 1000; // a large year rebuilt on a slow disk
@@ -496,8 +480,9 @@ base::Status createIndexes(Database &db, const schema::Table &table, bool modelO
                     fieldName = f->modelName;
             }
         }
-        if (base::Status s = db.exec(db.dialect().createIndex(db.schema(table.store), table.name, named),
-                                      QStringLiteral("DatabaseAc:") + table.name);
+        if (base::Status s
+            = db.exec(db.dialect().createIndex(db.schema(table.store), table.name, named),
+                      QStringLiteral("DatabaseAc:") + table.name);
             !s) {
             return s;
         }
@@ -530,20 +515,18 @@ bool Field_Exist(Database &db, Store store, const QString &table, const QString 
     return c && c->hasColumn(table, field);
 }
 
-bool AddField_ToTable(Database &db,
-                      Store store,
-                      const QString &table,
-                      const Field &field,
+bool AddField_ToTable(Database &db, Store store, const QString &table, const Field &field,
                       const QString &defaultValue)
 {
     base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c || !c->hasTable(table) || c->hasColumn(table, field.name))
         return false;
-    const bool added = field.autoNumber ? addAutoNumberColumn(db, store, table, field).ok()
-                                        : db.tryExec(db.dialect().addColumn(db.table(store, table), field));
+    const bool added = field.autoNumber
+                           ? addAutoNumberColumn(db, store, table, field).ok()
+                           : db.tryExec(db.dialect().addColumn(db.table(store, table), field));
     if (added && !defaultValue.isEmpty()) {
-        (void) db.tryExec(QStringLiteral("UPDATE %1 SET %2=%3")
-                              .arg(db.table(store, table), field.name, defaultValue));
+        (void)db.tryExec(QStringLiteral("UPDATE %1 SET %2=%3")
+                             .arg(db.table(store, table), field.name, defaultValue));
     }
     return added;
 }
@@ -567,7 +550,7 @@ void IndeksEkle(Database &db, Store store, const QString &table, const schema::I
     base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c || c->hasIndex(index.name))
         return;
-    (void) db.tryExec(db.dialect().createIndex(db.schema(store), table, index));
+    (void)db.tryExec(db.dialect().createIndex(db.schema(store), table, index));
 }
 
 void AlanAdiDegistir(Database &db, Store store, const QString &table, const QString &from,
@@ -576,7 +559,7 @@ void AlanAdiDegistir(Database &db, Store store, const QString &table, const QStr
     base::Result<Catalog> c = db.dialect().readCatalog(db, store);
     if (!c || !c->hasColumn(table, from) || c->hasColumn(table, to))
         return;
-    (void) db.tryExec(db.dialect().renameColumn(db.table(store, table), from, to));
+    (void)db.tryExec(db.dialect().renameColumn(db.table(store, table), from, to));
 }
 
 base::Status AlanDegistir(Database &db, Store store, const QString &table, const Field &field)
@@ -714,7 +697,8 @@ base::Status IskontoSirasiDoldur(Database &db)
     const QString label = QStringLiteral("DatabaseGuncelle:IskontoSirasiDoldur");
     QList<qint64> ids;
     {
-        Query q(db, QStringLiteral("SELECT ID FROM %1 ORDER BY ID").arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
+        Query q(db, QStringLiteral("SELECT ID FROM %1 ORDER BY ID")
+                        .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
         if (!q.exec())
             return q.error(label);
         while (q.next())
@@ -723,23 +707,20 @@ base::Status IskontoSirasiDoldur(Database &db)
     int sira = 0;
     for (qint64 id : std::as_const(ids)) {
         ++sira;
-        Query own(db,
-                  QStringLiteral("UPDATE %1 SET IskontoSirasi=? WHERE ID=?")
-                      .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
+        Query own(db, QStringLiteral("UPDATE %1 SET IskontoSirasi=? WHERE ID=?")
+                          .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
         own.bind(sira).bind(id);
         if (!own.exec())
             return own.error(label);
-        Query students(db,
-                       QStringLiteral("UPDATE %1 SET IskontoSirasi=? WHERE IskontoID=?")
-                           .arg(db.table(Store::Year, QStringLiteral("OgrenciIskonto"))));
+        Query students(db, QStringLiteral("UPDATE %1 SET IskontoSirasi=? WHERE IskontoID=?")
+                               .arg(db.table(Store::Year, QStringLiteral("OgrenciIskonto"))));
         students.bind(sira).bind(id);
         if (!students.exec())
             return students.error(label);
     }
-    Query serbest(db,
-                  QStringLiteral("INSERT INTO %1 (IskontoAciklama, IskontoOrani, IskontoTipi, "
-                                 "IskontoKalanTutardan, IskontoSirasi) VALUES (?, 0, 1, 1, ?)")
-                      .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
+    Query serbest(db, QStringLiteral("INSERT INTO %1 (IskontoAciklama, IskontoOrani, IskontoTipi, "
+                                     "IskontoKalanTutardan, IskontoSirasi) VALUES (?, 0, 1, 1, ?)")
+                          .arg(db.table(Store::Year, QStringLiteral("IskontoTanim"))));
     serbest.bind(QStringLiteral("Serbest İndirim")).bind(sira + 1);
     if (!serbest.exec())
         return serbest.error(label);
@@ -784,9 +765,9 @@ base::Status DatabaseGuncelle(Database &db)
             step(m, db);
             if (number == s_failingStep) {
                 s_failingStep = 0;
-                m.check(base::Error{
-                    3061, QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
-                    s_label});
+                m.check(base::Error{3061,
+                                    QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
+                                    s_label});
             }
             if (!m.ok()) {
                 result = m.error();

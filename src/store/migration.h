@@ -12,10 +12,7 @@ namespace store {
 bool Field_Exist(Database &db, Store store, const QString &table, const QString &field);
 // Appends the field; with a default value (SQL text) then sets every row to it. False when the
 // field was already there or the engine refused it; neither is reported.
-bool AddField_ToTable(Database &db,
-                      Store store,
-                      const QString &table,
-                      const schema::Field &field,
+bool AddField_ToTable(Database &db, Store store, const QString &table, const schema::Field &field,
                       const QString &defaultValue = QString());
 // Adds the field only when missing. True when it exists afterwards.
 bool AlanYoksaEkle(Database &db, Store store, const QString &table, const schema::Field &field);
@@ -29,7 +26,7 @@ void AlanAdiDegistir(Database &db, Store store, const QString &table, const QStr
 // Changes a field's type in place, keeping its rows and its place in the table. Nothing is
 // done when the field already has that type.
 base::Status AlanDegistir(Database &db, Store store, const QString &table,
-                           const schema::Field &field);
+                          const schema::Field &field);
 
 // ---- creation --------------------------------------------------------------------------------
 

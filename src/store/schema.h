@@ -18,12 +18,12 @@ enum class FieldType {
     Byte,
     Integer,
     Long,
-    Money,   // base::Para: BIGINT ten-thousandths
+    Money, // base::Para: BIGINT ten-thousandths
     Single,
     Double,
-    Date,    // ISO text on SQLite, timestamp on PostgreSQL
-    Text,    // sized; Turkish collation
-    Memo,    // unsized text; Turkish collation
+    Date, // ISO text on SQLite, timestamp on PostgreSQL
+    Text, // sized; Turkish collation
+    Memo, // unsized text; Turkish collation
     Blob,
 };
 

@@ -29,7 +29,7 @@ QString nameKey(const QString &name)
 } // namespace
 
 base::Status IniYaz(Database &db, const QString &dosya, const QString &bolum,
-              const QString &anahtar, const QString &deger)
+                    const QString &anahtar, const QString &deger)
 {
     // Settings are written by the program for whoever uses it.
     const WriteGuardExemption own;
@@ -40,13 +40,13 @@ base::Status IniYaz(Database &db, const QString &dosya, const QString &bolum,
     if (!tx)
         return tx.error();
     Query update(db, QStringLiteral("UPDATE IniAyar SET Deger = ? WHERE Dosya = ? AND "
-                                           "Bolum = ? AND Anahtar = ?"));
+                                    "Bolum = ? AND Anahtar = ?"));
     update.bind(deger).bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar));
     if (!update.exec())
         return op.failed(update);
     if (update.rowsAffected() == 0) {
         Query insert(db, QStringLiteral("INSERT INTO IniAyar (Dosya, Bolum, Anahtar, Deger) "
-                                               "VALUES (?, ?, ?, ?)"));
+                                        "VALUES (?, ?, ?, ?)"));
         insert.bind(fileKey(dosya)).bind(nameKey(bolum)).bind(nameKey(anahtar)).bind(deger);
         if (!insert.exec())
             return op.failed(insert);
@@ -56,8 +56,8 @@ base::Status IniYaz(Database &db, const QString &dosya, const QString &bolum,
     return {};
 }
 
-QString INIAyar(Database &db, const QString &mod, const QString &dosya,
-                const QString &bolum, const QString &anahtar, const QString &deger)
+QString INIAyar(Database &db, const QString &mod, const QString &dosya, const QString &bolum,
+                const QString &anahtar, const QString &deger)
 {
     if (mod.isEmpty())
         return QStringLiteral("Mode Hatası");
@@ -72,9 +72,8 @@ QString INIAyar(Database &db, const QString &mod, const QString &dosya,
     if (upperMode == QLatin1String("GET")) {
         if (!openStore(db, Store::Global, false))
             return QString();
-        Query q(db,
-                       QStringLiteral("SELECT Deger FROM IniAyar WHERE Dosya = ? AND Bolum = ? "
-                                      "AND Anahtar = ?"));
+        Query q(db, QStringLiteral("SELECT Deger FROM IniAyar WHERE Dosya = ? AND Bolum = ? "
+                                   "AND Anahtar = ?"));
         q.bind(file).bind(section).bind(key);
         if (!q.exec() || !q.next())
             return QString();
@@ -86,7 +85,7 @@ QString INIAyar(Database &db, const QString &mod, const QString &dosya,
     if (upperMode == QLatin1String("WRITE")) {
         if (deger.isNull())
             return QStringLiteral("ERROR KeyValue");
-        (void) IniYaz(db, dosya, bolum, anahtar, deger);
+        (void)IniYaz(db, dosya, bolum, anahtar, deger);
         return QString();
     }
     return QString();

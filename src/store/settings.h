@@ -15,12 +15,12 @@ class Database;
 // "ERROR KeyValue". File, section and key are matched without regard to case, as INI files are.
 QString INIAyar(const QString &mod, const QString &dosya, const QString &bolum,
                 const QString &anahtar, const QString &deger = QString());
-QString INIAyar(store::Database &db, const QString &mod, const QString &dosya,
-                const QString &bolum, const QString &anahtar, const QString &deger = QString());
+QString INIAyar(store::Database &db, const QString &mod, const QString &dosya, const QString &bolum,
+                const QString &anahtar, const QString &deger = QString());
 // The writing behind "WRITE", for callers that must know whether it stood: it joins the
 // caller's transaction.
 base::Status IniYaz(store::Database &db, const QString &dosya, const QString &bolum,
-              const QString &anahtar, const QString &deger);
+                    const QString &anahtar, const QString &deger);
 
 // The order that puts the school row in force first: the greatest school year, a row without one
 // last (the engines would otherwise disagree on where a Null goes).

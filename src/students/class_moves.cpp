@@ -1,9 +1,9 @@
 #include "students/class_moves.h"
 
-#include "users/session.h"
 #include "store/change_log.h"
 #include "store/database.h"
 #include "store/schema.h"
+#include "users/session.h"
 
 namespace students {
 
@@ -37,8 +37,8 @@ base::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara)
 }
 
 base::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
-                                                const QList<HizliSatir> &satirlar,
-                                                const std::function<void(int, int)> &ilerleme)
+                                               const QList<HizliSatir> &satirlar,
+                                               const std::function<void(int, int)> &ilerleme)
 {
     // The save has always been reported under the label of the list filling.
     const QString where = QStringLiteral("FrmHizliOgrenciKayit:AlanBolumYabancidilCombo");
@@ -74,8 +74,7 @@ base::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
         const qint64 key = ogrenci.integer(0);
         ogrenci.finish();
         const store::OgrenciLogSatiri log{key, donem, s.numara, soyadi, adi, sinif};
-        if (base::Status st
-            = store::LogOgrenci(db, log, store::LogYeniKayit, durum.AktifKullanici);
+        if (base::Status st = store::LogOgrenci(db, log, store::LogYeniKayit, durum.AktifKullanici);
             !st) {
             return st.error().withLabel(where);
         }
@@ -100,7 +99,7 @@ base::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
 // ---- class moves -------------------------------------------------------------------------------
 
 base::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const QString &sinif,
-                                                      const QString &label)
+                                                     const QString &label)
 {
     store::Query q(db,
                    QStringLiteral("SELECT KayitID, Ogr_Numarasi, Ogr_Adi, Ogr_Soyadi, Ogr_Sinif, "
@@ -119,7 +118,7 @@ base::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const 
 }
 
 base::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiSinif,
-                                        const QString &yeniSinif, const QList<qint64> &numaralar)
+                                       const QString &yeniSinif, const QList<qint64> &numaralar)
 {
     const QString where = QStringLiteral("Form_Sinif_Atlatma:KAYDET");
     const QString eski = cutOgrenci(eskiSinif, "Ogr_Sinif");
@@ -157,7 +156,7 @@ base::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiS
 }
 
 base::Result<int> TopluSinifDegistir(store::Database &db,
-                                      const QList<QPair<qint64, QString>> &kayitSinif)
+                                     const QList<QPair<qint64, QString>> &kayitSinif)
 {
     const QString where = QStringLiteral("FrmTopluSinifDegistirme:Kayit");
     store::Transaction tx(db);

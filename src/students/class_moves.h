@@ -38,8 +38,8 @@ base::Result<bool> OgrenciNoKontrol(store::Database &db, qint64 numara);
 // transaction for all rows: after a failure none is written. `ilerleme` is told after each
 // row. Gives the new keys in the order of the rows.
 base::Result<QList<qint64>> HizliOgrenciKaydet(store::Database &db,
-                                                const QList<HizliSatir> &satirlar,
-                                                const std::function<void(int, int)> &ilerleme = {});
+                                               const QList<HizliSatir> &satirlar,
+                                               const std::function<void(int, int)> &ilerleme = {});
 
 // ---- class moves -------------------------------------------------------------------------------
 
@@ -56,15 +56,15 @@ struct SinifOgrencisi
 // The students of a class in the order of their numbers ("" is the class of those without
 // one).
 base::Result<QList<SinifOgrencisi>> SinifOgrencileri(store::Database &db, const QString &sinif,
-                                                      const QString &label);
+                                                     const QString &label);
 
 // Sınıf Atlatma: each number's student in the old class (the first found) goes to the new
 // class. Gives the keys of the students moved.
 base::Result<QList<qint64>> SinifAtlat(store::Database &db, const QString &eskiSinif,
-                                        const QString &yeniSinif, const QList<qint64> &numaralar);
+                                       const QString &yeniSinif, const QList<qint64> &numaralar);
 
 // Toplu Sınıf Değiştirme: each student, by key, gets the class beside him.
 base::Result<int> TopluSinifDegistir(store::Database &db,
-                                      const QList<QPair<qint64, QString>> &kayitSinif);
+                                     const QList<QPair<qint64, QString>> &kayitSinif);
 
 } // namespace students

@@ -1,13 +1,13 @@
 #include "students/form_sinif_atlatma.h"
 
-#include "ui/boxes.h"
-#include "ui/failure.h"
-#include "ui/notifications.h"
 #include "store/schema.h"
 #include "students/class_moves.h"
 #include "students/student_record.h"
+#include "ui/boxes.h"
+#include "ui/failure.h"
 #include "ui/grid.h"
 #include "ui/message.h"
+#include "ui/notifications.h"
 #include "users/rights.h"
 
 #include <QComboBox>

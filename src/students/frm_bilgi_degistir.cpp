@@ -57,8 +57,8 @@ FrmBilgiDegistir::FrmBilgiDegistir(store::Database &db, qint64 kayitId, const Ki
         box->setObjectName(QString::fromLatin1(s.kutu));
         box->setMaxLength(OgrenciAlaniBul(QString::fromLatin1(s.alan))->boyut);
         box->setMinimumWidth(160);
-        grid->addWidget(new QLabel(QString::fromUtf8(s.etiket) + QStringLiteral(" :"), this),
-                        i + 1, 0);
+        grid->addWidget(new QLabel(QString::fromUtf8(s.etiket) + QStringLiteral(" :"), this), i + 1,
+                        0);
         grid->addWidget(old, i + 1, 1);
         grid->addWidget(new QLabel(QString::fromUtf8(s.yeniEtiket) + QStringLiteral(" :"), this),
                         i + 1, 2);

@@ -1,20 +1,20 @@
 #include "students/frm_ogrenci.h"
 
-#include "ui/boxes.h"
-#include "ui/failure.h"
-#include "ui/notifications.h"
-#include "ui/screen_registry.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
 #include "students/frm_bilgi_degistir.h"
 #include "students/frm_ogrenci_list.h"
+#include "ui/boxes.h"
+#include "ui/failure.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
+#include "ui/notifications.h"
+#include "ui/screen_registry.h"
 #include "users/record_lock.h"
-#include "users/secrets.h"
 #include "users/rights.h"
+#include "users/secrets.h"
+#include "users/session.h"
 
 #include <QAction>
 #include <QBuffer>
@@ -179,8 +179,8 @@ QGroupBox *FrmOgrenci::makeMainFrame()
         resmiGoster();
         setDirty(true);
     });
-    m_cmdFotograf = ui::button(QStringLiteral("cmdFotografAl"), QStringLiteral("&Fotoğraf Al"),
-                               ana);
+    m_cmdFotograf
+        = ui::button(QStringLiteral("cmdFotografAl"), QStringLiteral("&Fotoğraf Al"), ana);
     auto *fotoKutu = new QVBoxLayout;
     fotoKutu->addWidget(m_foto, 0, Qt::AlignHCenter);
     fotoKutu->addWidget(m_cmdFotograf);
@@ -485,8 +485,7 @@ QVariant FrmOgrenci::kutuDegeri(const QString &alan) const
     case Giris::Tarih:
         return static_cast<ui::DateEdit *>(w)->date();
     case Giris::Para:
-        return QVariant::fromValue(
-            static_cast<ui::MoneyEdit *>(w)->value().value_or(base::Para()));
+        return QVariant::fromValue(static_cast<ui::MoneyEdit *>(w)->value().value_or(base::Para()));
     case Giris::Onay: {
         const bool on = qobject_cast<QCheckBox *>(w)->isChecked();
         if (alanTuru(a.tablo, alan) == AlanTuru::Metin) {
@@ -516,7 +515,8 @@ void FrmOgrenci::kutuyaYaz(const QString &alan, const QVariant &v)
             // Those without the right see only the last four digits, and cannot change it.
             auto *box = qobject_cast<QLineEdit *>(w);
             const bool kapali = users::GizliMi(v.toString());
-            box->setText(m_kartNoAcik && !kapali ? v.toString() : users::KartNoMaskele(v.toString()));
+            box->setText(m_kartNoAcik && !kapali ? v.toString()
+                                                 : users::KartNoMaskele(v.toString()));
             box->setReadOnly(!m_kartNoAcik || kapali);
             // A number this computer cannot open: the operator is told why, once.
             static bool s_anahtarYokDendi = false;
@@ -616,7 +616,8 @@ OgrenciKaydi FrmOgrenci::ekrandanKayit()
         // A masked card number stays as it was read (or as it was sealed, where this computer
         // cannot open it).
         if (m_kutular.contains(f)
-            && (f != KartNoAlani || (m_kartNoAcik && !users::GizliMi(m_kayit.metin(KartNoAlani))))) {
+            && (f != KartNoAlani
+                || (m_kartNoAcik && !users::GizliMi(m_kayit.metin(KartNoAlani))))) {
             k.ogrenci.insert(f, kutuDegeri(f));
         }
     }
@@ -826,8 +827,8 @@ bool FrmOgrenci::OgrenciKaydet()
     }
     bool borclariKapat = false;
     if (k.ayrildi() && k.ayrilmaTarihi().isValid()) {
-        borclariKapat = ui::askBeforeLosing(QStringLiteral("Dikkat"),
-                                     QStringLiteral("Öğrencinin borçları kapatılsın mı?"), this);
+        borclariKapat = ui::askBeforeLosing(
+            QStringLiteral("Dikkat"), QStringLiteral("Öğrencinin borçları kapatılsın mı?"), this);
     }
     base::Result<KaydetSonucu> saved = students::OgrenciKaydet(m_db, k, borclariKapat);
     if (!saved) {
@@ -1003,8 +1004,8 @@ void FrmOgrenci::cariDurum()
     // tested; the student screen's own come back when it is in front again. When nothing
     // opened, they come back at once.
     if (!ui::EkranAc(QStringLiteral("FrmOgrenciAidat"), QStringLiteral("btnCariDurum"),
-                        {{QStringLiteral("ogrKayitId"), m_kayitId},
-                         {QStringLiteral("ogrSinif"), m_sinif->currentText()}})) {
+                     {{QStringLiteral("ogrKayitId"), m_kayitId},
+                      {QStringLiteral("ogrSinif"), m_sinif->currentText()}})) {
         restore();
     }
 }

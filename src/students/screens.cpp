@@ -1,25 +1,23 @@
 #include "students/screens.h"
 
-#include "ui/screen_registry.h"
 #include "students/form_sinif_atlatma.h"
 #include "students/frm_hizli_ogrenci_kayit.h"
 #include "students/frm_ogrenci.h"
 #include "students/frm_toplu_sinif_degistirme.h"
+#include "ui/screen_registry.h"
 
 namespace students {
 
 void EkranlariKaydet()
 {
-    ui::EkranKaydet(QStringLiteral("FrmOgrenci"), [](const ui::EkranBaglami &b) {
-        return new FrmOgrenci(b.db, b.anaPencere);
-    });
+    ui::EkranKaydet(QStringLiteral("FrmOgrenci"),
+                    [](const ui::EkranBaglami &b) { return new FrmOgrenci(b.db, b.anaPencere); });
     ui::EkranKaydet(QStringLiteral("FrmHizliOgrenciKayit"),
-                       [](const ui::EkranBaglami &b) { return new FrmHizliOgrenciKayit(b.db); });
+                    [](const ui::EkranBaglami &b) { return new FrmHizliOgrenciKayit(b.db); });
     ui::EkranKaydet(QStringLiteral("Form_Sinif_Atlatma"),
-                       [](const ui::EkranBaglami &b) { return new Form_Sinif_Atlatma(b.db); });
-    ui::EkranKaydet(QStringLiteral("FrmTopluSinifDegistirme"), [](const ui::EkranBaglami &b) {
-        return new FrmTopluSinifDegistirme(b.db);
-    });
+                    [](const ui::EkranBaglami &b) { return new Form_Sinif_Atlatma(b.db); });
+    ui::EkranKaydet(QStringLiteral("FrmTopluSinifDegistirme"),
+                    [](const ui::EkranBaglami &b) { return new FrmTopluSinifDegistirme(b.db); });
 }
 
 } // namespace students

@@ -6,7 +6,7 @@
 namespace students {
 
 base::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi tur,
-                                               const QString &metin)
+                                              const QString &metin)
 {
     const QString order = tur == ListeSirasi::Ad ? QStringLiteral("O.Ogr_Adi, O.Ogr_Soyadi")
                                                  : QStringLiteral("O.Ogr_Soyadi, O.Ogr_Adi");

@@ -28,7 +28,7 @@ struct ListeSatiri
 // in the order of that name and then the other. The beginning is compared in Turkish upper
 // case, so "ism" finds "İsmail" and "ış" finds "IŞIK"; an empty text gives every student.
 base::Result<QList<ListeSatiri>> OgrenciYukle(store::Database &db, ListeSirasi tur,
-                                               const QString &metin = QString());
+                                              const QString &metin = QString());
 
 // The name of a row that the list is ordered by, in Turkish upper case.
 QString ListeAnahtari(const ListeSatiri &satir, ListeSirasi tur);

@@ -1,12 +1,12 @@
 #include "students/student_record.h"
 
-#include "fees/ledger.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
+#include "fees/ledger.h"
 #include "store/change_log.h"
 #include "store/database.h"
 #include "store/schema.h"
 #include "users/secrets.h"
+#include "users/session.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -117,7 +117,7 @@ base::Result<std::optional<qint64>> firstKey(store::Query &q, const QString &whe
 
 // Writes the registry row, the notes, the siblings and the picture of a saved student.
 base::Status writeParts(store::Database &db, qint64 key, const OgrenciKaydi &k,
-                         const QString &donem, const QString &where)
+                        const QString &donem, const QString &where)
 {
     const QStringList nf = NufusAlanlari();
     {
@@ -373,7 +373,7 @@ base::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 num
 }
 
 base::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64 numara,
-                                                      const QString &soyadi, const QString &adi)
+                                                     const QString &soyadi, const QString &adi)
 {
     store::Query q(db, QStringLiteral("SELECT KayitID FROM Ogrenci WHERE Ogr_Numarasi = ? AND "
                                       "Ogr_Soyadi = ? AND Ogr_Adi = ? ORDER BY KayitID LIMIT 1"));
@@ -382,7 +382,7 @@ base::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64
 }
 
 base::Result<QStringList> FarkliDegerler(store::Database &db, const QString &alan, bool bosDahil,
-                                          const QString &hataEtiketi)
+                                         const QString &hataEtiketi)
 {
     const QString where = hataEtiketi.isEmpty() ? label("AlanBolumYabancidilCombo") : hataEtiketi;
     // The field is one of the screen's own, never a typed text.
@@ -426,7 +426,7 @@ QVariant ogrenciDegeri(const QString &field, const QVariant &value, const QStrin
 } // namespace
 
 base::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &k,
-                                          bool borclariKapat)
+                                         bool borclariKapat)
 {
     const QString where = label("OgrenciKaydet");
     const users::CalismaDurumu &durum = users::durum();
@@ -501,7 +501,7 @@ base::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi
 }
 
 base::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numara,
-                                 const QString &adi, const QString &soyadi)
+                                const QString &adi, const QString &soyadi)
 {
     const QString where = label("OgrenciSil");
     store::Transaction tx(db);
@@ -555,7 +555,7 @@ base::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numa
 }
 
 base::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, const Kimlik &eski,
-                                        const Kimlik &yeni)
+                                       const Kimlik &yeni)
 {
     const QString where = label("OgrenciBilgiDegistir");
     store::Transaction tx(db);
@@ -589,7 +589,7 @@ base::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, cons
 // ---- moving through the students ---------------------------------------------------------------
 
 base::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtari anahtar, Yon yon,
-                                                const Kimlik &ekran, qint64 kayitId)
+                                               const Kimlik &ekran, qint64 kayitId)
 {
     // Labelled as the deletion is: the office's error lists have always shown it so.
     const QString where = label("OgrenciSil");
@@ -700,7 +700,7 @@ QDate BuAySonu(const QString &cariAy)
 }
 
 base::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
-                                                const QString &cariAy)
+                                               const QString &cariAy)
 {
     const base::Result<QList<fees::HesapToplami>> rows = fees::HesapToplamlari(
         db, kayitId, BuAySonu(cariAy), QStringLiteral("FrmOgrenci:BuAyYapilacakOdemeler"));

@@ -93,13 +93,13 @@ base::Result<std::optional<OgrenciKaydi>> OgrenciOku(store::Database &db, qint64
 base::Result<std::optional<qint64>> NumaradanBul(store::Database &db, qint64 numara);
 // The key of a student with this number, surname and first name (the identity triple).
 base::Result<std::optional<qint64>> AyniOgrenciyiBul(store::Database &db, qint64 numara,
-                                                      const QString &soyadi, const QString &adi);
+                                                     const QString &soyadi, const QString &adi);
 // The values of a field of Ogrenci, each once, in order ("Select Distinct ... Order By").
 // Empty values are left out unless asked for. A failure carries `hataEtiketi`, or the student
 // screen's label.
 base::Result<QStringList> FarkliDegerler(store::Database &db, const QString &alan,
-                                          bool bosDahil = false,
-                                          const QString &hataEtiketi = QString());
+                                         bool bosDahil = false,
+                                         const QString &hataEtiketi = QString());
 
 // ---- writing -------------------------------------------------------------------------------
 
@@ -115,18 +115,18 @@ struct KaydetSonucu
 // leaving date, his fee accounts are deleted with their installments and payments. Donem and
 // the first user come from the working state.
 base::Result<KaydetSonucu> OgrenciKaydet(store::Database &db, const OgrenciKaydi &kayit,
-                                          bool borclariKapat);
+                                         bool borclariKapat);
 
 // OgrenciSil: the student found by number, first name and surname (of several, the shown key
 // first) with his registry row, accounts, installments, payments, invoices and picture. His
 // notes and siblings stay. Gives the key deleted, 0 when no student matched.
 base::Result<qint64> OgrenciSil(store::Database &db, qint64 kayitId, qint64 numara,
-                                 const QString &adi, const QString &soyadi);
+                                const QString &adi, const QString &soyadi);
 
 // OgrenciBilgiDegistir: the shown student's number, names and class, found by key and the old
 // values together. Gives the number of rows changed.
 base::Result<int> OgrenciBilgiDegistir(store::Database &db, qint64 kayitId, const Kimlik &eski,
-                                        const Kimlik &yeni);
+                                       const Kimlik &yeni);
 
 // ---- moving through the students ---------------------------------------------------------------
 
@@ -137,7 +137,7 @@ enum class Yon { Ilk, Onceki, Sonraki, Son };
 // on the screen. Students that share the key's value follow one another by their keys, so
 // that none is skipped. nullopt when there is none.
 base::Result<std::optional<qint64>> OgrenciAra(store::Database &db, AramaAnahtari anahtar, Yon yon,
-                                                const Kimlik &ekran, qint64 kayitId);
+                                               const Kimlik &ekran, qint64 kayitId);
 
 // ---- the totals of the fee accounts ---------------------------------------------------------
 
@@ -165,7 +165,7 @@ QDate BuAySonu(const QString &cariAy);
 // BuAyYapilacakOdemeler: per account, what fell due before the end of the working month and is
 // not paid yet.
 base::Result<BuAySonucu> BuAyYapilacakOdemeler(store::Database &db, qint64 kayitId,
-                                                const QString &cariAy);
+                                               const QString &cariAy);
 
 // ---- the photograph ----------------------------------------------------------------------------
 

@@ -34,7 +34,8 @@ std::optional<QVariant> parseCell(const GridColumn &c, const QString &typed, QWi
         if (const std::optional<qint64> n = base::TamSayiCoz(text))
             return QVariant(*n);
         notify(QStringLiteral("Dikkat"),
-               QStringLiteral("\"%1\" bir tam sayı değil. %2 sütununa yalnız rakam yazınız.").arg(typed, c.title),
+               QStringLiteral("\"%1\" bir tam sayı değil. %2 sütununa yalnız rakam yazınız.")
+                   .arg(typed, c.title),
                Icon::Warning, parent);
         return std::nullopt;
     }
@@ -44,7 +45,8 @@ std::optional<QVariant> parseCell(const GridColumn &c, const QString &typed, QWi
         if (const std::optional<base::Para> p = base::ParaCoz(text))
             return QVariant::fromValue(*p);
         notify(QStringLiteral("Dikkat"),
-               QStringLiteral("\"%1\" geçerli bir tutar değil. Tutarı 1.250,50 biçiminde giriniz.").arg(typed),
+               QStringLiteral("\"%1\" geçerli bir tutar değil. Tutarı 1.250,50 biçiminde giriniz.")
+                   .arg(typed),
                Icon::Warning, parent);
         return std::nullopt;
     }
@@ -128,7 +130,8 @@ public:
             QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
     }
 
-    void setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
+    void setModelData(QWidget *editor, QAbstractItemModel *,
+                      const QModelIndex &index) const override
     {
         const GridColumn &c = m_model->columns().at(index.column());
         QString typed;
@@ -215,7 +218,8 @@ QVariant GridModel::data(const QModelIndex &index, int role) const
     const GridColumn &c = m_columns[index.column()];
     switch (role) {
     case Qt::DisplayRole:
-        return c.kind == ColumnKind::Check ? QVariant() : QVariant(text(index.row(), index.column()));
+        return c.kind == ColumnKind::Check ? QVariant()
+                                           : QVariant(text(index.row(), index.column()));
     case Qt::EditRole:
         return value(index.row(), index.column());
     case Qt::CheckStateRole:
@@ -414,7 +418,8 @@ void Grid::moveToNextCell()
                 return; // the last cell: the screen decides what follows
         }
         const QModelIndex next = m_model->index(row, column);
-        if (!isColumnHidden(column) && (m_model->flags(next) & (Qt::ItemIsEditable | Qt::ItemIsUserCheckable))) {
+        if (!isColumnHidden(column)
+            && (m_model->flags(next) & (Qt::ItemIsEditable | Qt::ItemIsUserCheckable))) {
             setCurrentIndex(next);
             return;
         }
@@ -430,8 +435,12 @@ void Grid::keyPressEvent(QKeyEvent *event)
     }
     if (event->key() == Qt::Key_Space && currentIndex().isValid() && !m_locked) {
         const GridColumn &c = m_model->columns().at(currentIndex().column());
-        if (c.kind == ColumnKind::Check && (m_model->flags(currentIndex()) & Qt::ItemIsUserCheckable)) {
-            m_model->setData(currentIndex(), value(currentIndex().row(), currentIndex().column()).toBool() ? Qt::Unchecked : Qt::Checked,
+        if (c.kind == ColumnKind::Check
+            && (m_model->flags(currentIndex()) & Qt::ItemIsUserCheckable)) {
+            m_model->setData(currentIndex(),
+                             value(currentIndex().row(), currentIndex().column()).toBool()
+                                 ? Qt::Unchecked
+                                 : Qt::Checked,
                              Qt::CheckStateRole);
             return;
         }
@@ -442,7 +451,8 @@ void Grid::keyPressEvent(QKeyEvent *event)
 void Grid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTableView::currentChanged(current, previous);
-    if (previous.isValid() && (current.row() != previous.row() || current.column() != previous.column()))
+    if (previous.isValid()
+        && (current.row() != previous.row() || current.column() != previous.column()))
         emit cellLeft(previous.row(), previous.column());
 }
 

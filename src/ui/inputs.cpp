@@ -77,8 +77,7 @@ void DateEdit::focusOutEvent(QFocusEvent *event)
                QStringLiteral("\"%1\" geçerli bir tarih değil. Lütfen tarihi gg.aa.yyyy "
                               "biçiminde, takvimde bulunan bir gün olarak giriniz.")
                    .arg(typed),
-               Icon::Warning,
-               self->window());
+               Icon::Warning, self->window());
         if (self) {
             self->setFocus(Qt::OtherFocusReason);
             self->selectAll();

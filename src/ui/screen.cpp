@@ -50,11 +50,8 @@ bool Screen::askToSaveChanges()
 {
     if (!m_dirty)
         return true;
-    switch (ui::show(Message{m_questionTitle,
-                         m_questionText,
-                         Icon::Question,
-                         Buttons::YesNoCancel},
-                 this)) {
+    switch (ui::show(Message{m_questionTitle, m_questionText, Icon::Question, Buttons::YesNoCancel},
+                     this)) {
     case Answer::Yes:
         return save();
     case Answer::No:

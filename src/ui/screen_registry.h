@@ -41,7 +41,8 @@ void setKomutCalistirici(std::function<void(const QString &tool)> calistirici);
 // and given the settings through its slot ekranAyarla(QVariantMap). False while the screen is
 // not part of the program yet.
 bool EkranAc(const QString &formName, const QString &tool, const QVariantMap &ayar);
-using EkranAcici = std::function<bool(const QString &formName, const QString &tool, const QVariantMap &ayar)>;
+using EkranAcici
+    = std::function<bool(const QString &formName, const QString &tool, const QVariantMap &ayar)>;
 void setEkranAcici(EkranAcici acici);
 
 } // namespace ui

@@ -14,7 +14,7 @@ struct Komut
     QString caption;
     QString screen;
     bool okulTesti = false;
-    QString menu;          // the menu it stands under ("" when it is on the tool band only)
+    QString menu; // the menu it stands under ("" when it is on the tool band only)
     bool toolBand = false;
 };
 

@@ -18,7 +18,8 @@
 
 namespace users {
 
-FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Database &db, QWidget *parent)
+FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Database &db,
+                                                                     QWidget *parent)
     : ui::Screen(QStringLiteral("FrmProgramaGirisSifresiDegistirme"),
                  QStringLiteral("Programa Giriş Şifresi Değiştirme"), parent)
     , m_db(db)
@@ -61,7 +62,8 @@ FrmProgramaGirisSifresiDegistirme::FrmProgramaGirisSifresiDegistirme(store::Data
         m_sifre->clear();
         m_sifre2->clear();
     });
-    connect(kaydet, &QPushButton::clicked, this, &FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click);
+    connect(kaydet, &QPushButton::clicked, this,
+            &FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click);
     connect(sil, &QPushButton::clicked, this, &FrmProgramaGirisSifresiDegistirme::CmdSil_Click);
     connect(cikis, &QPushButton::clicked, this, &QWidget::close);
     KullaniciAdiYukle();
@@ -71,7 +73,8 @@ void FrmProgramaGirisSifresiDegistirme::KullaniciAdiYukle()
 {
     base::Result<QList<KullaniciSatiri>> users = KullanicilariOku(m_db);
     if (!users) {
-        ui::HataBildir(users.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:KullaniciAdiYukle")));
+        ui::HataBildir(users.error().withLabel(
+            QStringLiteral("FrmProgramaGirisSifresiDegistirme:KullaniciAdiYukle")));
         return;
     }
     m_list->clear();
@@ -82,10 +85,11 @@ void FrmProgramaGirisSifresiDegistirme::KullaniciAdiYukle()
         item->setData(Qt::UserRole, u.kod);
     }
     if (users->isEmpty()) {
-        ui::notify(QStringLiteral("UYARI"),
-                   QStringLiteral("Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı "
-                                  "tanımlayınız."),
-                   ui::Icon::Warning, this);
+        ui::notify(
+            QStringLiteral("UYARI"),
+            QStringLiteral("Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı "
+                           "tanımlayınız."),
+            ui::Icon::Warning, this);
     }
 }
 
@@ -97,8 +101,9 @@ void FrmProgramaGirisSifresiDegistirme::CmdKaydet_Click()
     if (!ui::YazmaYetkisiVar())
         return;
     if (m_sifre->text() != m_sifre2->text()) {
-        ui::notify(QStringLiteral("Uyarı"), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."),
-                   ui::Icon::Warning, this);
+        ui::notify(QStringLiteral("Uyarı"),
+                   QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."), ui::Icon::Warning,
+                   this);
         return;
     }
     if (base::Status s = KullaniciKaydet(m_db, ad, m_sifre->text()); !s) {
@@ -121,7 +126,8 @@ void FrmProgramaGirisSifresiDegistirme::CmdSil_Click()
             kod = m_list->item(i)->data(Qt::UserRole).toString();
     }
     if (base::Status s = KullaniciSil(m_db, kod); !s) {
-        ui::HataBildir(s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
+        ui::HataBildir(
+            s.error().withLabel(QStringLiteral("FrmProgramaGirisSifresiDegistirme:CmdSil_Click")));
         return;
     }
     m_ad->clear();

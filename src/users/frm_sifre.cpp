@@ -7,10 +7,10 @@
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QKeyEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -67,9 +67,10 @@ FrmSifre::FrmSifre(store::Database &db, QWidget *parent)
     title->setFont(f);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(title);
-    layout->addWidget(new QLabel(QStringLiteral("Programa girmek için kullanıcı adınızı ve şifrenizi "
-                                                "yazınız."),
-                                 this));
+    layout->addWidget(
+        new QLabel(QStringLiteral("Programa girmek için kullanıcı adınızı ve şifrenizi "
+                                  "yazınız."),
+                   this));
     layout->addSpacing(6);
     layout->addLayout(form);
     layout->addWidget(m_bekle);
@@ -117,7 +118,8 @@ void FrmSifre::updateWait()
         m_tamam->setEnabled(true);
         return;
     }
-    m_bekle->setText(QStringLiteral("Hatalı girişler nedeniyle lütfen %1 saniye bekleyiniz.").arg(m_kalan));
+    m_bekle->setText(
+        QStringLiteral("Hatalı girişler nedeniyle lütfen %1 saniye bekleyiniz.").arg(m_kalan));
 }
 
 void FrmSifre::CmdOk_Click()
@@ -147,8 +149,7 @@ void FrmSifre::CmdOk_Click()
         GirisSonucuKaydet(m_db, ad, false);
         ui::notify(QStringLiteral("UYARI"),
                    QStringLiteral("Kullanıcı Adı hatalı!\nGirilen ad ==> ") + ad,
-                   ui::Icon::Critical,
-                   this);
+                   ui::Icon::Critical, this);
         m_ad->setFocus();
         m_ad->selectAll();
         return;

@@ -1,8 +1,8 @@
 #include "users/kullanici_sifre.h"
 
+#include "store/database.h"
 #include "ui/boxes.h"
 #include "ui/failure.h"
-#include "store/database.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
@@ -33,16 +33,19 @@ const QString s_mask = QStringLiteral("••••••");
 } // namespace
 
 Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
-    : ui::Screen(QStringLiteral("Kullanici_Sifre"), QStringLiteral("Kullanıcı Belirleme ve Şifre Verme"), parent)
+    : ui::Screen(QStringLiteral("Kullanici_Sifre"),
+                 QStringLiteral("Kullanıcı Belirleme ve Şifre Verme"), parent)
     , m_db(db)
 {
-    setChangeQuestion(QStringLiteral("Değişen Bilgiler Var !"), QStringLiteral("Değişen Bilgileri Kaydedeyim mi?"));
+    setChangeQuestion(QStringLiteral("Değişen Bilgiler Var !"),
+                      QStringLiteral("Değişen Bilgileri Kaydedeyim mi?"));
 
     m_vaSpread1 = new ui::Grid(this);
     m_vaSpread1->setObjectName(QStringLiteral("vaSpread1"));
-    m_vaSpread1->setColumns({ui::GridColumn{QStringLiteral("Kullanıcı"), ui::ColumnKind::Text, 170, true, false, 50},
-                             ui::GridColumn{QStringLiteral("Şifresi"), ui::ColumnKind::Text, 90, false},
-                             ui::GridColumn{QStringLiteral("Kod"), ui::ColumnKind::Text, 10, false, true}});
+    m_vaSpread1->setColumns(
+        {ui::GridColumn{QStringLiteral("Kullanıcı"), ui::ColumnKind::Text, 170, true, false, 50},
+         ui::GridColumn{QStringLiteral("Şifresi"), ui::ColumnKind::Text, 90, false},
+         ui::GridColumn{QStringLiteral("Kod"), ui::ColumnKind::Text, 10, false, true}});
     m_vaSpread1->horizontalHeader()->setSectionResizeMode(KullaniciAdi, QHeaderView::Stretch);
     m_vaSpread1->setMinimumWidth(300);
 
@@ -72,10 +75,11 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
 
     m_vaSpread2 = new ui::Grid(this);
     m_vaSpread2->setObjectName(QStringLiteral("vaSpread2"));
-    m_vaSpread2->setColumns({ui::GridColumn{QStringLiteral("Program"), ui::ColumnKind::Text, 280, false},
-                             ui::GridColumn{QStringLiteral("Okuma"), ui::ColumnKind::Check, 56},
-                             ui::GridColumn{QStringLiteral("Yazma"), ui::ColumnKind::Check, 56},
-                             ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false}});
+    m_vaSpread2->setColumns(
+        {ui::GridColumn{QStringLiteral("Program"), ui::ColumnKind::Text, 280, false},
+         ui::GridColumn{QStringLiteral("Okuma"), ui::ColumnKind::Check, 56},
+         ui::GridColumn{QStringLiteral("Yazma"), ui::ColumnKind::Check, 56},
+         ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false}});
     m_vaSpread2->horizontalHeader()->setSectionResizeMode(HakAdi, QHeaderView::Stretch);
     m_okuma = ui::button(QStringLiteral("Command3"), QStringLiteral("&Okuma İşaretli  "), this);
     m_yazma = ui::button(QStringLiteral("Command4"), QStringLiteral("Ya&zma İşaretli  "), this);
@@ -91,8 +95,9 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
     auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *kilit = ui::button(QStringLiteral("cmdKilitKaldir"),
                              QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
-    kilit->setToolTip(QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
-                                     "işlem işaretlerini kaldırır."));
+    kilit->setToolTip(
+        QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
+                       "işlem işaretlerini kaldırır."));
     auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(kilit);
@@ -170,7 +175,8 @@ void Kullanici_Sifre::keepRights()
     QList<HakSatiri> rows;
     for (int r = 0; r < m_vaSpread2->rowCount(); ++r) {
         rows.append(HakSatiri{m_vaSpread2->text(r, HakAraci), m_vaSpread2->text(r, HakAdi),
-                              m_vaSpread2->checked(r, HakOkuma), m_vaSpread2->checked(r, HakYazma)});
+                              m_vaSpread2->checked(r, HakOkuma),
+                              m_vaSpread2->checked(r, HakYazma)});
     }
     m_rights.insert(rightsKey(m_shownUser), rows);
 }
@@ -255,7 +261,8 @@ void Kullanici_Sifre::Command1_Click()
         return;
     const KullaniciSatiri u = m_users[row];
     if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
-                      u.ad + QStringLiteral(" kullanıcısını silmek istiyor musunuz?"), this)) {
+                             u.ad + QStringLiteral(" kullanıcısını silmek istiyor musunuz?"),
+                             this)) {
         return;
     }
     if (!u.kod.isEmpty()) {
@@ -279,7 +286,8 @@ void Kullanici_Sifre::Command3_Click()
     const bool mark = m_okuma->text().startsWith(QStringLiteral("&Okuma İşaretli"));
     for (int r = 0; r < m_vaSpread2->rowCount(); ++r)
         m_vaSpread2->setValue(r, HakOkuma, mark);
-    m_okuma->setText(mark ? QStringLiteral("&Okuma İşaretsiz") : QStringLiteral("&Okuma İşaretli  "));
+    m_okuma->setText(mark ? QStringLiteral("&Okuma İşaretsiz")
+                          : QStringLiteral("&Okuma İşaretli  "));
     setDirty(true);
 }
 
@@ -288,7 +296,8 @@ void Kullanici_Sifre::Command4_Click()
     const bool mark = m_yazma->text().startsWith(QStringLiteral("Ya&zma İşaretli"));
     for (int r = 0; r < m_vaSpread2->rowCount(); ++r)
         m_vaSpread2->setValue(r, HakYazma, mark);
-    m_yazma->setText(mark ? QStringLiteral("Ya&zma İşaretsiz") : QStringLiteral("Ya&zma İşaretli  "));
+    m_yazma->setText(mark ? QStringLiteral("Ya&zma İşaretsiz")
+                          : QStringLiteral("Ya&zma İşaretli  "));
     setDirty(true);
 }
 
@@ -300,12 +309,14 @@ void Kullanici_Sifre::Cmd_Ok_Click()
     KullaniciSatiri &u = m_users[row];
     // The old password is the one the cell stands for: the new one given in this sitting, or
     // the stored one.
-    const bool oldMatches = u.sifreDegisti ? m_eski->text() == u.yeniSifre
-                                           : (u.kod.isEmpty() ? m_eski->text().isEmpty()
-                                                              : SifreDogru(m_db, u.kod, m_eski->text()));
+    const bool oldMatches = u.sifreDegisti
+                                ? m_eski->text() == u.yeniSifre
+                                : (u.kod.isEmpty() ? m_eski->text().isEmpty()
+                                                   : SifreDogru(m_db, u.kod, m_eski->text()));
     if (!oldMatches || m_yeni1->text().isEmpty() || m_yeni1->text() != m_yeni2->text()) {
-        ui::notify(QStringLiteral("Uyarı"), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."),
-                   ui::Icon::Warning, this);
+        ui::notify(QStringLiteral("Uyarı"),
+                   QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."), ui::Icon::Warning,
+                   this);
         m_eski->clear();
         m_yeni1->clear();
         m_yeni2->clear();
@@ -340,7 +351,9 @@ bool Kullanici_Sifre::Kaydet()
     }
     ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Kullanıcılar ve hakları kaydedildi."),
                ui::Icon::Information, this);
-    const QString chosen = m_vaSpread1->currentRowIndex() >= 0 ? m_users[m_vaSpread1->currentRowIndex()].ad : QString();
+    const QString chosen = m_vaSpread1->currentRowIndex() >= 0
+                               ? m_users[m_vaSpread1->currentRowIndex()].ad
+                               : QString();
     KullaniciYukle();
     for (int row = 0; row < m_users.size(); ++row) {
         if (m_users[row].ad == chosen)
@@ -353,17 +366,19 @@ void Kullanici_Sifre::KilitleriKaldir()
 {
     if (!ui::YazmaYetkisiVar())
         return;
-    if (!ui::askBeforeLosing(QStringLiteral("Uyarı"),
-                      QStringLiteral("Öğrenciler üzerindeki bütün işlem işaretleri kaldırılacak. Başka "
-                                     "bir iş istasyonunda açık öğrenci olmadığından emin misiniz?"),
-                      this)) {
+    if (!ui::askBeforeLosing(
+            QStringLiteral("Uyarı"),
+            QStringLiteral("Öğrenciler üzerindeki bütün işlem işaretleri kaldırılacak. Başka "
+                           "bir iş istasyonunda açık öğrenci olmadığından emin misiniz?"),
+            this)) {
         return;
     }
     if (base::Status s = OgrenciKilitBirak(m_db, true); !s) {
         ui::HataBildir(s.error());
         return;
     }
-    ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Öğrenciler üzerindeki işlem işaretleri kaldırıldı."),
+    ui::notify(QStringLiteral("Bilgi"),
+               QStringLiteral("Öğrenciler üzerindeki işlem işaretleri kaldırıldı."),
                ui::Icon::Information, this);
 }
 

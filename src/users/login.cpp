@@ -1,9 +1,9 @@
 #include "users/login.h"
 
-#include "store/settings.h"
-#include "users/session.h"
 #include "store/database.h"
+#include "store/settings.h"
 #include "users/passwords.h"
+#include "users/session.h"
 
 #include <QDateTime>
 
@@ -24,9 +24,8 @@ base::Result<std::optional<StoredUser>> findUser(store::Database &db, const QStr
     // Names scrambled on either provider of the old program are found.
     const QString enhanced = Sifrele(ad, Provider::Enhanced).value_or(QString());
     const QString base = Sifrele(ad, Provider::Base).value_or(QString());
-    store::Query q(db,
-                   QStringLiteral("SELECT Username, Password FROM Sifre WHERE Username = ? OR "
-                                  "Username = ? OR Username = ? OR Username = ?"));
+    store::Query q(db, QStringLiteral("SELECT Username, Password FROM Sifre WHERE Username = ? OR "
+                                      "Username = ? OR Username = ? OR Username = ?"));
     q.bind(enhanced).bind(enhanced.toLower()).bind(base).bind(base.toLower());
     if (!q.exec())
         return q.error(s_label);
@@ -55,8 +54,7 @@ QString throttleKey(const QString &ad)
 
 } // namespace
 
-base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
-                                        const QString &sifre)
+base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad, const QString &sifre)
 {
     durum().AktifKullanici = ad;
     durum().AktifKullaniciKodu.clear();
@@ -80,7 +78,8 @@ base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
         if (!ozet)
             return ozet.error().withLabel(s_label);
         const store::WriteGuardExemption own;
-        store::Query rewrite(db, QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
+        store::Query rewrite(db,
+                             QStringLiteral("UPDATE Sifre SET Password = ? WHERE Username = ?"));
         rewrite.bind(*ozet).bind(u.username);
         if (!rewrite.exec())
             return op.failed(rewrite);
@@ -125,7 +124,8 @@ base::Status KullaniciKaydet(store::Database &db, const QString &ad, const QStri
         if (!update.exec())
             return op.failed(update);
     } else {
-        store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
+        store::Query insert(db,
+                            QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
         insert.bind(*kod).bind(*ozet);
         if (!insert.exec())
             return op.failed(insert);
@@ -154,15 +154,16 @@ void GirisSonucuKaydet(store::Database &db, const QString &ad, bool basarili)
 {
     const QString key = throttleKey(ad);
     if (basarili) {
-        store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"),
-                       key, QStringLiteral(""));
+        store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"),
+                       QStringLiteral("Hatalar"), key, QStringLiteral(""));
         return;
     }
     const QStringList parts = store::INIAyar(db, QStringLiteral("GET"), QStringLiteral("Giris"),
                                              QStringLiteral("Hatalar"), key)
                                   .split(QLatin1Char('|'));
     const int failures = (parts.size() == 2 ? parts[0].toInt() : 0) + 1;
-    store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"), key,
+    store::INIAyar(db, QStringLiteral("WRITE"), QStringLiteral("Giris"), QStringLiteral("Hatalar"),
+                   key,
                    QStringLiteral("%1|%2").arg(failures).arg(QDateTime::currentSecsSinceEpoch()));
 }
 

@@ -21,7 +21,7 @@ enum class GirisSonucu {
 // against its Argon2id hash, or, once, against the scrambled form the old program stored, which
 // is then replaced by a hash.
 base::Result<GirisSonucu> SifreKontrol(store::Database &db, const QString &ad,
-                                        const QString &sifre);
+                                       const QString &sifre);
 
 // True when table Sifre holds at least one user.
 base::Result<bool> KullaniciVarMi(store::Database &db);

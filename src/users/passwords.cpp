@@ -210,10 +210,11 @@ base::Result<QString> SifreCoz(const QString &hex, Provider provider)
 
 base::Result<QString> SifreOzeti(const QString &sifre)
 {
-    const base::Error yetersiz{SifreOzetiHatasi,
-                               QStringLiteral("Şifre saklanamadı: bilgisayarın belleği yetersiz. "
-                                              "Lütfen diğer programları kapatıp yeniden deneyiniz."),
-                               QString()};
+    const base::Error yetersiz{
+        SifreOzetiHatasi,
+        QStringLiteral("Şifre saklanamadı: bilgisayarın belleği yetersiz. "
+                       "Lütfen diğer programları kapatıp yeniden deneyiniz."),
+        QString()};
     if (!sodiumHazir()) {
         return yetersiz;
     }

@@ -1,7 +1,7 @@
 #include "users/record_lock.h"
 
-#include "users/session.h"
 #include "store/database.h"
+#include "users/session.h"
 
 namespace users {
 
@@ -12,7 +12,8 @@ bool s_ok = true;
 // The student's holder, "" when free.
 base::Result<QString> holder(store::Database &db, qint64 kayitId, const QString &label)
 {
-    store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
+    store::Query q(
+        db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
     q.bind(kayitId);
     if (!q.exec())
         return q.error(label);
@@ -21,7 +22,8 @@ base::Result<QString> holder(store::Database &db, qint64 kayitId, const QString 
 
 base::Error held(const QString &kullanici)
 {
-    return base::Error::refusal(QStringLiteral("UYARI"), KilitMesaji(kullanici), base::Icon::Critical);
+    return base::Error::refusal(QStringLiteral("UYARI"), KilitMesaji(kullanici),
+                                base::Icon::Critical);
 }
 
 } // namespace
@@ -39,7 +41,8 @@ bool OgrenciKilitOK()
 base::Status OgrenciKilitKontrol(store::Database &db, qint64 kayitId)
 {
     s_ok = true;
-    const base::Result<QString> h = holder(db, kayitId, QStringLiteral("Modul:OgrenciKilitKontrol"));
+    const base::Result<QString> h
+        = holder(db, kayitId, QStringLiteral("Modul:OgrenciKilitKontrol"));
     if (!h)
         return h.error();
     if (!h->isEmpty() && *h != durum().AktifKullanici.left(20)) {
@@ -57,10 +60,11 @@ base::Status OgrenciKilitBirak(store::Database &db, bool tumu)
     const store::Operation op(db, store::Store::Year, QStringLiteral("Modul:OgrenciKilitBirak"));
     if (!op)
         return op.error();
-    store::Query q(db, tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
-                                             "Ogr_Islem_Yapan_Kullanici <> ''")
-                            : QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
-                                             "Ogr_Islem_Yapan_Kullanici = ?"));
+    store::Query q(db,
+                   tumu ? QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
+                                         "Ogr_Islem_Yapan_Kullanici <> ''")
+                        : QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' WHERE "
+                                         "Ogr_Islem_Yapan_Kullanici = ?"));
     if (!tumu)
         q.bind(durum().AktifKullanici.left(20));
     if (!q.exec())
@@ -89,16 +93,18 @@ base::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QStrin
         if (!tx)
             return tx.error();
         // One mark a user: the others are let go.
-        store::Query release(db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' "
-                                                "WHERE Ogr_Islem_Yapan_Kullanici = ? AND KayitID <> ?"));
+        store::Query release(
+            db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' "
+                               "WHERE Ogr_Islem_Yapan_Kullanici = ? AND KayitID <> ?"));
         release.bind(me).bind(kayitId);
         if (!release.exec())
             return release.error(label);
         // The test and the mark in one statement.
-        store::Query take(db, QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = ? WHERE "
-                                             "KayitID = ? AND (Ogr_Islem_Yapan_Kullanici IS NULL OR "
-                                             "Ogr_Islem_Yapan_Kullanici = '' OR "
-                                             "Ogr_Islem_Yapan_Kullanici = ?)"));
+        store::Query take(db,
+                          QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = ? WHERE "
+                                         "KayitID = ? AND (Ogr_Islem_Yapan_Kullanici IS NULL OR "
+                                         "Ogr_Islem_Yapan_Kullanici = '' OR "
+                                         "Ogr_Islem_Yapan_Kullanici = ?)"));
         take.bind(me).bind(kayitId).bind(me);
         if (!take.exec())
             return take.error(label);
@@ -108,7 +114,8 @@ base::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QStrin
             return tx.error();
         if (taken)
             return QString();
-        store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
+        store::Query q(
+            db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
         q.bind(kayitId);
         if (!q.exec())
             return q.error(label);
@@ -118,9 +125,8 @@ base::Result<QString> KilidiAl(store::Database &db, qint64 kayitId, const QStrin
         if (!holder.isEmpty() && holder != me)
             return holder;
     }
-    return base::Error{3260,
-                        QStringLiteral("Öğrenci işaretlenemedi; lütfen yeniden deneyiniz."),
-                        label};
+    return base::Error{3260, QStringLiteral("Öğrenci işaretlenemedi; lütfen yeniden deneyiniz."),
+                       label};
 }
 
 base::Status OgrenciKilitle(store::Database &db, qint64 kayitId)

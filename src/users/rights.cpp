@@ -1,8 +1,8 @@
 #include "users/rights.h"
 
-#include "users/session.h"
 #include "store/database.h"
 #include "users/passwords.h"
+#include "users/session.h"
 
 namespace users {
 
@@ -19,11 +19,11 @@ base::Result<Hak> HakOku(store::Database &db, const QString &tool)
     if (count.integer(0) == 0)
         return Hak{true, true};
     const CalismaDurumu &d = durum();
-    const QString kod = d.AktifKullaniciKodu.isEmpty() ? Sifrele(d.AktifKullanici).value_or(QString())
-                                                       : d.AktifKullaniciKodu;
-    store::Query row(db,
-                     QStringLiteral("SELECT Haklar_Okuma, Haklar_Yazma FROM Haklar WHERE "
-                                    "Kullanici_Adi = ? AND Kullanici_Program = ?"));
+    const QString kod = d.AktifKullaniciKodu.isEmpty()
+                            ? Sifrele(d.AktifKullanici).value_or(QString())
+                            : d.AktifKullaniciKodu;
+    store::Query row(db, QStringLiteral("SELECT Haklar_Okuma, Haklar_Yazma FROM Haklar WHERE "
+                                        "Kullanici_Adi = ? AND Kullanici_Program = ?"));
     row.bind(kod).bind(tool);
     if (!row.exec())
         return op.failed(row);

@@ -9,10 +9,10 @@ namespace users {
 void EkranlariKaydet()
 {
     ui::EkranKaydet(QStringLiteral("Kullanici_Sifre"),
-                       [](const ui::EkranBaglami &b) { return new Kullanici_Sifre(b.db); });
-    ui::EkranKaydet(QStringLiteral("FrmProgramaGirisSifresiDegistirme"), [](const ui::EkranBaglami &b) {
-        return new FrmProgramaGirisSifresiDegistirme(b.db);
-    });
+                    [](const ui::EkranBaglami &b) { return new Kullanici_Sifre(b.db); });
+    ui::EkranKaydet(
+        QStringLiteral("FrmProgramaGirisSifresiDegistirme"),
+        [](const ui::EkranBaglami &b) { return new FrmProgramaGirisSifresiDegistirme(b.db); });
 }
 
 } // namespace users

@@ -1,8 +1,8 @@
 #include "users/secrets.h"
 
-#include "store/settings.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
+#include "store/settings.h"
 #include "users/rights.h"
 
 #include "base/platform.h"
@@ -84,7 +84,8 @@ QByteArray officeKey(store::Database &db, bool mayMake)
     QByteArray key = readKeyFile(path);
     if (key.isEmpty() && store::openStore(db, store::Store::Global, false).ok()) {
         const QByteArray kept = QByteArray::fromHex(
-            store::INIAyar(db, QStringLiteral("GET"), s_iniFile, s_iniSection, s_iniKey).toLatin1());
+            store::INIAyar(db, QStringLiteral("GET"), s_iniFile, s_iniSection, s_iniKey)
+                .toLatin1());
         if (kept.size() == int(crypto_secretbox_KEYBYTES)) {
             key = writeKeyFile(path, kept);
             if (key == kept) {
@@ -94,7 +95,7 @@ QByteArray officeKey(store::Database &db, bool mayMake)
                 forget.bind(s_iniFile.toUpper())
                     .bind(base::BuyukHarf(s_iniSection))
                     .bind(base::BuyukHarf(s_iniKey));
-                (void) forget.exec();
+                (void)forget.exec();
             }
         } else if (mayMake && db.transactionDepth() == 0 && !sealedNumbersStored(db)) {
             QByteArray fresh(crypto_secretbox_KEYBYTES, '\0');
@@ -149,11 +150,12 @@ base::Result<QString> GizliYaz(store::Database &db, const QString &acik)
     const QByteArray k = officeKey(db, true);
     if (k.isEmpty()) {
         return base::Error{3146,
-                            QStringLiteral("Kart numarası kaydedilmedi: ") + KartAnahtariYokMesaji(),
-                            QStringLiteral("Modul:GizliYaz")};
+                           QStringLiteral("Kart numarası kaydedilmedi: ") + KartAnahtariYokMesaji(),
+                           QStringLiteral("Modul:GizliYaz")};
     }
     const QByteArray plain = acik.toUtf8();
-    QByteArray box(int(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES) + plain.size(), '\0');
+    QByteArray box(int(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES) + plain.size(),
+                   '\0');
     auto *nonce = reinterpret_cast<unsigned char *>(box.data());
     randombytes_buf(nonce, crypto_secretbox_NONCEBYTES);
     crypto_secretbox_easy(nonce + crypto_secretbox_NONCEBYTES,

@@ -34,7 +34,7 @@ struct CalismaDurumu
     qint64 SonFaturaNo = 0;
     qint64 SonSenetNo = 0;
     qint64 SonFisNo = 0;
-    QString CariAy;     // yyyyMM
+    QString CariAy; // yyyyMM
     QString BaslangicAy;
     base::Para TaksitYuvarlama = base::Para::fromUnits(1000000);
     QDateTime DonemBasTarihi;

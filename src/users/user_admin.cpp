@@ -1,8 +1,8 @@
 #include "users/user_admin.h"
 
-#include "users/command_table.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
+#include "users/command_table.h"
 #include "users/passwords.h"
 #include "users/secrets.h"
 
@@ -48,9 +48,10 @@ base::Result<QList<KullaniciSatiri>> KullanicilariOku(store::Database &db)
         rows.append(r);
     }
     QCollator turkish(QLocale(QLocale::Turkish));
-    std::sort(rows.begin(), rows.end(), [&turkish](const KullaniciSatiri &a, const KullaniciSatiri &b) {
-        return turkish.compare(a.ad, b.ad) < 0;
-    });
+    std::sort(rows.begin(), rows.end(),
+              [&turkish](const KullaniciSatiri &a, const KullaniciSatiri &b) {
+                  return turkish.compare(a.ad, b.ad) < 0;
+              });
     return rows;
 }
 
@@ -59,8 +60,9 @@ base::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &ko
     const QString label = QStringLiteral("Kullanici_Sifre:HakYukle");
     QHash<QString, QPair<bool, bool>> marks;
     if (!kod.isEmpty()) {
-        store::Query q(db, QStringLiteral("SELECT Kullanici_Program, Haklar_Okuma, Haklar_Yazma FROM "
-                                          "Haklar WHERE Kullanici_Adi = ?"));
+        store::Query q(db,
+                       QStringLiteral("SELECT Kullanici_Program, Haklar_Okuma, Haklar_Yazma FROM "
+                                      "Haklar WHERE Kullanici_Adi = ?"));
         q.bind(kod);
         if (!q.exec())
             return q.error(label);
@@ -72,8 +74,10 @@ base::Result<QList<HakSatiri>> HaklariOku(store::Database &db, const QString &ko
         if (k.tool == QLatin1String("popCikis") || k.tool == QLatin1String("btnCikis"))
             continue;
         const QPair<bool, bool> m = marks.value(k.tool);
-        rows.append(HakSatiri{k.tool, k.caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri (Araç Çubuğu)") : k.caption,
-                              m.first, m.second});
+        rows.append(HakSatiri{
+            k.tool,
+            k.caption.isEmpty() ? QStringLiteral("Öğrenci Bilgileri (Araç Çubuğu)") : k.caption,
+            m.first, m.second});
     }
     // Not a command: who may see the guardians' card numbers in clear.
     const QPair<bool, bool> card = marks.value(KartNoGormeAraci);
@@ -96,7 +100,8 @@ bool SifreDogru(store::Database &db, const QString &kod, const QString &sifre)
     if (SifreOzetiMi(stored))
         return SifreOzetiDogrula(stored, sifre);
     for (Provider p : {Provider::Enhanced, Provider::Base}) {
-        if (Sifrele(sifre, p).value_or(QString()).compare(stored.trimmed(), Qt::CaseInsensitive) == 0)
+        if (Sifrele(sifre, p).value_or(QString()).compare(stored.trimmed(), Qt::CaseInsensitive)
+            == 0)
             return true;
     }
     return false;
@@ -121,7 +126,8 @@ namespace {
 // The rows of Haklar that name a command: while there is none, everyone may do everything.
 base::Result<qint64> tanimliHakSayisi(store::Database &db, const QString &label)
 {
-    store::Query q(db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE TRIM(Kullanici_Program) <> ''"));
+    store::Query q(
+        db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE TRIM(Kullanici_Program) <> ''"));
     if (!q.exec() || !q.next())
         return q.error(label);
     return q.integer(0);
@@ -151,8 +157,9 @@ base::Result<bool> haklarDegisti(store::Database &db, const QString &kod,
 // keep everything they had, as the first user was promised.
 base::Status ilkHaklariVer(store::Database &db, const QString &label)
 {
-    store::Query users(db, QStringLiteral("SELECT Username FROM Sifre WHERE Username NOT IN "
-                                          "(SELECT Kullanici_Adi FROM Haklar WHERE Kullanici_Adi IS NOT NULL)"));
+    store::Query users(
+        db, QStringLiteral("SELECT Username FROM Sifre WHERE Username NOT IN "
+                           "(SELECT Kullanici_Adi FROM Haklar WHERE Kullanici_Adi IS NOT NULL)"));
     if (!users.exec())
         return users.error(label);
     QStringList kodlar;
@@ -161,9 +168,10 @@ base::Status ilkHaklariVer(store::Database &db, const QString &label)
     users.finish();
     for (const QString &kod : kodlar) {
         for (const Komut &k : KomutTablosu()) {
-            store::Query add(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
-                                                "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
-                                                "VALUES (?, 1, 1, ?, ?)"));
+            store::Query add(db,
+                             QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
+                                            "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
+                                            "VALUES (?, 1, 1, ?, ?)"));
             add.bind(kod).bind(k.caption.left(60)).bind(k.tool.left(60));
             if (!add.exec())
                 return add.error(label);
@@ -175,7 +183,7 @@ base::Status ilkHaklariVer(store::Database &db, const QString &label)
 } // namespace
 
 base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
-                                  const QHash<QString, QList<HakSatiri>> &haklar)
+                                 const QHash<QString, QList<HakSatiri>> &haklar)
 {
     const QString label = QStringLiteral("Kullanici_Sifre:Kaydet");
     const store::Operation op(db, store::Store::Global, label);
@@ -209,9 +217,11 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
             ozet = *o;
         }
         if (present) {
-            store::Query update(db, r.sifreDegisti
-                                        ? QStringLiteral("UPDATE Sifre SET Username = ?, Password = ? WHERE Username = ?")
-                                        : QStringLiteral("UPDATE Sifre SET Username = ? WHERE Username = ?"));
+            store::Query update(
+                db, r.sifreDegisti
+                        ? QStringLiteral(
+                            "UPDATE Sifre SET Username = ?, Password = ? WHERE Username = ?")
+                        : QStringLiteral("UPDATE Sifre SET Username = ? WHERE Username = ?"));
             update.bind(kod);
             if (r.sifreDegisti)
                 update.bind(ozet);
@@ -219,13 +229,16 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
             if (!update.exec())
                 return op.failed(update);
             if (old != kod) {
-                store::Query rights(db, QStringLiteral("UPDATE Haklar SET Kullanici_Adi = ? WHERE Kullanici_Adi = ?"));
+                store::Query rights(
+                    db,
+                    QStringLiteral("UPDATE Haklar SET Kullanici_Adi = ? WHERE Kullanici_Adi = ?"));
                 rights.bind(kod).bind(old);
                 if (!rights.exec())
                     return op.failed(rights);
             }
         } else {
-            store::Query insert(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
+            store::Query insert(
+                db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
             insert.bind(kod).bind(ozet);
             if (!insert.exec())
                 return op.failed(insert);
@@ -243,10 +256,15 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
         if (!clear.exec())
             return op.failed(clear);
         for (const HakSatiri &h : *it) {
-            store::Query add(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
-                                                "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
-                                                "VALUES (?, ?, ?, ?, ?)"));
-            add.bind(kod).bind(h.okuma).bind(h.yazma).bind(h.caption.left(60)).bind(h.tool.left(60));
+            store::Query add(db,
+                             QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, "
+                                            "Haklar_Yazma, Haklar_Program_Adi, Kullanici_Program) "
+                                            "VALUES (?, ?, ?, ?, ?)"));
+            add.bind(kod)
+                .bind(h.okuma)
+                .bind(h.yazma)
+                .bind(h.caption.left(60))
+                .bind(h.tool.left(60));
             if (!add.exec())
                 return op.failed(add);
         }

@@ -17,10 +17,10 @@ namespace users {
 
 struct KullaniciSatiri
 {
-    QString ad;          // as the user types it
-    QString kod;         // as table Sifre keeps it (scrambled); empty for a user not saved yet
+    QString ad;  // as the user types it
+    QString kod; // as table Sifre keeps it (scrambled); empty for a user not saved yet
     bool sifreVar = false;
-    QString yeniSifre;   // set through the password boxes, written as a hash on save
+    QString yeniSifre; // set through the password boxes, written as a hash on save
     bool sifreDegisti = false;
 };
 
@@ -47,7 +47,7 @@ QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir);
 // other user keeps read and write on every command. A save that would leave nobody able to
 // change the users and their rights is refused. All in one transaction.
 base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatiri> &satirlar,
-                                  const QHash<QString, QList<HakSatiri>> &haklar);
+                                 const QHash<QString, QList<HakSatiri>> &haklar);
 // Goes through while some user may read and change the users and their rights.
 base::Status yoneticiKaliyor(store::Database &db, const QString &label);
 // Removes a user and his rights.

@@ -1,8 +1,8 @@
 #include "fees_support.h"
 
 #include "fees/change_check.h"
-#include "users/session.h"
 #include "store/database.h"
+#include "users/session.h"
 
 #include <QTest>
 
@@ -162,7 +162,8 @@ void tst_ChangeCheck::aReadOnlyUserLeavesThePlaceholderAlone()
     users::durum().HakYazma = false;
     const base::Status r = fees::AidatDegisiklikKontrol(db, 0, 5);
     QVERIFY(!r.ok() && r.error().isRefusal());
-    QCOMPARE(r.error().red->metin, QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
+    QCOMPARE(r.error().red->metin,
+             QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
 }
 
 QTEST_GUILESS_MAIN(tst_ChangeCheck)

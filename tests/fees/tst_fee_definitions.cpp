@@ -1,19 +1,19 @@
 #include "fees_support.h"
 
+#include "base/turkish_text.h"
 #include "fees/definitions.h"
 #include "fees/discounts.h"
-#include "users/session.h"
-#include "base/turkish_text.h"
 #include "store/database.h"
+#include "users/session.h"
 
 #include <QTest>
 
 #include <limits>
 
+using base::Para;
 using fees::AidatTanimi;
 using fees::IskontoTanimi;
 using fees::TaksitSatiri;
-using base::Para;
 
 using testing::run;
 using testing::scalar;

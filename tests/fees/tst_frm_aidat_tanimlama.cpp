@@ -4,15 +4,15 @@
 
 #include "fees/definitions.h"
 #include "fees/frm_aidat_list.h"
+#include "maintenance/school.h"
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "ui/notifications.h"
-#include "maintenance/school.h"
-#include "users/session.h"
 #include "store/error_log.h"
 #include "ui/grid.h"
 #include "ui/message.h"
+#include "ui/notifications.h"
 #include "users/login.h"
+#include "users/session.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,14 +1,14 @@
-#include "fees/installment_plan.h"
 #include "base/turkish_text.h"
+#include "fees/installment_plan.h"
 
 #include <QTest>
 
 #include <limits>
 
+using base::Para;
 using fees::PlanDurumu;
 using fees::PlanGirdisi;
 using fees::PlanSonucu;
-using base::Para;
 
 namespace {
 

@@ -32,8 +32,8 @@ public:
         q.bind(kayitId).bind(kayitId);
         QVERIFY(q.exec());
     }
-    qint64 hesap(qint64 ogrenci, const QString &ad, qint64 aidatId = 1,
-                 const char *borc = "0", const char *kalan = "0")
+    qint64 hesap(qint64 ogrenci, const QString &ad, qint64 aidatId = 1, const char *borc = "0",
+                 const char *kalan = "0")
     {
         store::Query q(m_db,
                        QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, "
@@ -48,8 +48,7 @@ public:
     }
     void taksit(qint64 hesap, const QDateTime &tarih, const char *tutar)
     {
-        satir(QStringLiteral("OgrenciAidatDetay"), QStringLiteral("Odenecek"), hesap, tarih,
-              tutar);
+        satir(QStringLiteral("OgrenciAidatDetay"), QStringLiteral("Odenecek"), hesap, tarih, tutar);
     }
     void odeme(qint64 hesap, const QDateTime &tarih, const char *tutar)
     {
@@ -60,12 +59,11 @@ private:
     void satir(const QString &tablo, const QString &alan, qint64 hesap, const QDateTime &tarih,
                const char *tutar)
     {
-        const int sira = scalar(m_db,
-                                QStringLiteral("SELECT count(*) FROM %1 WHERE KayitID = ?")
-                                    .arg(tablo),
-                                {hesap})
-                             .toInt()
-                         + 1;
+        const int sira
+            = scalar(m_db, QStringLiteral("SELECT count(*) FROM %1 WHERE KayitID = ?").arg(tablo),
+                     {hesap})
+                  .toInt()
+              + 1;
         store::Query q(m_db, QStringLiteral("INSERT INTO %1 (KayitID, Sira, OdemeTarihi, %2, "
                                             "PesinatTaksitID) VALUES (?, ?, ?, ?, 1)")
                                  .arg(tablo, alan));
@@ -156,8 +154,9 @@ void tst_Ledger::accountSums()
     QStringList satirlar;
     qint64 oncekiYemek = 0;
     for (const fees::HesapToplami &h : *r) {
-        satirlar << QStringLiteral("%1 %2/%3").arg(h.aidatTanim, h.odenecek.toDecimalString(),
-                                                   h.odenen.toDecimalString());
+        satirlar << QStringLiteral("%1 %2/%3")
+                        .arg(h.aidatTanim, h.odenecek.toDecimalString(),
+                             h.odenen.toDecimalString());
         if (h.aidatTanim == QLatin1String("Yemek")) {
             QVERIFY(h.hesapId > oncekiYemek);
             oncekiYemek = h.hesapId;
@@ -183,8 +182,7 @@ void tst_Ledger::monthTotals_data()
             << g << QDate(2026, 2, 1)
             << "2025-09 1000/1000 | 2025-10 1500.25/200 | 2025-11 1000/400.1 | "
                "2025-12 500.25/100 | 2026-01 1000/0";
-        QTest::addRow("%s-sinir-gunu-haric", en)
-            << g << QDate(2025, 9, 6) << "2025-09 1000/0";
+        QTest::addRow("%s-sinir-gunu-haric", en) << g << QDate(2025, 9, 6) << "2025-09 1000/0";
         QTest::addRow("%s-taksit-yok", en) << g << QDate(2025, 9, 5) << "";
     }
 }
@@ -269,9 +267,9 @@ void tst_Ledger::aStudentsAccountOfAFee()
     const base::Result<std::optional<fees::Hesap>> h
         = fees::OgrenciHesabi(db, ogrenci, aidat, s_etiket);
     QVERIFY2(h, qPrintable(h.error().text));
-    QCOMPARE(h->has_value() ? QStringLiteral("%1 %2/%3").arg((*h)->aidatTanim,
-                                                             (*h)->borc.toDecimalString(),
-                                                             (*h)->kalan.toDecimalString())
+    QCOMPARE(h->has_value() ? QStringLiteral("%1 %2/%3")
+                                  .arg((*h)->aidatTanim, (*h)->borc.toDecimalString(),
+                                       (*h)->kalan.toDecimalString())
                             : QStringLiteral("-"),
              beklenen);
     if (h->has_value()) {

@@ -1,8 +1,8 @@
 #include "test_support.h"
 
 #include "maintenance/working_years.h"
-#include "users/session.h"
 #include "store/database.h"
+#include "users/session.h"
 
 #include <QTest>
 

@@ -2,19 +2,19 @@
 #include "office.h"
 #include "test_support.h"
 
+#include "maintenance/school.h"
 #include "maintenance/working_years.h"
-#include "users/command_table.h"
 #include "shell/frm_background.h"
 #include "shell/main_window.h"
-#include "maintenance/school.h"
-#include "store/settings.h"
-#include "users/session.h"
 #include "store/database.h"
+#include "store/migration.h"
+#include "store/settings.h"
+#include "ui/screen.h"
+#include "users/command_table.h"
 #include "users/frm_sifre.h"
 #include "users/login.h"
 #include "users/passwords.h"
-#include "store/migration.h"
-#include "ui/screen.h"
+#include "users/session.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -106,14 +106,17 @@ void tst_MainWindow::aNewOfficeStartsUp()
         QCOMPARE(driver.remaining(), 0);
         QCOMPARE(users::durum().AktifKullanici, QStringLiteral("Müdür"));
         QCOMPARE(db.openYear(), 1);
-        QCOMPARE(w.windowTitle(), QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ]"));
+        QCOMPARE(w.windowTitle(),
+                 QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ]"));
         QVERIFY(w.action(QStringLiteral("btnCariDurum"))->isEnabled());
         // The year was born and migrated in one opening.
-        QVERIFY(store::Field_Exist(db, store::Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimAdeti")));
+        QVERIFY(store::Field_Exist(db, store::Store::Year, QStringLiteral("AidatTanim"),
+                                   QStringLiteral("AidatBirimAdeti")));
 
         // No school settings yet: a command with the school test asks for them first.
         w.ActBar_Click(QStringLiteral("btnCariDurum"));
-        QCOMPARE(messages.texts().value(0), QStringLiteral("Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."));
+        QCOMPARE(messages.texts().value(0),
+                 QStringLiteral("Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."));
         QMdiSubWindow *sub = w.screenWindow(QStringLiteral("FrmOkulBilgileri"));
         QVERIFY(sub);
         QWidget *okul = sub->widget();
@@ -132,17 +135,20 @@ void tst_MainWindow::aNewOfficeStartsUp()
         messages.clear();
         click(okul, QStringLiteral("cmdKaydet"));
         QCOMPARE(messages.texts(), QStringList{QStringLiteral("Okul bilgileri kaydedildi.")});
-        QCOMPARE(w.windowTitle(), QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"));
+        QCOMPARE(w.windowTitle(), QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 "
+                                                 "Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"));
         QCOMPARE(w.background()->okulAdi(), QStringLiteral("Özel Zerna Koleji"));
         QCOMPARE(w.cariAyCombo()->currentData().toInt(), 202510);
         sub->close();
 
         // The working month changes from the tool band and is kept.
         w.cariAyCombo()->setCurrentIndex(w.cariAyCombo()->findData(202511));
-        QCOMPARE(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit")).toString(), QStringLiteral("202511"));
+        QCOMPARE(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit")).toString(),
+                 QStringLiteral("202511"));
         QCOMPARE(w.background()->cariAySatiri(),
                  QStringLiteral("Aktif Çalışma : 2025-2026 Dönemi   Cari Ay : KASIM - 2025"));
-        QCOMPARE(w.background()->bilgiSatirlari().value(3), QStringLiteral("TOPLAM ÖĞRENCİ SAYISI : 0"));
+        QCOMPARE(w.background()->bilgiSatirlari().value(3),
+                 QStringLiteral("TOPLAM ÖĞRENCİ SAYISI : 0"));
         w.show();
         testing::screenshot(&w, QStringLiteral("ana-pencere"));
         w.close();
@@ -164,11 +170,13 @@ void tst_MainWindow::aNewOfficeStartsUp()
     });
     QVERIFY(again.MDIForm_Load());
     QCOMPARE(again.cariAyCombo()->currentData().toInt(), 202511);
-    QCOMPARE(again.windowTitle(), QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"));
+    QCOMPARE(
+        again.windowTitle(),
+        QStringLiteral(
+            "Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"));
     again.close();
     store::setDefaultDatabase(nullptr);
 }
-
 
 void tst_MainWindow::everyCommandOpensItsScreenOrSaysItIsNotReady()
 {
@@ -189,11 +197,14 @@ void tst_MainWindow::everyCommandOpensItsScreenOrSaysItIsNotReady()
         w.ActBar_Click(k.tool);
         const QMdiSubWindow *opened = w.screenWindow(k.screen);
         if (opened) {
-            QVERIFY2(opened->widget()->layout(), qPrintable(k.screen + QStringLiteral(" is empty")));
+            QVERIFY2(opened->widget()->layout(),
+                     qPrintable(k.screen + QStringLiteral(" is empty")));
         } else {
             QCOMPARE(int(w.mdiArea()->subWindowList().size()), before);
-            QVERIFY2(messages.texts().value(0).endsWith(QStringLiteral("bölümü bu sürümde henüz hazır değil.")),
-                     qPrintable(k.tool + QStringLiteral(": ") + messages.texts().join(QLatin1Char('|'))));
+            QVERIFY2(messages.texts().value(0).endsWith(
+                         QStringLiteral("bölümü bu sürümde henüz hazır değil.")),
+                     qPrintable(k.tool + QStringLiteral(": ")
+                                + messages.texts().join(QLatin1Char('|'))));
         }
     }
     // A second command for an open screen brings it forward instead of opening it twice.
@@ -215,8 +226,9 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
     // Another user may read the school's settings and nothing else.
     const QString other = *users::Sifrele(QStringLiteral("sekreter"));
-    store::Query q(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                                      "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 0, ?, ?)"));
+    store::Query q(db,
+                   QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                                  "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 0, ?, ?)"));
     q.bind(other).bind(QStringLiteral("Okul Bilgileri")).bind(QStringLiteral("popOkulBilgileri"));
     QVERIFY(q.exec());
     MDIAidat w(db);
@@ -225,7 +237,9 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
 
     users::durum().AktifKullanici = QStringLiteral("sekreter");
     w.ActBar_Click(QStringLiteral("popKullanici"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
+    QCOMPARE(messages.texts(),
+             QStringList{QStringLiteral(
+                 "Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı !")});
     // The three report commands pass without the test.
     messages.clear();
@@ -234,9 +248,12 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
 
     // The screen opens for reading; its save is refused, also after a command that she may
     // write but that opens nothing leaves its rights behind.
-    store::Query more(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                                         "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"));
-    more.bind(other).bind(QStringLiteral("Yönetici Raporu")).bind(QStringLiteral("popYoneticiRaporu"));
+    store::Query more(
+        db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"));
+    more.bind(other)
+        .bind(QStringLiteral("Yönetici Raporu"))
+        .bind(QStringLiteral("popYoneticiRaporu"));
     {
         const store::WriteGuardExemption setUp; // the administrator's doing, not hers
         QVERIFY(more.exec());
@@ -250,8 +267,11 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     messages.clear();
     typeInto(sub->widget(), QStringLiteral("txtOkulAdi"), QStringLiteral("Başka Ad"));
     click(sub->widget(), QStringLiteral("cmdKaydet"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
-    QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(), QStringLiteral("Deneme Okulu"));
+    QCOMPARE(messages.texts(),
+             QStringList{QStringLiteral(
+                 "Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
+    QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(),
+             QStringLiteral("Deneme Okulu"));
     static_cast<ui::Screen *>(sub->widget())->setDirty(false);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
@@ -264,8 +284,8 @@ void tst_MainWindow::explanationsFollowTheirSetting()
     MDIAidat w(s.db());
     w.MenuAciklamaOku();
     QVERIFY(w.background()->aciklamalarGorunur());
-    store::INIAyar(s.db(), QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"), QStringLiteral("MENU"),
-            QStringLiteral("AÇIKLAMALAR"), QStringLiteral("FALSE"));
+    store::INIAyar(s.db(), QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"),
+                   QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"), QStringLiteral("FALSE"));
     MDIAidat again(s.db());
     again.MenuAciklamaOku();
     QVERIFY(!again.background()->aciklamalarGorunur());

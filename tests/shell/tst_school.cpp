@@ -1,12 +1,12 @@
 #include "test_support.h"
 
-#include "shell/dashboard.h"
-#include "maintenance/school.h"
-#include "users/session.h"
 #include "base/turkish_text.h"
+#include "maintenance/school.h"
+#include "shell/dashboard.h"
 #include "shell/working_month.h"
 #include "store/database.h"
 #include "store/migration.h"
+#include "users/session.h"
 
 #include <QTest>
 
@@ -55,10 +55,11 @@ void tst_School::readingTheSchoolsRow()
 
     // A row of the old lira, with no period dates: the dates read as the zero date, the money
     // still as YTL.
-    QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili, ParaTuru, ParaBirimi, "
-                                   "TaksitYuvarlama, CariAy, TaksitKilitle, FisNoKilitle) VALUES "
-                                   "('Eski Okul', '2004-2005', 0, 'TL', ?, '200410', 1, '1')"),
-                    {QVariant(base::Para::fromUnits(1000000).raw())}));
+    QVERIFY(run(db,
+                QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili, ParaTuru, ParaBirimi, "
+                               "TaksitYuvarlama, CariAy, TaksitKilitle, FisNoKilitle) VALUES "
+                               "('Eski Okul', '2004-2005', 0, 'TL', ?, '200410', 1, '1')"),
+                {QVariant(base::Para::fromUnits(1000000).raw())}));
     QVERIFY(maintenance::SabitBilgileriOku(db));
     QCOMPARE(users::durum().OkulAdi, QStringLiteral("Eski Okul"));
     QCOMPARE(users::durum().DonemBasTarihi, base::SifirTarih);
@@ -70,7 +71,9 @@ void tst_School::readingTheSchoolsRow()
     // The newest school year is the one in force, before a row without one on either engine; a
     // save writes that row and no other.
     QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi) VALUES ('Yılsız Satır')")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Yeni Okul', '2025-2026')")));
+    QVERIFY(
+        run(db, QStringLiteral(
+                    "INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Yeni Okul', '2025-2026')")));
     base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(db);
     QCOMPARE(row->OkulAdi, QStringLiteral("Yeni Okul"));
     row.value().OkulAdi = QStringLiteral("Yeni Okul Ltd. Şti.");
@@ -83,12 +86,14 @@ void tst_School::readingTheSchoolsRow()
     QCOMPARE(back.TaksitYuvarlama, tl(0.5));
     QCOMPARE(back.DonemBasTarihi.date(), QDate(2025, 9, 8));
     QCOMPARE(back.CariAy, QStringLiteral("202603"));
-    store::Query old(db, QStringLiteral("SELECT OkulAdi, CariAy FROM Sabit WHERE OgretimYili = '2004-2005'"));
+    store::Query old(
+        db, QStringLiteral("SELECT OkulAdi, CariAy FROM Sabit WHERE OgretimYili = '2004-2005'"));
     QVERIFY(old.exec() && old.next());
     QCOMPARE(old.text(0), QStringLiteral("Eski Okul"));
     QCOMPARE(old.text(1), QStringLiteral("200410"));
 
-    QVERIFY(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL")).isNull());
+    QVERIFY(
+        scalar(db, QStringLiteral("SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL")).isNull());
 
     // The row and the office switches go together or not at all.
     maintenance::OfisAyarlari ofis;
@@ -112,12 +117,24 @@ void tst_School::workingMonthSelector_data()
     QTest::addColumn<QString>("cariAy");
     QTest::addColumn<QString>("ogretimYili");
     QTest::addColumn<QString>("shown");
-    QTest::addRow("listede") << "202510" << "2025-2026" << "EKİM - 2025";
-    QTest::addRow("ilk-ay") << "202401" << "2025-2026" << "OCAK - 2024";
-    QTest::addRow("son-ay") << "202712" << "2025-2026" << "ARALIK - 2027";
-    QTest::addRow("bos-simdiki-ay") << "" << "2025-2026" << "KASIM - 2025";
-    QTest::addRow("liste-disi-simdiki-ay") << "201905" << "2025-2026" << "KASIM - 2025";
-    QTest::addRow("bozuk-metin") << "abc" << "2025-2026" << "KASIM - 2025";
+    QTest::addRow("listede") << "202510"
+                             << "2025-2026"
+                             << "EKİM - 2025";
+    QTest::addRow("ilk-ay") << "202401"
+                            << "2025-2026"
+                            << "OCAK - 2024";
+    QTest::addRow("son-ay") << "202712"
+                            << "2025-2026"
+                            << "ARALIK - 2027";
+    QTest::addRow("bos-simdiki-ay") << ""
+                                    << "2025-2026"
+                                    << "KASIM - 2025";
+    QTest::addRow("liste-disi-simdiki-ay") << "201905"
+                                           << "2025-2026"
+                                           << "KASIM - 2025";
+    QTest::addRow("bozuk-metin") << "abc"
+                                 << "2025-2026"
+                                 << "KASIM - 2025";
 }
 
 void tst_School::workingMonthSelector()
@@ -140,16 +157,24 @@ void tst_School::dashboardFigures()
     QVERIFY(s.openYear());
     // Two students with an account each, and the account of a student who is gone.
     for (int student : {1, 2})
-        QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"), {student, student}));
+        QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"),
+                    {student, student}));
     for (int account : {10, 20, 30})
-        QVERIFY(run(db, QStringLiteral("INSERT INTO OgrenciAidatTanim (KayitID, OgrKayitID, Sira) VALUES (?, ?, 1)"),
-                    {account, account / 10}));
+        QVERIFY(
+            run(db,
+                QStringLiteral(
+                    "INSERT INTO OgrenciAidatTanim (KayitID, OgrKayitID, Sira) VALUES (?, ?, 1)"),
+                {account, account / 10}));
     auto due = [&db](int account, int sira, const QDate &day, double amount) {
-        return run(db, QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, Odenecek) VALUES (?, ?, ?, ?)"),
+        return run(db,
+                   QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, "
+                                  "Odenecek) VALUES (?, ?, ?, ?)"),
                    {account, sira, QDateTime(day, QTime(0, 0)), tl(amount).raw()});
     };
     auto paid = [&db](int account, int sira, const QDate &day, double amount) {
-        return run(db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen) VALUES (?, ?, ?, ?)"),
+        return run(db,
+                   QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, "
+                                  "Odenen) VALUES (?, ?, ?, ?)"),
                    {account, sira, QDateTime(day, QTime(14, 30)), tl(amount).raw()});
     };
     QVERIFY(due(10, 1, QDate(2025, 9, 5), 1000));
@@ -157,12 +182,12 @@ void tst_School::dashboardFigures()
     QVERIFY(due(10, 3, QDate(2025, 11, 5), 1000));
     QVERIFY(due(20, 1, QDate(2025, 10, 31), 500.25));
     QVERIFY(due(20, 2, QDate(2025, 11, 30), 500.25));
-    QVERIFY(due(20, 3, QDate(2025, 12, 1), 500.25));   // after the working month
-    QVERIFY(due(30, 1, QDate(2025, 10, 1), 7777));     // a student who is gone
+    QVERIFY(due(20, 3, QDate(2025, 12, 1), 500.25)); // after the working month
+    QVERIFY(due(30, 1, QDate(2025, 10, 1), 7777));   // a student who is gone
     QVERIFY(paid(10, 1, QDate(2025, 9, 6), 1000));
     QVERIFY(paid(20, 1, QDate(2025, 10, 31), 200));
     QVERIFY(paid(10, 2, QDate(2025, 11, 2), 400.10));
-    QVERIFY(paid(30, 1, QDate(2025, 10, 2), 7777));    // not counted either
+    QVERIFY(paid(30, 1, QDate(2025, 10, 2), 7777)); // not counted either
     const base::Result<PanoBilgisi> pano = RaporHazirla(db, QStringLiteral("202511"));
     QVERIFY2(pano, qPrintable(pano.error().text));
     QCOMPARE(pano->ayAdi, QStringLiteral("KASIM"));

@@ -28,8 +28,10 @@ void tst_Startup::commandLine_data()
     QTest::addColumn<int>("engine");
     QTest::addColumn<QString>("where");
     QTest::addColumn<bool>("refused");
-    QTest::addRow("bos-data-klasoru") << QStringList{} << int(store::Engine::SQLite) << "/data" << false;
-    QTest::addRow("data") << QStringList{"--data", "/srv/okul"} << int(store::Engine::SQLite) << "/srv/okul" << false;
+    QTest::addRow("bos-data-klasoru")
+        << QStringList{} << int(store::Engine::SQLite) << "/data" << false;
+    QTest::addRow("data") << QStringList{"--data", "/srv/okul"} << int(store::Engine::SQLite)
+                          << "/srv/okul" << false;
     QTest::addRow("pg") << QStringList{"--pg", "host=sunucu port=5433 dbname=okul user=muhasebe"}
                         << int(store::Engine::PostgreSQL) << "okul" << false;
     QTest::addRow("pg-veritabani-yok") << QStringList{"--pg", "host=sunucu"} << 0 << "" << true;
@@ -48,7 +50,8 @@ void tst_Startup::commandLine()
     if (refused)
         return;
     QCOMPARE(int(k.settings.engine), engine);
-    const QString actual = k.settings.engine == store::Engine::SQLite ? k.settings.dataFolder : k.settings.database;
+    const QString actual
+        = k.settings.engine == store::Engine::SQLite ? k.settings.dataFolder : k.settings.database;
     QVERIFY2(actual.endsWith(where), qPrintable(actual));
 }
 
@@ -56,7 +59,8 @@ void tst_Startup::aSecondStartEndsAtOnce()
 {
     QTemporaryDir folder;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("TMPDIR"), folder.path()); // where the program keeps its instance lock
+    env.insert(QStringLiteral("TMPDIR"),
+               folder.path()); // where the program keeps its instance lock
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     const QStringList args = {QStringLiteral("--data"), folder.path() + QStringLiteral("/data")};
     QProcess first;
@@ -66,7 +70,8 @@ void tst_Startup::aSecondStartEndsAtOnce()
     first.start(QStringLiteral(VORTEL_PROGRAM), args);
     QVERIFY(first.waitForStarted());
     // The first one waits at its first dialog; the store it made tells that it is up.
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.path() + QStringLiteral("/data/Sabit.db")), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.path() + QStringLiteral("/data/Sabit.db")),
+                             20000);
     // The instance is the operating system's user, not whatever USER says.
     QProcess second;
     env.insert(QStringLiteral("USER"), QString());
@@ -79,7 +84,8 @@ void tst_Startup::aSecondStartEndsAtOnce()
     QCOMPARE(first.state(), QProcess::Running);
     // The running one was told, and came forward.
     QByteArray told;
-    QTRY_VERIFY_WITH_TIMEOUT((told += first.readAllStandardError()).contains("brought forward"), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT((told += first.readAllStandardError()).contains("brought forward"),
+                             10000);
     first.kill();
     first.waitForFinished();
 }
@@ -108,7 +114,8 @@ void tst_Startup::commandLineRunsWithoutADisplay()
     QVERIFY(program.waitForFinished(10000));
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), exitCode);
-    const QString said = QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());
+    const QString said
+        = QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());
     QVERIFY2(said.contains(printed), qPrintable(said));
 }
 

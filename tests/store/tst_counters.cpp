@@ -28,7 +28,7 @@ bool addSchoolRows(Database &db)
 
 // One save: draws a number and, for the cash box, writes the row that takes it.
 base::Result<qint64> drawAndSave(Database &db, Sayac sayac, bool commit = true,
-                                  Transaction::Mode mode = Transaction::Mode::Immediate)
+                                 Transaction::Mode mode = Transaction::Mode::Immediate)
 {
     Transaction tx(db, mode);
     if (!tx) {

@@ -1,9 +1,9 @@
 #include "test_support.h"
 
+#include "base/turkish_text.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "store/schema.h"
-#include "base/turkish_text.h"
 
 #include <QDir>
 #include <QFile>
@@ -63,7 +63,8 @@ void tst_Database::openingNeedsAChosenYear()
     QVERIFY(!DatabaseAc(s.db(), Store::Year, true, false));
     QVERIFY(messages.texts().isEmpty());
     QVERIFY(!DatabaseAc(s.db(), Store::Year, false, false));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Programın Veri Dosyası Bulunamadı. ()")});
+    QCOMPARE(messages.texts(),
+             QStringList{QStringLiteral("Programın Veri Dosyası Bulunamadı. ()")});
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Dikkat!")});
 
     s.db().selectYear(7);
@@ -96,9 +97,8 @@ void tst_Database::openingFailuresComeBackAsValues_data()
     QTest::addRow("sqlite-veri-klasoru-dosya")
         << sqlite << "veri" << int(Store::Global) << "Veri dosyası açılamadı." << yok;
     QTest::addRow("sqlite-yil-dosyasi-klasor") << sqlite << "yil" << int(Store::Year) << yil << yok;
-    QTest::addRow("sqlite-log-dosyasi-klasor")
-        << sqlite << "log" << int(Store::Log) << yil
-        << "Programın Log Veri Dosyası Bulunamadı. ({yer})";
+    QTest::addRow("sqlite-log-dosyasi-klasor") << sqlite << "log" << int(Store::Log) << yil
+                                               << "Programın Log Veri Dosyası Bulunamadı. ({yer})";
 }
 
 void tst_Database::openingFailuresComeBackAsValues()
@@ -192,10 +192,10 @@ void tst_Database::valuesComeBackAsTheyWent()
     Database &db = s.db();
     QVERIFY(s.openYear());
     const QDateTime moment(QDate(2024, 2, 29), QTime(23, 59, 58));
-    Query insert(db,
-                 QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
-                                "Ogr_Cari_Durum_Aciklamasi, Tahsilat_Vade_Tarihi, Pesinat_Tarihi) "
-                                "VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING ID"));
+    Query insert(
+        db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
+                           "Ogr_Cari_Durum_Aciklamasi, Tahsilat_Vade_Tarihi, Pesinat_Tarihi) "
+                           "VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING ID"));
     insert.bind(1)
         .bind(1)
         .bind(moment)
@@ -218,7 +218,8 @@ void tst_Database::valuesComeBackAsTheyWent()
     QVERIFY(!read.dateTime(QStringLiteral("Pesinat_Tarihi")).isValid());
 
     // A day bound as a date finds the row stored with a time of midnight.
-    Query byDay(db, QStringLiteral("SELECT count(*) FROM OgrenciAidatOdeme WHERE Tahsilat_Vade_Tarihi = ?"));
+    Query byDay(db, QStringLiteral(
+                        "SELECT count(*) FROM OgrenciAidatOdeme WHERE Tahsilat_Vade_Tarihi = ?"));
     byDay.bind(QDate(1899, 12, 30));
     QVERIFY(byDay.exec() && byDay.next());
     QCOMPARE(byDay.integer(0), 1);
@@ -296,12 +297,14 @@ void tst_Database::turkishOrderAndDateFunctions()
     VORTEL_STORE_FOR_ROW(s);
     Database &db = s.db();
     QVERIFY(s.openYear());
-    const QStringList names = {QStringLiteral("İpek"), QStringLiteral("Ilgın"), QStringLiteral("Çiğdem"),
-                               QStringLiteral("Can"),  QStringLiteral("ırmak"), QStringLiteral("ipek"),
-                               QStringLiteral("Derya"), QStringLiteral("Şule"), QStringLiteral("Selin")};
+    const QStringList names
+        = {QStringLiteral("İpek"),  QStringLiteral("Ilgın"), QStringLiteral("Çiğdem"),
+           QStringLiteral("Can"),   QStringLiteral("ırmak"), QStringLiteral("ipek"),
+           QStringLiteral("Derya"), QStringLiteral("Şule"),  QStringLiteral("Selin")};
     int day = 1;
     for (const QString &n : names) {
-        Query q(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi, Ogr_Kayit_Tarihi) VALUES (?, ?)"));
+        Query q(db,
+                QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi, Ogr_Kayit_Tarihi) VALUES (?, ?)"));
         q.bind(n).bind(QDate(2025, day % 12 + 1, day));
         QVERIFY(q.exec());
         ++day;
@@ -311,19 +314,18 @@ void tst_Database::turkishOrderAndDateFunctions()
     QStringList got;
     while (ordered.next())
         got << ordered.text(0);
-    QCOMPARE(got,
-             (QStringList{QStringLiteral("Can"), QStringLiteral("Çiğdem"), QStringLiteral("Derya"),
-                          QStringLiteral("Ilgın"), QStringLiteral("ırmak"), QStringLiteral("ipek"),
-                          QStringLiteral("İpek"), QStringLiteral("Selin"), QStringLiteral("Şule")}));
+    QCOMPARE(got, (QStringList{
+                      QStringLiteral("Can"), QStringLiteral("Çiğdem"), QStringLiteral("Derya"),
+                      QStringLiteral("Ilgın"), QStringLiteral("ırmak"), QStringLiteral("ipek"),
+                      QStringLiteral("İpek"), QStringLiteral("Selin"), QStringLiteral("Şule")}));
 
     Query exact(db, QStringLiteral("SELECT count(*) FROM Ogrenci WHERE Ogr_Adi = ?"));
     exact.bind(QStringLiteral("ipek"));
     QVERIFY(exact.exec() && exact.next());
     QCOMPARE(exact.integer(0), 1);
 
-    Query parts(db,
-                QStringLiteral("SELECT year(Ogr_Kayit_Tarihi), month(Ogr_Kayit_Tarihi), "
-                               "day(Ogr_Kayit_Tarihi) FROM Ogrenci WHERE Ogr_Adi = ?"));
+    Query parts(db, QStringLiteral("SELECT year(Ogr_Kayit_Tarihi), month(Ogr_Kayit_Tarihi), "
+                                   "day(Ogr_Kayit_Tarihi) FROM Ogrenci WHERE Ogr_Adi = ?"));
     parts.bind(QStringLiteral("Derya"));
     QVERIFY(parts.exec() && parts.next());
     QCOMPARE(parts.integer(0), 2025);
@@ -346,9 +348,11 @@ void tst_Database::saveAndLogCommitTogether()
     };
     auto counts = [&db]() {
         Query a(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
-        Query b(db, QStringLiteral("SELECT count(*) FROM %1").arg(db.table(Store::Log, QStringLiteral("Ogrenci"))));
-        return (a.exec() && a.next() && b.exec() && b.next()) ? qMakePair(a.integer(0), b.integer(0))
-                                                              : qMakePair(qint64(-1), qint64(-1));
+        Query b(db, QStringLiteral("SELECT count(*) FROM %1")
+                        .arg(db.table(Store::Log, QStringLiteral("Ogrenci"))));
+        return (a.exec() && a.next() && b.exec() && b.next())
+                   ? qMakePair(a.integer(0), b.integer(0))
+                   : qMakePair(qint64(-1), qint64(-1));
     };
     {
         Transaction tx(db);
@@ -404,7 +408,8 @@ void tst_Database::failuresGetReporterNumbers()
     Query syntax(db, QStringLiteral("SELEC Ogr_Adi FRO Ogrenci"));
     QVERIFY(!syntax.exec());
     QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).number, 3075);
-    QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).label, QStringLiteral("FrmDeneme:Yukle"));
+    QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).label,
+             QStringLiteral("FrmDeneme:Yukle"));
     Query missing(db, QStringLiteral("SELECT Yok FROM Ogrenci"));
     QVERIFY(!missing.exec());
     QCOMPARE(missing.error(QString()).number, 3061);
@@ -532,7 +537,8 @@ void tst_Database::aKilledCompactionLosesNoYear()
     DatabaseKapat(s.db());
     for (int round = 0; round < 12; ++round) {
         QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--compact-child"), folder});
+        child.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("--compact-child"), folder});
         QVERIFY(child.waitForStarted());
         QTest::qWait(int(QRandomGenerator::global()->bounded(50, 400)));
         child.kill();

@@ -24,7 +24,10 @@ QStringList snapshot(Database &db)
     for (const QString &t : c->tableNames()) {
         int position = 0;
         for (const ColumnInfo &col : c->columns(t))
-            out << QStringLiteral("%1.%2#%3:%4").arg(t.toLower(), col.name.toLower()).arg(position++).arg(col.typeName);
+            out << QStringLiteral("%1.%2#%3:%4")
+                       .arg(t.toLower(), col.name.toLower())
+                       .arg(position++)
+                       .arg(col.typeName);
     }
     for (const schema::Table &t : schema::tables()) {
         for (const schema::Index &ix : t.indexes) {
@@ -88,7 +91,8 @@ void tst_Migration::modelReachesFullSchemaOnceAndForAll()
     QVERIFY(openModel(s));
     // The model: what the migration adds is not there yet.
     QVERIFY(!Field_Exist(db, Store::Year, QStringLiteral("Sabit"), QStringLiteral("ParaTuru")));
-    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("OgrenciAidatOdeme"), QStringLiteral("Aciklama")));
+    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("OgrenciAidatOdeme"),
+                        QStringLiteral("Aciklama")));
     QVERIFY(TabloYoksaEkle(db, Store::Year, QStringLiteral("IskontoTanim")));
     QVERIFY(TabloYoksaEkle(db, Store::Year, QStringLiteral("Haklar")));
 
@@ -124,29 +128,44 @@ void tst_Migration::backFillsRunEveryTimeOrForNewFieldsOnly()
     VORTEL_STORE_FOR_ROW(s);
     Database &db = s.db();
     QVERIFY(openModel(s));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Deneme Koleji', '2025-2026')")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (5, 'Ece')")));
+    QVERIFY(run(
+        db, QStringLiteral(
+                "INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Deneme Koleji', '2025-2026')")));
+    QVERIFY(
+        run(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (5, 'Ece')")));
     QVERIFY(DatabaseGuncelle(db).ok());
     // New fields on an existing row: each filled as its step says.
-    QCOMPARE(scalar(db, QStringLiteral("SELECT ParaBirimi FROM Sabit")).toString(), QStringLiteral("TL"));
+    QCOMPARE(scalar(db, QStringLiteral("SELECT ParaBirimi FROM Sabit")).toString(),
+             QStringLiteral("TL"));
     QCOMPARE(scalar(db, QStringLiteral("SELECT EgitimDestekAy1 || '-' || EgitimDestekAy2 || '-' || "
                                        "EgitimDestekAy3 || '-' || EgitimDestekAy4 FROM Sabit"))
                  .toString(),
              QStringLiteral("12-2-6-0"));
     QCOMPARE(scalar(db, QStringLiteral("SELECT Ogr_EgitimDestekDurumu FROM Ogrenci")).toInt(), 0);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci WHERE Ogr_Islem_Yapan_Kullanici = ''")).toInt(), 1);
+    QCOMPARE(scalar(db, QStringLiteral(
+                            "SELECT count(*) FROM Ogrenci WHERE Ogr_Islem_Yapan_Kullanici = ''"))
+                 .toInt(),
+             1);
 
     // The school's own months stay; Nulls of fields filled "every time" are filled again.
-    QVERIFY(run(db, QStringLiteral("UPDATE Sabit SET EgitimDestekAy1 = 9, ParaTuru = NULL, OgrAOtoDeg = NULL")));
+    QVERIFY(
+        run(db, QStringLiteral(
+                    "UPDATE Sabit SET EgitimDestekAy1 = 9, ParaTuru = NULL, OgrAOtoDeg = NULL")));
     QVERIFY(run(db, QStringLiteral("UPDATE Ogrenci SET Ogr_EgitimDestekDurumu = NULL")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, Odenecek) VALUES (1, 1, 0)")));
+    QVERIFY(
+        run(db, QStringLiteral(
+                    "INSERT INTO OgrenciAidatDetay (KayitID, Sira, Odenecek) VALUES (1, 1, 0)")));
     QVERIFY(DatabaseGuncelle(db).ok());
     QCOMPARE(scalar(db, QStringLiteral("SELECT EgitimDestekAy1 FROM Sabit")).toInt(), 9);
     QCOMPARE(scalar(db, QStringLiteral("SELECT ParaTuru FROM Sabit")).toInt(), 0);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT OgrAOtoDeg FROM Sabit")).toString(), QStringLiteral("0"));
+    QCOMPARE(scalar(db, QStringLiteral("SELECT OgrAOtoDeg FROM Sabit")).toString(),
+             QStringLiteral("0"));
     QCOMPARE(scalar(db, QStringLiteral("SELECT Fatura_ID FROM OgrenciAidatDetay")).toDouble(), 0.0);
     QCOMPARE(scalar(db, QStringLiteral("SELECT YTLCevrim FROM OgrenciAidatDetay")).toInt(), 0);
-    QVERIFY(scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci WHERE Ogr_EgitimDestekDurumu IS NULL")).toInt() == 1);
+    QVERIFY(scalar(db, QStringLiteral(
+                           "SELECT count(*) FROM Ogrenci WHERE Ogr_EgitimDestekDurumu IS NULL"))
+                .toInt()
+            == 1);
 }
 
 void tst_Migration::oldRowsAreCarriedForward()
@@ -155,9 +174,14 @@ void tst_Migration::oldRowsAreCarriedForward()
     Database &db = s.db();
     QVERIFY(openModel(s));
     for (int i = 1; i <= 3; ++i) {
-        QVERIFY(run(db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, Odenen, Aciklama) "
-                                       "VALUES (7, %1, %2, 'taksit %1')").arg(i).arg(i * 1000000)));
-        QVERIFY(run(db, QStringLiteral("INSERT INTO Fatura (KayitID, FaturaNo) VALUES (7, %1)").arg(100 + i)));
+        QVERIFY(run(
+            db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, Odenen, Aciklama) "
+                               "VALUES (7, %1, %2, 'taksit %1')")
+                    .arg(i)
+                    .arg(i * 1000000)));
+        QVERIFY(run(
+            db,
+            QStringLiteral("INSERT INTO Fatura (KayitID, FaturaNo) VALUES (7, %1)").arg(100 + i)));
     }
     QVERIFY(DatabaseGuncelle(db).ok());
     Query q(db, QStringLiteral("SELECT ID, Sira, Ogr_Cari_Durum_Aciklamasi, Odenen, YTLCevrim FROM "
@@ -173,7 +197,8 @@ void tst_Migration::oldRowsAreCarriedForward()
     QCOMPARE(ids.size(), 3);
     QVERIFY(ids[0] < ids[1] && ids[1] < ids[2]);
     // New rows keep counting after the old ones.
-    Query added(db, QStringLiteral("INSERT INTO Fatura (KayitID, FaturaNo) VALUES (8, 200) RETURNING ID"));
+    Query added(
+        db, QStringLiteral("INSERT INTO Fatura (KayitID, FaturaNo) VALUES (8, 200) RETURNING ID"));
     QVERIFY(added.exec() && added.next());
     QVERIFY(added.integer(0) > 3);
 }
@@ -184,24 +209,38 @@ void tst_Migration::discountOrderFollowsDefinitionKeys()
     Database &db = s.db();
     QVERIFY(openModel(s));
     // A file from before the running order: definitions and students' discounts exist.
-    QVERIFY(createDeclaredTable(db, *schema::table(Store::Year, QStringLiteral("IskontoTanim"))).ok());
-    QVERIFY(createDeclaredTable(db, *schema::table(Store::Year, QStringLiteral("OgrenciIskonto"))).ok());
-    QVERIFY(run(db, QStringLiteral("INSERT INTO IskontoTanim (ID, IskontoAciklama, IskontoOrani) VALUES (5, 'Kardeş', 10)")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO IskontoTanim (ID, IskontoAciklama, IskontoOrani) VALUES (2, 'Genel', 5)")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO IskontoTanim (ID, IskontoAciklama, IskontoOrani) VALUES (9, 'Personel', 50)")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO OgrenciIskonto (KayitID, IskontoID) VALUES (1, 9)")));
-    QVERIFY(run(db, QStringLiteral("INSERT INTO OgrenciIskonto (KayitID, IskontoID) VALUES (1, 2)")));
+    QVERIFY(
+        createDeclaredTable(db, *schema::table(Store::Year, QStringLiteral("IskontoTanim"))).ok());
+    QVERIFY(createDeclaredTable(db, *schema::table(Store::Year, QStringLiteral("OgrenciIskonto")))
+                .ok());
+    QVERIFY(run(db, QStringLiteral("INSERT INTO IskontoTanim (ID, IskontoAciklama, IskontoOrani) "
+                                   "VALUES (5, 'Kardeş', 10)")));
+    QVERIFY(run(db, QStringLiteral("INSERT INTO IskontoTanim (ID, IskontoAciklama, IskontoOrani) "
+                                   "VALUES (2, 'Genel', 5)")));
+    QVERIFY(run(db, QStringLiteral("INSERT INTO IskontoTanim (ID, IskontoAciklama, IskontoOrani) "
+                                   "VALUES (9, 'Personel', 50)")));
+    QVERIFY(
+        run(db, QStringLiteral("INSERT INTO OgrenciIskonto (KayitID, IskontoID) VALUES (1, 9)")));
+    QVERIFY(
+        run(db, QStringLiteral("INSERT INTO OgrenciIskonto (KayitID, IskontoID) VALUES (1, 2)")));
     QVERIFY(DatabaseGuncelle(db).ok());
-    Query q(db, QStringLiteral("SELECT IskontoAciklama, IskontoSirasi, IskontoTipi, IskontoKalanTutardan "
-                               "FROM IskontoTanim ORDER BY IskontoSirasi"));
+    Query q(db, QStringLiteral(
+                    "SELECT IskontoAciklama, IskontoSirasi, IskontoTipi, IskontoKalanTutardan "
+                    "FROM IskontoTanim ORDER BY IskontoSirasi"));
     QVERIFY(q.exec());
     QStringList got;
     while (q.next())
-        got << QStringLiteral("%1=%2/%3/%4").arg(q.text(0)).arg(q.integer(1)).arg(q.integer(2)).arg(q.integer(3));
-    QCOMPARE(got,
-             (QStringList{QStringLiteral("Genel=1/0/0"), QStringLiteral("Kardeş=2/0/0"),
-                          QStringLiteral("Personel=3/0/0"), QStringLiteral("Serbest İndirim=4/1/1")}));
-    Query students(db, QStringLiteral("SELECT IskontoID, IskontoSirasi FROM OgrenciIskonto ORDER BY IskontoID"));
+        got << QStringLiteral("%1=%2/%3/%4")
+                   .arg(q.text(0))
+                   .arg(q.integer(1))
+                   .arg(q.integer(2))
+                   .arg(q.integer(3));
+    QCOMPARE(got, (QStringList{QStringLiteral("Genel=1/0/0"), QStringLiteral("Kardeş=2/0/0"),
+                               QStringLiteral("Personel=3/0/0"),
+                               QStringLiteral("Serbest İndirim=4/1/1")}));
+    Query students(
+        db,
+        QStringLiteral("SELECT IskontoID, IskontoSirasi FROM OgrenciIskonto ORDER BY IskontoID"));
     QVERIFY(students.exec());
     QVERIFY(students.next());
     QCOMPARE(students.integer(1), 1);
@@ -218,21 +257,32 @@ void tst_Migration::shortNoteFieldGrowsInPlace()
     Database &db = s.db();
     QVERIFY(s.openYear());
     // An older file kept the note in a hundred characters.
-    schema::Field shortNote = *schema::field(Store::Year, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"));
+    schema::Field shortNote = *schema::field(Store::Year, QStringLiteral("Ogrenci"),
+                                             QStringLiteral("Ogr_Cari_Durum_Aciklama"));
     shortNote.size = 100;
     QVERIFY(AlanDegistir(db, Store::Year, QStringLiteral("Ogrenci"), shortNote).ok());
-    const int position = columnPosition(db, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"));
+    const int position
+        = columnPosition(db, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"));
     QVERIFY(position > 0);
-    QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi, Ogr_Cari_Durum_Aciklama) "
-                                   "VALUES (12, 'Ümit', 'Ekim taksidi veliyle konuşuldu')")));
+    QVERIFY(run(
+        db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi, Ogr_Cari_Durum_Aciklama) "
+                           "VALUES (12, 'Ümit', 'Ekim taksidi veliyle konuşuldu')")));
     base::Result<Catalog> before = db.dialect().readCatalog(db, Store::Year);
-    QCOMPARE(before->column(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"))->size, 100);
+    QCOMPARE(
+        before->column(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"))->size,
+        100);
 
     QVERIFY(DatabaseGuncelle(db).ok());
     base::Result<Catalog> after = db.dialect().readCatalog(db, Store::Year);
-    QCOMPARE(after->column(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"))->size, 250);
-    QCOMPARE(columnPosition(db, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama")), position);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT Ogr_Cari_Durum_Aciklama FROM Ogrenci WHERE Ogr_Numarasi = 12")).toString(),
+    QCOMPARE(
+        after->column(QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama"))->size,
+        250);
+    QCOMPARE(
+        columnPosition(db, QStringLiteral("Ogrenci"), QStringLiteral("Ogr_Cari_Durum_Aciklama")),
+        position);
+    QCOMPARE(scalar(db, QStringLiteral(
+                            "SELECT Ogr_Cari_Durum_Aciklama FROM Ogrenci WHERE Ogr_Numarasi = 12"))
+                 .toString(),
              QStringLiteral("Ekim taksidi veliyle konuşuldu"));
     // The student keeps his key, and the key its counting.
     QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (13)")));
@@ -254,8 +304,8 @@ void tst_Migration::failedStepIsResumedAtNextOpen()
     QVERIFY(messages.texts().isEmpty());
     QVERIFY(failed.error().bildiri);
     QCOMPARE(failed.error().bildiri->baslik, QStringLiteral("HATA"));
-    QVERIFY(failed.error().bildiri->metin.startsWith(
-        QStringLiteral("Database güncellemede hata!\n")));
+    QVERIFY(
+        failed.error().bildiri->metin.startsWith(QStringLiteral("Database güncellemede hata!\n")));
     // Steps before the failing one stay done; the failing one left nothing half.
     QVERIFY(!TabloYoksaEkle(db, Store::Year, QStringLiteral("Bankalar")));
     QVERIFY(TabloYoksaEkle(db, Store::Year, QStringLiteral("KASA")));
@@ -298,16 +348,21 @@ void tst_Migration::lateFieldsOfTheMainWindowPassQuietly()
     VORTEL_STORE_FOR_ROW(s);
     Database &db = s.db();
     QVERIFY(openModel(s));
-    QVERIFY(!Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimAdeti")));
+    QVERIFY(!Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"),
+                         QStringLiteral("AidatBirimAdeti")));
     testing::StoreMessages messages;
     SonAlanlariEkle(db);
-    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimFiyati")));
-    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimAdeti")));
-    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("Sabit"), QStringLiteral("OgrKayitSilinenRapordaGoster")));
+    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"),
+                        QStringLiteral("AidatBirimFiyati")));
+    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"),
+                        QStringLiteral("AidatBirimAdeti")));
+    QVERIFY(Field_Exist(db, Store::Year, QStringLiteral("Sabit"),
+                        QStringLiteral("OgrKayitSilinenRapordaGoster")));
     const QStringList once = snapshot(db);
     SonAlanlariEkle(db); // the unit count's add is tried again and refused quietly
     QCOMPARE(snapshot(db), once);
-    QVERIFY(!Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"), QStringLiteral("AidatBirimAdet")));
+    QVERIFY(!Field_Exist(db, Store::Year, QStringLiteral("AidatTanim"),
+                         QStringLiteral("AidatBirimAdet")));
     QVERIFY(messages.texts().isEmpty());
 }
 

@@ -3,20 +3,20 @@
 #include "test_support.h"
 
 #include "shell/main_window.h"
-#include "users/session.h"
 #include "store/database.h"
+#include "store/settings.h"
 #include "students/frm_ogrenci.h"
 #include "students/student_record.h"
 #include "users/passwords.h"
-#include "store/settings.h"
 #include "users/secrets.h"
+#include "users/session.h"
 
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QTemporaryDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace students;
@@ -75,13 +75,15 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     // office's key it brought about must stand in the store all the same, or every number boxed
     // with it in this session would be lost at the next start.
     const QString siblings = db.table(store::Store::Year, QStringLiteral("OgrenciKardesler"));
-    QVERIFY(db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardeslerYok").arg(siblings)).ok());
+    QVERIFY(
+        db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardeslerYok").arg(siblings)).ok());
     OgrenciKaydi failing;
     failing.ogrenci.insert(QStringLiteral("Ogr_Numarasi"), qint64(4));
     failing.ogrenci.insert(QStringLiteral("Ogr_Adi"), QStringLiteral("Eda"));
     failing.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), QStringLiteral("Er"));
     failing.ogrenci.insert(KartNoAlani, s_card);
-    failing.kardesler.append(Kardes{QStringLiteral("Ali"), QStringLiteral("Er"), QString(), QString()});
+    failing.kardesler.append(
+        Kardes{QStringLiteral("Ali"), QStringLiteral("Er"), QString(), QString()});
     QVERIFY(!OgrenciKaydet(db, failing, false));
     QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 0);
     QVERIFY(QFile::exists(users::KartAnahtariDosyasi()));
@@ -115,8 +117,9 @@ void tst_CardNumbers::maskedForThoseWithoutTheRight()
     const qint64 id = saveStudent(db);
     // Rights exist: the secretary may use the student screen, but not see card numbers.
     for (const char *tool : {"popOgrenciBilgileri"}) {
-        store::Query q(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                                          "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"));
+        store::Query q(
+            db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                               "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"));
         q.bind(*users::Sifrele(QStringLiteral("sekreter"))).bind(QString::fromLatin1(tool));
         QVERIFY(q.exec());
     }
@@ -125,7 +128,8 @@ void tst_CardNumbers::maskedForThoseWithoutTheRight()
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.ActBar_Click(QStringLiteral("popOgrenciBilgileri"));
-    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
+    auto *screen
+        = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
     QVERIFY(screen);
     QVERIFY(screen->OgrenciGoster(id, true));
     auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
@@ -193,7 +197,8 @@ void tst_CardNumbers::withoutTheKeyNumbersStayMaskedAndKept()
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.ActBar_Click(QStringLiteral("popOgrenciBilgileri"));
-    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
+    auto *screen
+        = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
     QVERIFY(screen && screen->OgrenciGoster(id, true));
     auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
     QCOMPARE(box->text(), QStringLiteral("•••• •••• •••• ••••"));

@@ -1,11 +1,11 @@
 #include "test_support.h"
 
-#include "users/session.h"
 #include "base/turkish_text.h"
 #include "store/database.h"
 #include "students/class_moves.h"
 #include "students/student_list.h"
 #include "students/student_record.h"
+#include "users/session.h"
 
 #include <QTest>
 

@@ -2,10 +2,9 @@
 #include "office.h"
 #include "test_support.h"
 
+#include "maintenance/school.h"
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "maintenance/school.h"
-#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "students/form_sinif_atlatma.h"
@@ -17,6 +16,7 @@
 #include "ui/grid.h"
 #include "users/login.h"
 #include "users/passwords.h"
+#include "users/session.h"
 
 #include <QAction>
 #include <QApplication>

@@ -50,7 +50,6 @@ QStringList MessageRecorder::titles() const
     return l;
 }
 
-
 ModalDriver::ModalDriver()
 {
     m_timer.setInterval(20);

@@ -3,10 +3,10 @@
 #include "ui/message.h"
 
 #include <QList>
-#include <QStringList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 
@@ -36,7 +36,6 @@ private:
     QList<ui::Message> m_messages;
     QList<ui::Answer> m_answers;
 };
-
 
 // Answers the modal dialogs that a blocking call opens, in order: each step gets the next
 // dialog that comes up and does what an operator does to it (types, ticks, presses buttons).

@@ -1,11 +1,11 @@
 #include "office.h"
 
-#include "maintenance/working_years.h"
 #include "maintenance/school.h"
-#include "users/session.h"
+#include "maintenance/working_years.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "users/login.h"
+#include "users/session.h"
 
 #include <QDebug>
 

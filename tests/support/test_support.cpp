@@ -33,7 +33,8 @@ namespace {
 
 bool runAdmin(const QString &conninfo, const QString &statement, QString *error)
 {
-    const std::optional<store::ConnectionSettings> s = store::ConnectionSettings::fromConnInfo(conninfo);
+    const std::optional<store::ConnectionSettings> s
+        = store::ConnectionSettings::fromConnInfo(conninfo);
     if (!s) {
         *error = QStringLiteral("VORTEL_TEST_PG okunamadı: ") + conninfo;
         return false;
@@ -79,13 +80,15 @@ TestStore::TestStore(store::Engine engine)
         return;
     }
     m_adminConnInfo = *conninfo;
-    m_pgDatabase = QStringLiteral("vortel_t_") + QUuid::createUuid().toString(QUuid::Id128).left(16);
+    m_pgDatabase
+        = QStringLiteral("vortel_t_") + QUuid::createUuid().toString(QUuid::Id128).left(16);
     QString error;
     if (!runAdmin(m_adminConnInfo, QStringLiteral("CREATE DATABASE ") + m_pgDatabase, &error)) {
         m_skipReason = QStringLiteral("PostgreSQL deneme veritabanı açılamadı: ") + error;
         return;
     }
-    std::optional<store::ConnectionSettings> s = store::ConnectionSettings::fromConnInfo(m_adminConnInfo);
+    std::optional<store::ConnectionSettings> s
+        = store::ConnectionSettings::fromConnInfo(m_adminConnInfo);
     s->database = m_pgDatabase;
     m_settings = *s;
     m_db = std::make_unique<store::Database>(m_settings);

@@ -58,10 +58,10 @@ const char *engineName(store::Engine engine);
 void addEngineRows();
 // Opens a TestStore for the current data row's engine; skips the test when PostgreSQL is
 // missing. Use as: TestStore *s = storeForRow(); if (!s) return;
-#define VORTEL_STORE_FOR_ROW(var)                                                                \
-    QFETCH(int, engine);                                                                         \
-    testing::TestStore var(static_cast<store::Engine>(engine));                                  \
-    if (!var.isValid())                                                                          \
+#define VORTEL_STORE_FOR_ROW(var)                                                                  \
+    QFETCH(int, engine);                                                                           \
+    testing::TestStore var(static_cast<store::Engine>(engine));                                    \
+    if (!var.isValid())                                                                            \
         QSKIP(qPrintable(var.skipReason()));
 
 // Records the messages the store's opening procedure shows during its life (a missing data

@@ -1,10 +1,10 @@
 #include "gui_support.h"
 #include "test_support.h"
 
-#include "ui/failure.h"
-#include "users/session.h"
 #include "store/database.h"
 #include "store/error_log.h"
+#include "ui/failure.h"
+#include "users/session.h"
 
 #include <QTest>
 
@@ -33,16 +33,30 @@ void tst_Failure::friendlyTexts_data()
     QTest::addColumn<QString>("expected");
     QTest::addRow("3260-kullaniciyi-adlandirir")
         << 3260 << "Couldn't update; currently locked by user 'ayse' on machine 'MUHASEBE2'."
-        << "Zerna" << "Şu Anda Bu Kaydı  ayse   isimli Kullanıcı Kullanıyor";
+        << "Zerna"
+        << "Şu Anda Bu Kaydı  ayse   isimli Kullanıcı Kullanıyor";
     QTest::addRow("3260-kimse-adlandirilmaz")
         << 3260 << "Kayıt başka bir iş istasyonunda kullanılıyor (database is locked)"
-        << "Zerna" << "Şu Anda Bu Kayıt Başka Bir İş İstasyonunda Kullanılıyor";
-    QTest::addRow("52-dizin") << 52 << "" << "Zerna" << "Dataların Yükleneceği Dizin Bulunamadı";
-    QTest::addRow("61-disk") << 61 << "" << "Zerna" << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
-    QTest::addRow("76-data-yolu") << 76 << "" << "Zerna" << "Tanımlanmış Bulunan Data Yolu Hatalı";
-    QTest::addRow("340-baslik") << 340 << "" << "Zerna Ostel" << "Programda İçsel Bir Hata Oluştu";
-    QTest::addRow("3044-dizin") << 3044 << "izin yok" << "Zerna" << "Hata Açıklaması: izin yok";
-    QTest::addRow("bilinmeyen") << 9999 << "ne oldu" << "Zerna" << "Hata Kodu: 9999\nHata Satırı 12\nHata Açıklaması: ne oldu";
+        << "Zerna"
+        << "Şu Anda Bu Kayıt Başka Bir İş İstasyonunda Kullanılıyor";
+    QTest::addRow("52-dizin") << 52 << ""
+                              << "Zerna"
+                              << "Dataların Yükleneceği Dizin Bulunamadı";
+    QTest::addRow("61-disk") << 61 << ""
+                             << "Zerna"
+                             << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
+    QTest::addRow("76-data-yolu") << 76 << ""
+                                  << "Zerna"
+                                  << "Tanımlanmış Bulunan Data Yolu Hatalı";
+    QTest::addRow("340-baslik") << 340 << ""
+                                << "Zerna Ostel"
+                                << "Programda İçsel Bir Hata Oluştu";
+    QTest::addRow("3044-dizin") << 3044 << "izin yok"
+                                << "Zerna"
+                                << "Hata Açıklaması: izin yok";
+    QTest::addRow("bilinmeyen") << 9999 << "ne oldu"
+                                << "Zerna"
+                                << "Hata Kodu: 9999\nHata Satırı 12\nHata Açıklaması: ne oldu";
 }
 
 void tst_Failure::friendlyTexts()
@@ -78,13 +92,15 @@ void tst_Failure::generalReporterEndsTheProgramWhenAsked()
     setProgramBitir([&ended](int) { ended = true; });
     setProgramAdi(QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0)"));
     const std::optional<bool> arg = devam < 0 ? std::nullopt : std::optional<bool>(devam == 1);
-    GenelHata(3075, QStringLiteral("Sözdizimi hatası"), QStringLiteral("FrmOtomatikOdeme:OgrenciYukle"), arg);
+    GenelHata(3075, QStringLiteral("Sözdizimi hatası"),
+              QStringLiteral("FrmOtomatikOdeme:OgrenciYukle"), arg);
     QCOMPARE(ended, ends);
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Genel HATA")});
-    QCOMPARE(messages.texts().value(0),
-             QStringLiteral(" HATA OLUSAN \n\n Program Adi    : Zerna Vortel Programı (Ver.: 1.0.0)\n"
-                            " Rutin Adi      : FrmOtomatikOdeme:OgrenciYukle\n Hata Kodu      : 3075\n"
-                            " Hata Aciklamasi: Sözdizimi hatası"));
+    QCOMPARE(
+        messages.texts().value(0),
+        QStringLiteral(" HATA OLUSAN \n\n Program Adi    : Zerna Vortel Programı (Ver.: 1.0.0)\n"
+                       " Rutin Adi      : FrmOtomatikOdeme:OgrenciYukle\n Hata Kodu      : 3075\n"
+                       " Hata Aciklamasi: Sözdizimi hatası"));
     QCOMPARE(messages.messages().value(0).buttons, ui::Buttons::OkCancel);
 }
 
@@ -107,7 +123,8 @@ void tst_Failure::storeFailureReachesReporterAndLeavesARow()
     }
     store::setWriteGuard(nullptr);
     QCOMPARE(messages.titles(), QStringList{QStringLiteral("Zerna")});
-    QVERIFY(messages.texts().value(0).contains(QStringLiteral("Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış")));
+    QVERIFY(messages.texts().value(0).contains(
+        QStringLiteral("Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış")));
 
     base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
     QVERIFY2(rows, qPrintable(rows.error().text));

@@ -42,11 +42,16 @@ void tst_Grid::cellsTakeOnlyWhatTheyMean_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("shown");
     QTest::addColumn<bool>("refused");
-    QTest::addRow("tutar") << 1 << "1.250,5" << "1.250,50" << false;
-    QTest::addRow("tutar-harf") << 1 << "12a" << "7,00" << true;
-    QTest::addRow("tutar-nokta-ondalik") << 1 << "12.5" << "7,00" << true;
-    QTest::addRow("tarih") << 2 << "29022024" << "29.02.2024" << false;
-    QTest::addRow("tarih-olmayan-gun") << 2 << "31022024" << "01.01.2025" << true;
+    QTest::addRow("tutar") << 1 << "1.250,5"
+                           << "1.250,50" << false;
+    QTest::addRow("tutar-harf") << 1 << "12a"
+                                << "7,00" << true;
+    QTest::addRow("tutar-nokta-ondalik") << 1 << "12.5"
+                                         << "7,00" << true;
+    QTest::addRow("tarih") << 2 << "29022024"
+                           << "29.02.2024" << false;
+    QTest::addRow("tarih-olmayan-gun") << 2 << "31022024"
+                                       << "01.01.2025" << true;
 }
 
 void tst_Grid::cellsTakeOnlyWhatTheyMean()
@@ -94,10 +99,14 @@ void tst_Grid::everyKeyTypedIsKept_data()
     QTest::addColumn<int>("column");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("shown");
-    QTest::addRow("tutar") << 1 << "105" << "105,00";
-    QTest::addRow("isim") << 3 << "Mehmet" << "Mehmet";
-    QTest::addRow("turkce-ilk-harf") << 3 << "Şahin" << "Şahin";
-    QTest::addRow("iki-kelime") << 3 << "Kardeş İndirimi" << "Kardeş İndirimi";
+    QTest::addRow("tutar") << 1 << "105"
+                           << "105,00";
+    QTest::addRow("isim") << 3 << "Mehmet"
+                          << "Mehmet";
+    QTest::addRow("turkce-ilk-harf") << 3 << "Şahin"
+                                     << "Şahin";
+    QTest::addRow("iki-kelime") << 3 << "Kardeş İndirimi"
+                                << "Kardeş İndirimi";
 }
 
 void tst_Grid::everyKeyTypedIsKept()

@@ -1,10 +1,10 @@
 #include "test_support.h"
 
-#include "users/session.h"
 #include "store/database.h"
 #include "users/login.h"
 #include "users/passwords.h"
 #include "users/rights.h"
+#include "users/session.h"
 
 #include <QFile>
 #include <QProcess>
@@ -38,8 +38,9 @@ QString storedPassword(store::Database &db, const QString &name)
 
 bool putRight(store::Database &db, const QString &user, const QString &tool, int read, int write)
 {
-    store::Query q(db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                                      "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"));
+    store::Query q(
+        db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"));
     q.bind(user.isEmpty() ? QString() : *Sifrele(user)).bind(read).bind(write).bind(tool);
     return q.exec();
 }
@@ -67,11 +68,16 @@ void tst_Login::loginAnswers_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("password");
     QTest::addColumn<int>("answer");
-    QTest::addRow("dogru") << "Ayşe" << "Şifre-1" << int(GirisSonucu::Kabul);
-    QTest::addRow("buyuk-harf-baska-ad") << "AYŞE" << "Şifre-1" << int(GirisSonucu::AdHatali);
-    QTest::addRow("bilinmeyen-ad") << "Fatma" << "Şifre-1" << int(GirisSonucu::AdHatali);
-    QTest::addRow("yanlis-sifre") << "Ayşe" << "şifre-1" << int(GirisSonucu::SifreHatali);
-    QTest::addRow("bos-sifre") << "Ayşe" << "" << int(GirisSonucu::SifreHatali);
+    QTest::addRow("dogru") << "Ayşe"
+                           << "Şifre-1" << int(GirisSonucu::Kabul);
+    QTest::addRow("buyuk-harf-baska-ad") << "AYŞE"
+                                         << "Şifre-1" << int(GirisSonucu::AdHatali);
+    QTest::addRow("bilinmeyen-ad") << "Fatma"
+                                   << "Şifre-1" << int(GirisSonucu::AdHatali);
+    QTest::addRow("yanlis-sifre") << "Ayşe"
+                                  << "şifre-1" << int(GirisSonucu::SifreHatali);
+    QTest::addRow("bos-sifre") << "Ayşe"
+                               << "" << int(GirisSonucu::SifreHatali);
 }
 
 void tst_Login::loginAnswers()
@@ -101,12 +107,15 @@ void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
                     *Sifrele(QStringLiteral("para"), Provider::Base)));
     QVERIFY(putUser(db, *Sifrele(QStringLiteral("misafir")), QString()));
 
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("123")), GirisSonucu::SifreHatali);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("123")),
+             GirisSonucu::SifreHatali);
     QCOMPARE(storedPassword(db, QStringLiteral("admin")), *Sifrele(QStringLiteral("1234")));
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")), GirisSonucu::Kabul);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")),
+             GirisSonucu::Kabul);
     const QString hashed = storedPassword(db, QStringLiteral("admin"));
     QVERIFY(SifreOzetiMi(hashed));
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")), GirisSonucu::Kabul);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")),
+             GirisSonucu::Kabul);
     QCOMPARE(storedPassword(db, QStringLiteral("admin")), hashed);
 
     QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("para")), GirisSonucu::Kabul);
@@ -116,7 +125,8 @@ void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
     QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("yeni")), GirisSonucu::Kabul);
     // A user stored without a password gets in with none, never.
     QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QString()), GirisSonucu::SifreHatali);
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QStringLiteral("x")), GirisSonucu::SifreHatali);
+    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QStringLiteral("x")),
+             GirisSonucu::SifreHatali);
 }
 
 void tst_Login::rightsByTableState()
@@ -127,7 +137,7 @@ void tst_Login::rightsByTableState()
     users::CalismaDurumu &d = users::durum();
     d.AktifKullanici = QStringLiteral("sekreter");
     auto rights = [&db, &d](const QString &tool) {
-        (void) HakKontrol(db, tool);
+        (void)HakKontrol(db, tool);
         return qMakePair(d.HakOkuma, d.HakYazma);
     };
     // No right defined at all: everyone may do everything.
@@ -207,7 +217,8 @@ int main(int argc, char **argv)
             return 4;
         std::printf("reached\n");
         const base::Status saved = KullaniciKaydet(db, QStringLiteral("Ayşe"), QStringLiteral("x"));
-        std::printf("%s\n", saved ? "saved" : qPrintable(QStringLiteral("refused: ") + saved.error().text));
+        std::printf("%s\n",
+                    saved ? "saved" : qPrintable(QStringLiteral("refused: ") + saved.error().text));
         return 0;
     }
 #endif

@@ -1,8 +1,8 @@
 #include "test_support.h"
 
-#include "users/session.h"
 #include "store/database.h"
 #include "users/record_lock.h"
+#include "users/session.h"
 
 #include <QTest>
 
@@ -16,7 +16,8 @@ namespace {
 bool addStudents(store::Database &db, int count)
 {
     for (int i = 1; i <= count; ++i) {
-        store::Query q(db, QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"));
+        store::Query q(db,
+                       QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"));
         q.bind(i).bind(i);
         if (!q.exec())
             return false;
@@ -26,7 +27,8 @@ bool addStudents(store::Database &db, int count)
 
 QString holderOf(store::Database &db, int id)
 {
-    store::Query q(db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
+    store::Query q(
+        db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
     q.bind(id);
     return q.exec() && q.next() ? q.text(0) : QStringLiteral("<yok>");
 }
@@ -64,7 +66,8 @@ void tst_RecordLock::marksBetweenWorkstations()
     const base::Status refused = OgrenciKilitle(*other, 1);
     QVERIFY(!refused.ok() && refused.error().isRefusal());
     QVERIFY(!OgrenciKilitOK());
-    QCOMPARE(refused.error().red->metin, QStringLiteral("ali İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."));
+    QCOMPARE(refused.error().red->metin,
+             QStringLiteral("ali İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."));
     QCOMPARE(refused.error().red->baslik, QStringLiteral("UYARI"));
     const base::Status checked = OgrenciKilitKontrol(*other, 1);
     QVERIFY(!checked.ok() && checked.error().isRefusal());

@@ -31,7 +31,9 @@ QList<HakSatiri> rights(const QHash<QString, QPair<bool, bool>> &marks)
 
 int rows(store::Database &db, const QString &ad, const QString &where = QStringLiteral("1 = 1"))
 {
-    return scalar(db, QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND ") + where,
+    return scalar(db,
+                  QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND ")
+                      + where,
                   {*Sifrele(ad)})
         .toInt();
 }
@@ -58,9 +60,10 @@ void tst_UserAdmin::nobodyIsLockedOutByTheFirstRights()
 
     // The administrator only looked at his own rights (no row: no marks) and gave the new
     // secretary three read rights.
-    KullaniciSatiri sekreter{QStringLiteral("Sekreter"), QString(), false, QStringLiteral("abc"), true};
-    const QList<KullaniciSatiri> users = {stored(QStringLiteral("Müdür")), stored(QStringLiteral("zerna")),
-                                          sekreter};
+    KullaniciSatiri sekreter{QStringLiteral("Sekreter"), QString(), false, QStringLiteral("abc"),
+                             true};
+    const QList<KullaniciSatiri> users
+        = {stored(QStringLiteral("Müdür")), stored(QStringLiteral("zerna")), sekreter};
     QHash<QString, QList<HakSatiri>> given;
     given.insert(users[0].kod, rights({}));
     given.insert(QStringLiteral("Sekreter"),
@@ -72,7 +75,8 @@ void tst_UserAdmin::nobodyIsLockedOutByTheFirstRights()
 
     // Those who had no rows keep everything; the secretary has what she was given.
     for (const char *ad : {"Müdür", "zerna"}) {
-        QCOMPARE(rows(db, QString::fromUtf8(ad), QStringLiteral("Haklar_Okuma = 1 AND Haklar_Yazma = 1")),
+        QCOMPARE(rows(db, QString::fromUtf8(ad),
+                      QStringLiteral("Haklar_Okuma = 1 AND Haklar_Yazma = 1")),
                  commands);
     }
     QCOMPARE(rows(db, QStringLiteral("Sekreter"), QStringLiteral("Haklar_Okuma = 1")), 3);
@@ -81,9 +85,11 @@ void tst_UserAdmin::nobodyIsLockedOutByTheFirstRights()
     // Saving the secretary again changes nobody else's rows.
     given.clear();
     given.insert(users[0].kod, rights({}));
-    given.insert(*Sifrele(QStringLiteral("Sekreter")), rights({{QStringLiteral("popOgrenciBilgileri"), {true, true}}}));
-    QList<KullaniciSatiri> again = {stored(QStringLiteral("Müdür")), stored(QStringLiteral("zerna")),
-                                    stored(QStringLiteral("Sekreter"))};
+    given.insert(*Sifrele(QStringLiteral("Sekreter")),
+                 rights({{QStringLiteral("popOgrenciBilgileri"), {true, true}}}));
+    QList<KullaniciSatiri> again
+        = {stored(QStringLiteral("Müdür")), stored(QStringLiteral("zerna")),
+           stored(QStringLiteral("Sekreter"))};
     // The administrator's grid now shows no marks: that is a change, and it would leave only
     // the service user; still allowed.
     QVERIFY(KullanicilariKaydet(db, again, given).ok());
@@ -92,7 +98,8 @@ void tst_UserAdmin::nobodyIsLockedOutByTheFirstRights()
 
     // Taking the users screen from the last one who has it is refused, and nothing changes.
     given.clear();
-    given.insert(*Sifrele(QStringLiteral("zerna")), rights({{QStringLiteral("popOgrenciBilgileri"), {true, true}}}));
+    given.insert(*Sifrele(QStringLiteral("zerna")),
+                 rights({{QStringLiteral("popOgrenciBilgileri"), {true, true}}}));
     const base::Status refused = KullanicilariKaydet(db, again, given);
     QVERIFY(!refused.ok() && refused.error().isRefusal());
     QCOMPARE(rows(db, QStringLiteral("zerna"), QStringLiteral("Haklar_Yazma = 1")), commands);

@@ -2,10 +2,9 @@
 #include "office.h"
 #include "test_support.h"
 
+#include "maintenance/school.h"
 #include "maintenance/working_years.h"
 #include "shell/main_window.h"
-#include "maintenance/school.h"
-#include "users/session.h"
 #include "store/database.h"
 #include "store/migration.h"
 #include "ui/grid.h"
@@ -13,6 +12,7 @@
 #include "users/frm_sifre.h"
 #include "users/login.h"
 #include "users/passwords.h"
+#include "users/session.h"
 #include "users/user_admin.h"
 
 #include <QApplication>
@@ -86,7 +86,8 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     users->setCurrentCell(0, 0);
     click(screen, QStringLiteral("Command3"));
     click(screen, QStringLiteral("Command4"));
-    QCOMPARE(screen->findChild<QPushButton *>(QStringLiteral("Command3"))->text(), QStringLiteral("&Okuma İşaretsiz"));
+    QCOMPARE(screen->findChild<QPushButton *>(QStringLiteral("Command3"))->text(),
+             QStringLiteral("&Okuma İşaretsiz"));
     QVERIFY(rights->checked(0, 1) && rights->checked(rights->rowCount() - 1, 2));
 
     // A new user with no name, then with a password that is not confirmed, is refused.
@@ -94,7 +95,8 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     QCOMPARE(users->rowCount(), 3);
     click(screen, QStringLiteral("Command2"));
     QCOMPARE(messages.texts().value(0), QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"));
-    users->gridModel()->setData(users->gridModel()->index(2, 0), QStringLiteral("Sekreter"), Qt::EditRole);
+    users->gridModel()->setData(users->gridModel()->index(2, 0), QStringLiteral("Sekreter"),
+                                Qt::EditRole);
     typeInto(screen, QStringLiteral("Txt_Yeni1"), QStringLiteral("abc"));
     typeInto(screen, QStringLiteral("Txt_Yeni2"), QStringLiteral("abd"));
     click(screen, QStringLiteral("Cmd_Ok"));
@@ -107,15 +109,23 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     // The secretary may read the school's settings, and nothing else.
     const int okul = rowOf(rights, 3, QStringLiteral("popOkulBilgileri"));
     QVERIFY(okul >= 0);
-    rights->gridModel()->setData(rights->gridModel()->index(okul, 1), Qt::Checked, Qt::CheckStateRole);
+    rights->gridModel()->setData(rights->gridModel()->index(okul, 1), Qt::Checked,
+                                 Qt::CheckStateRole);
     testing::screenshot(screen, QStringLiteral("kullanici-sifre"));
     messages.clear();
     click(screen, QStringLiteral("cmdKaydet"));
     QCOMPARE(messages.texts(), QStringList{QStringLiteral("Kullanıcılar ve hakları kaydedildi.")});
     QCOMPARE(users->rowCount(), 3);
     const QString sekreter = *users::Sifrele(QStringLiteral("Sekreter"));
-    QVERIFY(users::SifreOzetiMi(scalar(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"), {sekreter}).toString()));
-    QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"), {sekreter}).toInt(), 1);
+    QVERIFY(users::SifreOzetiMi(
+        scalar(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"), {sekreter})
+            .toString()));
+    QCOMPARE(scalar(db,
+                    QStringLiteral(
+                        "SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"),
+                    {sekreter})
+                 .toInt(),
+             1);
     sub->close();
     QVERIFY(!w.screenWindow(QStringLiteral("Kullanici_Sifre")));
 
@@ -133,7 +143,9 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     // The users screen is closed to her...
     messages.clear();
     w.ActBar_Click(QStringLiteral("popKullanici"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
+    QCOMPARE(messages.texts(),
+             QStringList{QStringLiteral(
+                 "Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
     QVERIFY(!w.screenWindow(QStringLiteral("Kullanici_Sifre")));
     // ...the school's settings open for reading, and the save is refused, by the screen and by
     // the store alike.
@@ -143,13 +155,16 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     typeInto(okulSub->widget(), QStringLiteral("txtOkulAdi"), QStringLiteral("Değiştirilmiş Ad"));
     messages.clear();
     click(okulSub->widget(), QStringLiteral("cmdKaydet"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
+    QCOMPARE(messages.texts(),
+             QStringList{QStringLiteral(
+                 "Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
     base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(db);
     row.value().OkulAdi = QStringLiteral("Arka Kapıdan");
     const base::Status direct = maintenance::OkulbilgisiKaydet(db, *row);
     QVERIFY(!direct);
     QCOMPARE(direct.error().number, store::YazmaYetkisiYokHatasi);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(), QStringLiteral("Deneme Okulu"));
+    QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(),
+             QStringLiteral("Deneme Okulu"));
     static_cast<ui::Screen *>(okulSub->widget())->setDirty(false);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
@@ -166,7 +181,10 @@ void tst_UsersScreen::passwordMaintenanceScreen()
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.ActBar_Click(QStringLiteral("popProgramaGirisSifresiDegistirme"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı tanımlayınız.")});
+    QCOMPARE(
+        messages.texts(),
+        QStringList{QStringLiteral(
+            "Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı tanımlayınız.")});
     QWidget *screen = w.screenWindow(QStringLiteral("FrmProgramaGirisSifresiDegistirme"))->widget();
     typeInto(screen, QStringLiteral("txtUsername"), QStringLiteral("Kasiyer"));
     typeInto(screen, QStringLiteral("txtPassword"), QStringLiteral("x1"));
@@ -176,7 +194,8 @@ void tst_UsersScreen::passwordMaintenanceScreen()
     auto *list = screen->findChild<QListWidget *>(QStringLiteral("ListUsername"));
     QCOMPARE(list->count(), 1);
     QCOMPARE(list->item(0)->text(), QStringLiteral("Kasiyer"));
-    QCOMPARE(*users::SifreKontrol(db, QStringLiteral("Kasiyer"), QStringLiteral("x1")), users::GirisSonucu::Kabul);
+    QCOMPARE(*users::SifreKontrol(db, QStringLiteral("Kasiyer"), QStringLiteral("x1")),
+             users::GirisSonucu::Kabul);
     // Choosing a name never brings its password back.
     list->setCurrentRow(0);
     QCOMPARE(screen->findChild<QLineEdit *>(QStringLiteral("txtPassword"))->text(), QString());
