@@ -2,7 +2,7 @@
 
 #include "ui/screen_registry.h"
 #include "users/frm_programa_giris_sifresi_degistirme.h"
-#include "users/kullanici_sifre.h"
+#include "users/frm_kullanici_sifre.h"
 
 namespace users {
 

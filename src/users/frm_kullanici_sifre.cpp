@@ -1,4 +1,4 @@
-#include "users/kullanici_sifre.h"
+#include "users/frm_kullanici_sifre.h"
 
 #include "store/database.h"
 #include "ui/boxes.h"
