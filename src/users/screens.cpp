@@ -1,8 +1,8 @@
 #include "users/screens.h"
 
 #include "ui/screen_registry.h"
-#include "users/frm_programa_giris_sifresi_degistirme.h"
 #include "users/frm_kullanici_sifre.h"
+#include "users/frm_programa_giris_sifresi_degistirme.h"
 
 namespace users {
 
