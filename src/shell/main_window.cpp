@@ -12,6 +12,7 @@
 #include "ui/failure.h"
 #include "ui/message.h"
 #include "ui/notifications.h"
+#include "ui/screen.h"
 #include "ui/screen_registry.h"
 #include "users/command_table.h"
 #include "users/frm_ilk_kullanici.h"
@@ -518,7 +519,7 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
     sub->setWindowTitle(widget->windowTitle());
     sub->resize(widget->size().expandedTo(widget->sizeHint()) + QSize(16, 40));
     sub->show();
-    widget->setFocus();
+    ui::focusFirstBox(widget);
     return true;
 }
 

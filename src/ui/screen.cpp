@@ -1,8 +1,12 @@
 #include "ui/screen.h"
 
+#include <QApplication>
+
 #include "ui/message.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLineEdit>
@@ -82,6 +86,26 @@ void Screen::closeEvent(QCloseEvent *event)
         event->accept();
     else
         event->ignore();
+}
+
+void focusFirstBox(QWidget *screen)
+{
+    // A box, a list or a grid: not the tab bar above them, nor a button.
+    const auto typedInto = [screen](QWidget *w) {
+        return w && screen->isAncestorOf(w)
+               && (qobject_cast<QLineEdit *>(w) || qobject_cast<QComboBox *>(w)
+                   || qobject_cast<QPlainTextEdit *>(w) || qobject_cast<QAbstractItemView *>(w)
+                   || qobject_cast<QAbstractSpinBox *>(w));
+    };
+    if (typedInto(QApplication::focusWidget()))
+        return;
+    for (QWidget *w = screen->nextInFocusChain(); w && w != screen; w = w->nextInFocusChain()) {
+        if (typedInto(w) && w->isVisibleTo(screen) && w->isEnabled()
+            && (w->focusPolicy() & Qt::TabFocus) && !w->focusProxy()) {
+            w->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
 }
 
 } // namespace ui

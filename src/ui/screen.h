@@ -40,4 +40,8 @@ private:
     QString m_questionText = QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?");
 };
 
+// Puts the focus in the first control of a screen, in tab order, unless one of its controls
+// has it already: an operator starts typing as soon as the screen is there.
+void focusFirstBox(QWidget *screen);
+
 } // namespace ui
