@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 using base::Para;
 using base::RoundingMode;
 
@@ -27,7 +29,7 @@ Para p(const char *text)
 // What a step gave: its decimal text, or "yok" when it gave no value.
 QString yaz(const std::optional<Para> &value)
 {
-    return value ? value->toDecimalString() : QStringLiteral("yok");
+    return value ? value->toDecimalString() : u"yok"_s;
 }
 
 constexpr qint64 MaxRaw = std::numeric_limits<qint64>::max();
@@ -203,7 +205,7 @@ private slots:
         const auto m = RoundingMode(mode);
         QCOMPARE(yaz(Para::mulDiv(p(t[0]), p(t[1]), p(t[2]), p(t[3]), p(t[4]), places, m)),
                  expected);
-        if (t[2] == QLatin1String("0")) {
+        if (t[2] == "0"_L1) {
             QCOMPARE(yaz(Para::mulDiv(p(t[0]), p(t[1]), p(t[4]), places, m)), expected);
         }
     }

@@ -3,6 +3,8 @@
 #include <QLocale>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace base;
 
 namespace {
@@ -93,13 +95,13 @@ private slots:
     void wholeNumbers()
     {
         QCOMPARE(Bicimle(std::numeric_limits<qint64>::min(), ParaFormatiTam),
-                 QStringLiteral("-9.223.372.036.854.775.808"));
-        QCOMPARE(Bicimle(qint64(-7), ParaFormatiKurus), QStringLiteral("-7,00"));
-        QCOMPARE(TamSayiCoz(QStringLiteral(" 7 ")), std::optional<qint64>(7));
-        QCOMPARE(TamSayiCoz(QStringLiteral("-9223372036854775808")),
+                 u"-9.223.372.036.854.775.808"_s);
+        QCOMPARE(Bicimle(qint64(-7), ParaFormatiKurus), u"-7,00"_s);
+        QCOMPARE(TamSayiCoz(u" 7 "_s), std::optional<qint64>(7));
+        QCOMPARE(TamSayiCoz(u"-9223372036854775808"_s),
                  std::optional<qint64>(std::numeric_limits<qint64>::min()));
-        QVERIFY(!TamSayiCoz(QStringLiteral("9223372036854775808")));
-        QVERIFY(!TamSayiCoz(QStringLiteral("1,5")));
+        QVERIFY(!TamSayiCoz(u"9223372036854775808"_s));
+        QVERIFY(!TamSayiCoz(u"1,5"_s));
     }
 
     // Words for amounts, letters and suffixes: each row is a call and the text it must give.
@@ -109,7 +111,7 @@ private slots:
         QTest::addColumn<QString>("expected");
 
         const Para amount = p("1250.5");
-        const QString words = QStringLiteral("BİNİKİYÜZELLİ TL ELLİ KRŞ");
+        const QString words = u"BİNİKİYÜZELLİ TL ELLİ KRŞ"_s;
         // clang-format off
         QTest::addRow("yazi-lira-kurus") << YaziyaCevir(amount, false, true) << words;
         QTest::addRow("yazi-cerceveli") << YaziyaCevir(amount, true, true) << u'#' + words + u'#';
@@ -167,19 +169,19 @@ private slots:
     void nullOkuyucular()
     {
         // An amount that may be Null or a text: blank gives nothing, not even the frame.
-        QCOMPARE(YaziyaCevir(QVariant(0.05), false, true), QStringLiteral("BEŞ KRŞ"));
-        QCOMPARE(YaziyaCevir(QVariant(QStringLiteral("1.000")), false, true), "BİN TL");
-        QCOMPARE(YaziyaCevir(QVariant(QStringLiteral(" ")), true, true), QString());
+        QCOMPARE(YaziyaCevir(QVariant(0.05), false, true), u"BEŞ KRŞ"_s);
+        QCOMPARE(YaziyaCevir(QVariant(u"1.000"_s), false, true), "BİN TL");
+        QCOMPARE(YaziyaCevir(QVariant(u" "_s), true, true), QString());
         QCOMPARE(YaziyaCevir(QVariant(), true, true), QString());
         QCOMPARE(NullStr(QVariant()), QString());
-        QCOMPARE(NullStr(QVariant(QStringLiteral(" a ")), true), QStringLiteral(" a "));
-        QCOMPARE(NullStr(QVariant(QDate(2024, 2, 9))), QStringLiteral("09.02.2024"));
-        QCOMPARE(NullNum(QVariant(1250.5)), QStringLiteral("1250,5"));
-        QCOMPARE(NullNum(QVariant(QStringLiteral("12abc"))), QStringLiteral("0"));
-        QCOMPARE(SayiDegeri(QVariant(QStringLiteral("1.250,50"))), 1250.5);
-        QCOMPARE(SayiDegeri(QVariant(QStringLiteral("12abc"))), 0.0);
-        QCOMPARE(SifirBos(QVariant(QStringLiteral("0,00"))), QString());
-        QCOMPARE(SifirBos(QVariant(1e20)), QStringLiteral("100000000000000000000"));
+        QCOMPARE(NullStr(QVariant(u" a "_s), true), u" a "_s);
+        QCOMPARE(NullStr(QVariant(QDate(2024, 2, 9))), u"09.02.2024"_s);
+        QCOMPARE(NullNum(QVariant(1250.5)), u"1250,5"_s);
+        QCOMPARE(NullNum(QVariant(u"12abc"_s)), u"0"_s);
+        QCOMPARE(SayiDegeri(QVariant(u"1.250,50"_s)), 1250.5);
+        QCOMPARE(SayiDegeri(QVariant(u"12abc"_s)), 0.0);
+        QCOMPARE(SifirBos(QVariant(u"0,00"_s)), QString());
+        QCOMPARE(SifirBos(QVariant(1e20)), u"100000000000000000000"_s);
     }
 
     void tarihKontrol_data()
@@ -205,14 +207,14 @@ private slots:
 
     void tarihler()
     {
-        QCOMPARE(TarihOku(QStringLiteral("29.02.2024")), std::optional(QDate(2024, 2, 29)));
-        QVERIFY(!TarihOku(QStringLiteral("31.02.2024")));
-        QVERIFY(!TarihOku(QStringLiteral("29.02.2023")));
+        QCOMPARE(TarihOku(u"29.02.2024"_s), std::optional(QDate(2024, 2, 29)));
+        QVERIFY(!TarihOku(u"31.02.2024"_s));
+        QVERIFY(!TarihOku(u"29.02.2023"_s));
 
         QCOMPARE(TarihYaz(QDate()), QString());
         QCOMPARE(TarihYaz(SifirTarih), QString());
         const QDateTime moment(QDate(2024, 2, 9), QTime(8, 5, 3));
-        QCOMPARE(TarihSaatYaz(moment), QStringLiteral("09.02.2024 08:05:03"));
+        QCOMPARE(TarihSaatYaz(moment), u"09.02.2024 08:05:03"_s);
 
         QCOMPARE(AyEkle(QDate(2024, 1, 31), 1), QDate(2024, 2, 29));
         QCOMPARE(AyEkle(QDate(2023, 3, 31), -1), QDate(2023, 2, 28));
@@ -228,12 +230,12 @@ private slots:
         };
         for (const QLocale &locale : locales) {
             QLocale::setDefault(locale);
-            QCOMPARE(Bicimle(p("1250.5"), ParaFormatiKurus), QStringLiteral("1.250,50"));
-            QCOMPARE(SayiOku(QStringLiteral("1.250,50")), p("1250.5"));
-            QCOMPARE(NullStr(QVariant(0.5)), QStringLiteral("0,5"));
-            QCOMPARE(SifirBos(QVariant(0.5)), QStringLiteral("0.5"));
-            QCOMPARE(TarihYaz(QDate(2024, 2, 9)), QStringLiteral("09.02.2024"));
-            QCOMPARE(KucukHarf(QStringLiteral("ISI")), QStringLiteral("ısı"));
+            QCOMPARE(Bicimle(p("1250.5"), ParaFormatiKurus), u"1.250,50"_s);
+            QCOMPARE(SayiOku(u"1.250,50"_s), p("1250.5"));
+            QCOMPARE(NullStr(QVariant(0.5)), u"0,5"_s);
+            QCOMPARE(SifirBos(QVariant(0.5)), u"0.5"_s);
+            QCOMPARE(TarihYaz(QDate(2024, 2, 9)), u"09.02.2024"_s);
+            QCOMPARE(KucukHarf(u"ISI"_s), u"ısı"_s);
         }
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     }

@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using base::Para;
 
 namespace {
@@ -20,9 +22,8 @@ struct Hesap
 
 void addAccount(store::Database &db, qint64 ogrenci, const Hesap &h)
 {
-    store::Query q(db,
-                   QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, "
-                                  "AidatID, AidatTanim) VALUES (?, 1, ?, ?, ?, ?)"));
+    store::Query q(db, u"INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, "
+                       "AidatID, AidatTanim) VALUES (?, 1, ?, ?, ?, ?)"_s);
     q.bind(ogrenci)
         .bind(Para::fromDecimalString(h.borc).value())
         .bind(Para::fromDecimalString(h.kalan).value())
@@ -33,8 +34,8 @@ void addAccount(store::Database &db, qint64 ogrenci, const Hesap &h)
 
 void setSchool(store::Database &db, const QString &ogrAOtoDeg)
 {
-    store::Query q(db, QStringLiteral("INSERT INTO Sabit (OgretimYili, OgrAOtoDeg) VALUES (?, ?)"));
-    q.bind(QStringLiteral("2025-2026")).bind(ogrAOtoDeg);
+    store::Query q(db, u"INSERT INTO Sabit (OgretimYili, OgrAOtoDeg) VALUES (?, ?)"_s);
+    q.bind(u"2025-2026"_s).bind(ogrAOtoDeg);
     QVERIFY(q.exec());
 }
 
@@ -63,10 +64,10 @@ void tst_ChangeCheck::decides_data()
     QTest::addColumn<bool>("izin");
     QTest::addColumn<QString>("mesaj");
     QTest::addColumn<QString>("borclarSonra"); // Borc of student 5's accounts afterwards
-    const QString odemeVar = QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz.");
+    const QString odemeVar = u"Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."_s;
     const QString secenek
-        = QStringLiteral("Sabit Bilgiler >> Okul Bilgileri ekranındaki seçeneği kontrol ediniz.");
-    const QString yer = QStringLiteral("Aidat Tanımı");
+        = u"Sabit Bilgiler >> Okul Bilgileri ekranındaki seçeneği kontrol ediniz."_s;
+    const QString yer = u"Aidat Tanımı"_s;
     using H = QList<Hesap>;
     for (store::Engine e : testing::engines()) {
         const char *en = testing::engineName(e);
@@ -128,18 +129,16 @@ void tst_ChangeCheck::decides()
         addAccount(db, 5, h);
     }
     // Another student's spent placeholder is never touched.
-    addAccount(db, 6, Hesap{aidat, QStringLiteral("Aidat Tanımı"), "900", "-1"});
+    addAccount(db, 6, Hesap{aidat, u"Aidat Tanımı"_s, "900", "-1"});
 
     const base::Status r = fees::AidatDegisiklikKontrol(db, aidat, ogrenci);
     QVERIFY2(r.ok() || r.error().isRefusal(), qPrintable(r.error().text));
     QCOMPARE(r.ok(), izin);
     QCOMPARE(r.ok() ? QString() : r.error().red->metin, mesaj);
     if (!mesaj.isEmpty()) {
-        QCOMPARE(r.error().red->baslik, ogrenci < 1 ? QStringLiteral("Öğrenci Hata")
-                                                    : QStringLiteral("Aidat Değişikliği"));
+        QCOMPARE(r.error().red->baslik, ogrenci < 1 ? u"Öğrenci Hata"_s : u"Aidat Değişikliği"_s);
     }
-    store::Query q(db, QStringLiteral("SELECT OgrKayitID, Borc FROM OgrenciAidatTanim "
-                                      "ORDER BY KayitID"));
+    store::Query q(db, u"SELECT OgrKayitID, Borc FROM OgrenciAidatTanim ORDER BY KayitID"_s);
     QVERIFY(q.exec());
     QStringList borclar;
     while (q.next()) {
@@ -157,13 +156,12 @@ void tst_ChangeCheck::aReadOnlyUserLeavesThePlaceholderAlone()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
-    setSchool(db, QStringLiteral("1"));
-    addAccount(db, 5, Hesap{0, QStringLiteral("Aidat Tanımı"), "750", "0"});
+    setSchool(db, u"1"_s);
+    addAccount(db, 5, Hesap{0, u"Aidat Tanımı"_s, "750", "0"});
     users::durum().HakYazma = false;
     const base::Status r = fees::AidatDegisiklikKontrol(db, 0, 5);
     QVERIFY(!r.ok() && r.error().isRefusal());
-    QCOMPARE(r.error().red->metin,
-             QStringLiteral("Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."));
+    QCOMPARE(r.error().red->metin, u"Bu aidatta ödeme yapılmış. Değişiklik yapılamaz."_s);
 }
 
 QTEST_GUILESS_MAIN(tst_ChangeCheck)

@@ -24,6 +24,8 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using base::Para;
 using testing::click;
 using testing::typeInto;
@@ -39,7 +41,7 @@ Para para(const char *c)
 void prepareOffice(store::Database &db)
 {
     store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
+    QVERIFY(testing::openOffice(db, u"muhasebe"_s));
 }
 
 void clickRow(ui::Grid *g, int row)
@@ -61,7 +63,7 @@ QStringList column(ui::Grid *g, int c)
 QString boxText(QWidget *form, const QString &name)
 {
     auto *e = form->findChild<QLineEdit *>(name);
-    return e ? e->text() : QStringLiteral("<yok>");
+    return e ? e->text() : u"<yok>"_s;
 }
 
 qint64 saveDefinition(store::Database &db, const QString &name, const char *total)
@@ -84,17 +86,16 @@ QWidget *openScreen(shell::MDIAidat &w)
     w.MenuDurumAyarla(true);
     w.show();
     QApplication::setActiveWindow(&w);
-    w.ActBar_Click(QStringLiteral("popAidatTanimlama"));
-    QMdiSubWindow *sub = w.screenWindow(QStringLiteral("FrmAidatTanimlama"));
+    w.ActBar_Click(u"popAidatTanimlama"_s);
+    QMdiSubWindow *sub = w.screenWindow(u"FrmAidatTanimlama"_s);
     return sub ? sub->widget() : nullptr;
 }
 
 void addAccount(store::Database &db, qint64 aidatId)
 {
-    store::Query q(db,
-                   QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, "
-                                  "AidatID, AidatTanim) VALUES (11, 1, 0, 0, ?, ?)"));
-    q.bind(aidatId).bind(QStringLiteral("Öğrenim Ücreti"));
+    store::Query q(db, u"INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, "
+                       "AidatID, AidatTanim) VALUES (11, 1, 0, 0, ?, ?)"_s);
+    q.bind(aidatId).bind(u"Öğrenim Ücreti"_s);
     QVERIFY(q.exec());
 }
 
@@ -125,50 +126,49 @@ void tst_FrmAidatTanimlama::aTuitionFeeIsPlannedSavedAndReopened()
     testing::MessageRecorder messages;
     QWidget *f = openScreen(w);
     QVERIFY(f);
-    QMdiSubWindow *sub = w.screenWindow(QStringLiteral("FrmAidatTanimlama"));
-    QCOMPARE(sub->windowTitle(), QStringLiteral("Aidat/Taksit Tanımlama"));
-    auto *kaydet = f->findChild<QPushButton *>(QStringLiteral("cmdKaydet"));
-    auto *plan = f->findChild<ui::Grid *>(QStringLiteral("vaSpread2"));
-    auto *liste = f->findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
+    QMdiSubWindow *sub = w.screenWindow(u"FrmAidatTanimlama"_s);
+    QCOMPARE(sub->windowTitle(), u"Aidat/Taksit Tanımlama"_s);
+    auto *kaydet = f->findChild<QPushButton *>(u"cmdKaydet"_s);
+    auto *plan = f->findChild<ui::Grid *>(u"vaSpread2"_s);
+    auto *liste = f->findChild<ui::Grid *>(u"vaSpread1"_s);
     QVERIFY(kaydet && plan && liste);
     QVERIFY(!kaydet->isEnabled());
 
-    typeInto(f, QStringLiteral("txtAidatTanim"), QStringLiteral("Öğrenim Ücreti"));
-    typeInto(f, QStringLiteral("txtAidatToplam"), QStringLiteral("120.000"));
-    typeInto(f, QStringLiteral("txtPesinat"), QStringLiteral("20.005"));
-    typeInto(f, QStringLiteral("txtTaksitSayisi"), QStringLiteral("10"));
+    typeInto(f, u"txtAidatTanim"_s, u"Öğrenim Ücreti"_s);
+    typeInto(f, u"txtAidatToplam"_s, u"120.000"_s);
+    typeInto(f, u"txtPesinat"_s, u"20.005"_s);
+    typeInto(f, u"txtTaksitSayisi"_s, u"10"_s);
     QVERIFY(!kaydet->isEnabled());
 
     // A day that does not exist: the box says so and nothing is planned from it.
-    typeInto(f, QStringLiteral("txtOdemeBasTarihi"), QStringLiteral("31022024"));
-    click(f, QStringLiteral("cmdOdemePlani"));
+    typeInto(f, u"txtOdemeBasTarihi"_s, u"31022024"_s);
+    click(f, u"cmdOdemePlani"_s);
     QApplication::processEvents();
-    QVERIFY2(
-        messages.texts().contains(QStringLiteral("Ödemeye Başlama Tarihi geçerli değil. Lütfen "
-                                                 "geçerli bir tarih giriniz.")),
-        qPrintable(messages.texts().join(QLatin1Char('|'))));
-    QVERIFY(messages.texts().contains(QStringLiteral(
-        "\"31.02.2024\" geçerli bir tarih değil. Lütfen tarihi gg.aa.yyyy biçiminde, takvimde "
-        "bulunan bir gün olarak giriniz.")));
+    QVERIFY2(messages.texts().contains(u"Ödemeye Başlama Tarihi geçerli değil. Lütfen "
+                                       "geçerli bir tarih giriniz."_s),
+             qPrintable(messages.texts().join(u'|')));
+    QVERIFY(messages.texts().contains(
+        u"\"31.02.2024\" geçerli bir tarih değil. Lütfen tarihi gg.aa.yyyy biçiminde, takvimde "
+        "bulunan bir gün olarak giriniz."_s));
     QCOMPARE(plan->rowCount(), 0);
     QVERIFY(!kaydet->isEnabled());
-    typeInto(f, QStringLiteral("txtOdemeBasTarihi"), QStringLiteral("31082025"));
+    typeInto(f, u"txtOdemeBasTarihi"_s, u"31082025"_s);
     QVERIFY(kaydet->isEnabled());
 
     // Whole installments only.
     messages.clear();
-    typeInto(f, QStringLiteral("txtTaksitSayisi"), QStringLiteral("1,5"));
-    click(f, QStringLiteral("cmdOdemePlani"));
+    typeInto(f, u"txtTaksitSayisi"_s, u"1,5"_s);
+    click(f, u"cmdOdemePlani"_s);
     QApplication::processEvents();
-    QVERIFY(messages.texts().contains(QStringLiteral(
-        "Taksit Sayısı tam sayı olmalıdır. Lütfen 0 ile 999 arasında, küsuratsız bir "
-        "sayı giriniz (örnek: 10).")));
+    QVERIFY(messages.texts().contains(
+        u"Taksit Sayısı tam sayı olmalıdır. Lütfen 0 ile 999 arasında, küsuratsız bir "
+        "sayı giriniz (örnek: 10)."_s));
     QCOMPARE(plan->rowCount(), 0);
-    typeInto(f, QStringLiteral("txtTaksitSayisi"), QStringLiteral("10"));
+    typeInto(f, u"txtTaksitSayisi"_s, u"10"_s);
 
     // Kalan 99.995 over ten: 9.999 each with the rounding step 1, the 5 left on the first.
     messages.clear();
-    click(f, QStringLiteral("cmdOdemePlani"));
+    click(f, u"cmdOdemePlani"_s);
     QCOMPARE(plan->rowCount(), 10);
     const QStringList amounts = {"10.004,00", "9.999,00", "9.999,00", "9.999,00", "9.999,00",
                                  "9.999,00",  "9.999,00", "9.999,00", "9.999,00", "9.999,00"};
@@ -177,47 +177,47 @@ void tst_FrmAidatTanimlama::aTuitionFeeIsPlannedSavedAndReopened()
         = {"31.08.2025", "30.09.2025", "31.10.2025", "30.11.2025", "31.12.2025",
            "31.01.2026", "28.02.2026", "31.03.2026", "30.04.2026", "31.05.2026"};
     QCOMPARE(column(plan, 0), dates);
-    QCOMPARE(f->findChild<QLabel *>(QStringLiteral("lblKalan"))->text(), QStringLiteral("Kalan"));
-    QCOMPARE(boxText(f, QStringLiteral("txtKalan")), QStringLiteral("0,00"));
-    QCOMPARE(boxText(f, QStringLiteral("txtTaksitToplami")), QStringLiteral("99.995,00"));
+    QCOMPARE(f->findChild<QLabel *>(u"lblKalan"_s)->text(), u"Kalan"_s);
+    QCOMPARE(boxText(f, u"txtKalan"_s), u"0,00"_s);
+    QCOMPARE(boxText(f, u"txtTaksitToplami"_s), u"99.995,00"_s);
 
     // The operator lowers the last installment: the difference shows as what is left.
-    testing::typeCell(plan, 9, 1, QStringLiteral("9.000"));
-    QCOMPARE(plan->text(9, 1), QStringLiteral("9.000,00"));
-    QCOMPARE(boxText(f, QStringLiteral("txtKalan")), QStringLiteral("999,00"));
+    testing::typeCell(plan, 9, 1, u"9.000"_s);
+    QCOMPARE(plan->text(9, 1), u"9.000,00"_s);
+    QCOMPARE(boxText(f, u"txtKalan"_s), u"999,00"_s);
     w.resize(1180, 760);
-    testing::screenshot(f, QStringLiteral("aidat-tanimlama-plan"));
+    testing::screenshot(f, u"aidat-tanimlama-plan"_s);
 
-    click(f, QStringLiteral("cmdKaydet"));
-    QVERIFY2(messages.texts().isEmpty(), qPrintable(messages.texts().join(QLatin1Char('|'))));
-    QCOMPARE(column(liste, 0), QStringList{QStringLiteral("Öğrenim Ücreti")});
-    QCOMPARE(column(liste, 1), QStringList{QStringLiteral("120.000,00")});
+    click(f, u"cmdKaydet"_s);
+    QVERIFY2(messages.texts().isEmpty(), qPrintable(messages.texts().join(u'|')));
+    QCOMPARE(column(liste, 0), QStringList{u"Öğrenim Ücreti"_s});
+    QCOMPARE(column(liste, 1), QStringList{u"120.000,00"_s});
     QCOMPARE(liste->currentRowIndex(), 0);
     sub->close();
     QApplication::processEvents();
-    QVERIFY(!w.screenWindow(QStringLiteral("FrmAidatTanimlama")));
+    QVERIFY(!w.screenWindow(u"FrmAidatTanimlama"_s));
     QVERIFY(messages.texts().isEmpty());
 
     // Opened again: the same definition with the same plan.
-    w.ActBar_Click(QStringLiteral("popAidatTanimlama"));
-    sub = w.screenWindow(QStringLiteral("FrmAidatTanimlama"));
+    w.ActBar_Click(u"popAidatTanimlama"_s);
+    sub = w.screenWindow(u"FrmAidatTanimlama"_s);
     QVERIFY(sub);
     f = sub->widget();
-    plan = f->findChild<ui::Grid *>(QStringLiteral("vaSpread2"));
-    liste = f->findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
+    plan = f->findChild<ui::Grid *>(u"vaSpread2"_s);
+    liste = f->findChild<ui::Grid *>(u"vaSpread1"_s);
     QCOMPARE(plan->rowCount(), 0);
     clickRow(liste, 0);
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatTanim")), QStringLiteral("Öğrenim Ücreti"));
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatToplam")), QStringLiteral("120.000,00"));
-    QCOMPARE(boxText(f, QStringLiteral("txtPesinat")), QStringLiteral("20.005,00"));
-    QCOMPARE(boxText(f, QStringLiteral("txtTaksitSayisi")), QStringLiteral("10"));
-    QCOMPARE(boxText(f, QStringLiteral("txtOdemeBasTarihi")), QStringLiteral("31.08.2025"));
+    QCOMPARE(boxText(f, u"txtAidatTanim"_s), u"Öğrenim Ücreti"_s);
+    QCOMPARE(boxText(f, u"txtAidatToplam"_s), u"120.000,00"_s);
+    QCOMPARE(boxText(f, u"txtPesinat"_s), u"20.005,00"_s);
+    QCOMPARE(boxText(f, u"txtTaksitSayisi"_s), u"10"_s);
+    QCOMPARE(boxText(f, u"txtOdemeBasTarihi"_s), u"31.08.2025"_s);
     QStringList changed = amounts;
-    changed[9] = QStringLiteral("9.000,00");
+    changed[9] = u"9.000,00"_s;
     QCOMPARE(column(plan, 1), changed);
     QCOMPARE(column(plan, 0), dates);
-    QCOMPARE(boxText(f, QStringLiteral("txtKalan")), QStringLiteral("999,00"));
-    testing::screenshot(f, QStringLiteral("aidat-tanimlama-yeniden-acildi"));
+    QCOMPARE(boxText(f, u"txtKalan"_s), u"999,00"_s);
+    testing::screenshot(f, u"aidat-tanimlama-yeniden-acildi"_s);
     QVERIFY(messages.texts().isEmpty());
     sub->close();
     w.close();
@@ -228,40 +228,38 @@ void tst_FrmAidatTanimlama::aFeeThatAStudentHoldsIsNotDeleted()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     prepareOffice(db);
-    const qint64 held = saveDefinition(db, QStringLiteral("Öğrenim Ücreti"), "90000");
+    const qint64 held = saveDefinition(db, u"Öğrenim Ücreti"_s, "90000");
     QVERIFY(held > 0);
-    QVERIFY(saveDefinition(db, QStringLiteral("Servis"), "12000") > 0);
+    QVERIFY(saveDefinition(db, u"Servis"_s, "12000") > 0);
     addAccount(db, held);
     shell::MDIAidat w(db);
     testing::MessageRecorder messages;
     QWidget *f = openScreen(w);
     QVERIFY(f);
-    auto *liste = f->findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
+    auto *liste = f->findChild<ui::Grid *>(u"vaSpread1"_s);
     QCOMPARE(liste->rowCount(), 2);
 
     clickRow(liste, 0);
-    click(f, QStringLiteral("cmdSil"));
-    QCOMPARE(messages.titles(),
-             (QStringList{QStringLiteral("Uyarı"), QStringLiteral("AİDAT KULLANILIYOR")}));
-    QCOMPARE(
-        messages.texts(),
-        (QStringList{QStringLiteral("Öğrenim Ücreti Aidat/Taksit Tanımını silmek istiyor musunuz?"),
-                     QStringLiteral("Öğrenim Ücreti Aidat/Taksit tanımlaması kullanıldığı için "
-                                    "silinemedi!")}));
+    click(f, u"cmdSil"_s);
+    QCOMPARE(messages.titles(), (QStringList{u"Uyarı"_s, u"AİDAT KULLANILIYOR"_s}));
+    QCOMPARE(messages.texts(),
+             (QStringList{u"Öğrenim Ücreti Aidat/Taksit Tanımını silmek istiyor musunuz?"_s,
+                          u"Öğrenim Ücreti Aidat/Taksit tanımlaması kullanıldığı için "
+                          "silinemedi!"_s}));
     QCOMPARE(liste->rowCount(), 2);
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatTanim")), QStringLiteral("Öğrenim Ücreti"));
+    QCOMPARE(boxText(f, u"txtAidatTanim"_s), u"Öğrenim Ücreti"_s);
 
     // A fee nobody holds goes, once the question is answered Yes.
     clickRow(liste, 1);
     messages.clear();
     messages.answer(ui::Answer::No);
-    click(f, QStringLiteral("cmdSil"));
+    click(f, u"cmdSil"_s);
     QCOMPARE(liste->rowCount(), 2);
     messages.answer(ui::Answer::Yes);
-    click(f, QStringLiteral("cmdSil"));
+    click(f, u"cmdSil"_s);
     QCOMPARE(messages.texts().size(), 2);
-    QCOMPARE(column(liste, 0), QStringList{QStringLiteral("Öğrenim Ücreti")});
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatTanim")), QString());
+    QCOMPARE(column(liste, 0), QStringList{u"Öğrenim Ücreti"_s});
+    QCOMPARE(boxText(f, u"txtAidatTanim"_s), QString());
     w.mdiArea()->closeAllSubWindows();
     w.close();
 }
@@ -275,34 +273,33 @@ void tst_FrmAidatTanimlama::theUnitPriceMakesTheTotal()
     testing::MessageRecorder messages;
     QWidget *f = openScreen(w);
     QVERIFY(f);
-    auto *fiyat = f->findChild<QLineEdit *>(QStringLiteral("CInputBoxX"));
-    auto *miktar = f->findChild<QLineEdit *>(QStringLiteral("Spmiktar"));
+    auto *fiyat = f->findChild<QLineEdit *>(u"CInputBoxX"_s);
+    auto *miktar = f->findChild<QLineEdit *>(u"Spmiktar"_s);
     QVERIFY(fiyat->isVisible() && !miktar->isVisible());
 
     // Meals: 180 days at 27,35 in the money box.
-    typeInto(f, QStringLiteral("txtAdet"), QStringLiteral("180"));
-    typeInto(f, QStringLiteral("CInputBoxX"), QStringLiteral("27,35"));
-    typeInto(f, QStringLiteral("txtKDVOrani"), QStringLiteral("10"));
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatToplam")), QStringLiteral("4.923,00"));
+    typeInto(f, u"txtAdet"_s, u"180"_s);
+    typeInto(f, u"CInputBoxX"_s, u"27,35"_s);
+    typeInto(f, u"txtKDVOrani"_s, u"10"_s);
+    QCOMPARE(boxText(f, u"txtAidatToplam"_s), u"4.923,00"_s);
     // With no general rate the whole total is still to be planned.
-    QCOMPARE(boxText(f, QStringLiteral("txtKalan")), QStringLiteral("4.923,00"));
+    QCOMPARE(boxText(f, u"txtKalan"_s), u"4.923,00"_s);
 
     // The decimal cell: its total is taken whole, up when the digits behind the comma are 5
     // or more.
-    click(f, QStringLiteral("chkOndalik"));
+    click(f, u"chkOndalik"_s);
     QVERIFY(!fiyat->isVisible() && miktar->isVisible());
-    QCOMPARE(miktar->text(), QStringLiteral("27,35"));
-    typeInto(f, QStringLiteral("txtAdet"), QStringLiteral("1"));
-    typeInto(f, QStringLiteral("Spmiktar"), QStringLiteral("12,12"));
-    typeInto(f, QStringLiteral("txtPesinat"), QString());
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatToplam")), QStringLiteral("13,00"));
-    typeInto(f, QStringLiteral("txtAdet"), QStringLiteral("x"));
-    typeInto(f, QStringLiteral("txtPesinat"), QString());
+    QCOMPARE(miktar->text(), u"27,35"_s);
+    typeInto(f, u"txtAdet"_s, u"1"_s);
+    typeInto(f, u"Spmiktar"_s, u"12,12"_s);
+    typeInto(f, u"txtPesinat"_s, QString());
+    QCOMPARE(boxText(f, u"txtAidatToplam"_s), u"13,00"_s);
+    typeInto(f, u"txtAdet"_s, u"x"_s);
+    typeInto(f, u"txtPesinat"_s, QString());
     QApplication::processEvents();
     QCOMPARE(messages.texts(),
-             QStringList{
-                 QStringLiteral("Adet tam sayı olmalıdır. Lütfen küsuratsız bir sayı giriniz.")});
-    QCOMPARE(boxText(f, QStringLiteral("txtAidatToplam")), QStringLiteral("13,00"));
+             QStringList{u"Adet tam sayı olmalıdır. Lütfen küsuratsız bir sayı giriniz."_s});
+    QCOMPARE(boxText(f, u"txtAidatToplam"_s), u"13,00"_s);
     w.mdiArea()->closeAllSubWindows();
     w.close();
 }
@@ -318,25 +315,24 @@ void tst_FrmAidatTanimlama::aTotalBeyondTheRangeIsAFailureNotAPlan()
     testing::MessageRecorder messages;
     QWidget *f = openScreen(w);
     QVERIFY(f);
-    auto *plan = f->findChild<ui::Grid *>(QStringLiteral("vaSpread2"));
+    auto *plan = f->findChild<ui::Grid *>(u"vaSpread2"_s);
     QVERIFY(plan);
 
-    typeInto(f, QStringLiteral("txtAidatTanim"), QStringLiteral("Taşan"));
-    typeInto(f, QStringLiteral("txtAidatToplam"), QStringLiteral("99999999999999999999"));
-    typeInto(f, QStringLiteral("txtTaksitSayisi"), QStringLiteral("3"));
-    typeInto(f, QStringLiteral("txtOdemeBasTarihi"), QStringLiteral("01092025"));
+    typeInto(f, u"txtAidatTanim"_s, u"Taşan"_s);
+    typeInto(f, u"txtAidatToplam"_s, u"99999999999999999999"_s);
+    typeInto(f, u"txtTaksitSayisi"_s, u"3"_s);
+    typeInto(f, u"txtOdemeBasTarihi"_s, u"01092025"_s);
     messages.clear();
-    click(f, QStringLiteral("cmdOdemePlani"));
+    click(f, u"cmdOdemePlani"_s);
     QApplication::processEvents();
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Bir Bilgiyi Değerinden Çok Fazla Girdiniz.\n"
-                                        "Lütfen Veri Girişlerinizi Kontrol Ediniz.")});
+    QCOMPARE(messages.texts(), QStringList{u"Bir Bilgiyi Değerinden Çok Fazla Girdiniz.\n"
+                                           "Lütfen Veri Girişlerinizi Kontrol Ediniz."_s});
     QCOMPARE(plan->rowCount(), 0);
 
     const base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(db.settings());
     QVERIFY(rows.ok() && !rows->isEmpty());
-    QCOMPARE(rows->last().text, QStringLiteral("Tutar çok büyük: hesap sınırı aşıldı."));
-    QCOMPARE(rows->last().object, QStringLiteral("TaksitPlanla"));
+    QCOMPARE(rows->last().text, u"Tutar çok büyük: hesap sınırı aşıldı."_s);
+    QCOMPARE(rows->last().object, u"TaksitPlanla"_s);
     w.mdiArea()->closeAllSubWindows();
     w.close();
 }
@@ -350,40 +346,37 @@ void tst_FrmAidatTanimlama::theStandardDiscountsAreKeptInListOrder()
     testing::MessageRecorder messages;
     QWidget *f = openScreen(w);
     QVERIFY(f);
-    auto *cerceve = f->findChild<QGroupBox *>(QStringLiteral("fraIskonto"));
-    auto *indirim = f->findChild<ui::Grid *>(QStringLiteral("Spr_Indirim"));
+    auto *cerceve = f->findChild<QGroupBox *>(u"fraIskonto"_s);
+    auto *indirim = f->findChild<ui::Grid *>(u"Spr_Indirim"_s);
     QVERIFY(!cerceve->isVisible());
-    click(f, QStringLiteral("cmdIskontoTanimlama"));
+    click(f, u"cmdIskontoTanimlama"_s);
     QVERIFY(cerceve->isVisible());
-    QCOMPARE(column(indirim, 0), QStringList{QStringLiteral("Serbest İndirim")});
-    QCOMPARE(indirim->text(0, 3), QStringLiteral("Kalan"));
-    QCOMPARE(indirim->text(0, 4), QStringLiteral("Tutar"));
+    QCOMPARE(column(indirim, 0), QStringList{u"Serbest İndirim"_s});
+    QCOMPARE(indirim->text(0, 3), u"Kalan"_s);
+    QCOMPARE(indirim->text(0, 4), u"Tutar"_s);
 
-    click(f, QStringLiteral("cmdIskontoEkle"));
-    testing::typeCell(indirim, 1, 0, QStringLiteral("Kardeş İndirimi"));
-    testing::typeCell(indirim, 1, 2, QStringLiteral("12,5"));
+    click(f, u"cmdIskontoEkle"_s);
+    testing::typeCell(indirim, 1, 0, u"Kardeş İndirimi"_s);
+    testing::typeCell(indirim, 1, 2, u"12,5"_s);
     // Computed before the free discount.
     indirim->setCurrentCell(1, 0);
-    click(f, QStringLiteral("cmdIskontoYukari"));
-    click(f, QStringLiteral("cmdIskontoKaydet"));
-    QVERIFY2(messages.texts().isEmpty(), qPrintable(messages.texts().join(QLatin1Char('|'))));
-    QCOMPARE(column(indirim, 0),
-             (QStringList{QStringLiteral("Kardeş İndirimi"), QStringLiteral("Serbest İndirim")}));
+    click(f, u"cmdIskontoYukari"_s);
+    click(f, u"cmdIskontoKaydet"_s);
+    QVERIFY2(messages.texts().isEmpty(), qPrintable(messages.texts().join(u'|')));
+    QCOMPARE(column(indirim, 0), (QStringList{u"Kardeş İndirimi"_s, u"Serbest İndirim"_s}));
     // Read back in the order in which they are computed.
-    click(f, QStringLiteral("cmdIskontoTanimlama"));
-    click(f, QStringLiteral("cmdIskontoTanimlama"));
-    QCOMPARE(column(indirim, 0),
-             (QStringList{QStringLiteral("Kardeş İndirimi"), QStringLiteral("Serbest İndirim")}));
-    QCOMPARE(indirim->text(0, 2), QStringLiteral("12,50"));
-    testing::screenshot(f, QStringLiteral("aidat-tanimlama-iskonto"));
+    click(f, u"cmdIskontoTanimlama"_s);
+    click(f, u"cmdIskontoTanimlama"_s);
+    QCOMPARE(column(indirim, 0), (QStringList{u"Kardeş İndirimi"_s, u"Serbest İndirim"_s}));
+    QCOMPARE(indirim->text(0, 2), u"12,50"_s);
+    testing::screenshot(f, u"aidat-tanimlama-iskonto"_s);
 
     indirim->setCurrentCell(1, 0);
-    click(f, QStringLiteral("cmdIskontoSil"));
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı")});
+    click(f, u"cmdIskontoSil"_s);
+    QCOMPARE(messages.titles(), QStringList{u"Uyarı"_s});
     QCOMPARE(messages.texts(),
-             QStringList{
-                 QStringLiteral("Serbest İndirim indirimini silmek istediğinizden emin misiniz?")});
-    QCOMPARE(column(indirim, 0), QStringList{QStringLiteral("Kardeş İndirimi")});
+             QStringList{u"Serbest İndirim indirimini silmek istediğinizden emin misiniz?"_s});
+    QCOMPARE(column(indirim, 0), QStringList{u"Kardeş İndirimi"_s});
     w.mdiArea()->closeAllSubWindows();
     w.close();
 }
@@ -393,13 +386,13 @@ void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     prepareOffice(db);
-    const qint64 ogrenim = saveDefinition(db, QStringLiteral("Öğrenim Ücreti"), "90000");
-    const qint64 yemek = saveDefinition(db, QStringLiteral("Yemek"), "27.35");
+    const qint64 ogrenim = saveDefinition(db, u"Öğrenim Ücreti"_s, "90000");
+    const qint64 yemek = saveDefinition(db, u"Yemek"_s, "27.35");
     testing::MessageRecorder messages;
 
     fees::AidatSecimBaglami baglam;
     baglam.ogrenciAidatIdleri = {ogrenim};
-    baglam.aktifAidatAdi = QStringLiteral("Servis");
+    baglam.aktifAidatAdi = u"Servis"_s;
     baglam.aktifBorc = para("500");
     fees::FrmAidatList dlg(db, baglam);
     QList<fees::AidatSecimi> handed;
@@ -407,37 +400,34 @@ void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
             [&handed](const fees::AidatSecimi &secim) { handed.append(secim); });
     dlg.show();
     QApplication::setActiveWindow(&dlg);
-    auto *liste = dlg.findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
-    auto *tamam = dlg.findChild<QPushButton *>(QStringLiteral("cmdTamam"));
-    QCOMPARE(dlg.windowTitle(), QStringLiteral("Aidat Seçimi"));
-    QCOMPARE(column(liste, 0),
-             (QStringList{QStringLiteral("Öğrenim Ücreti"), QStringLiteral("Yemek")}));
+    auto *liste = dlg.findChild<ui::Grid *>(u"vaSpread1"_s);
+    auto *tamam = dlg.findChild<QPushButton *>(u"cmdTamam"_s);
+    QCOMPARE(dlg.windowTitle(), u"Aidat Seçimi"_s);
+    QCOMPARE(column(liste, 0), (QStringList{u"Öğrenim Ücreti"_s, u"Yemek"_s}));
 
     // A fee the student holds already is refused and the list stays.
     clickRow(liste, 0);
-    click(&dlg, QStringLiteral("cmdTamam"));
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("UYARI")});
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Öğrenim Ücreti öğrencide tanımlanmış.")});
+    click(&dlg, u"cmdTamam"_s);
+    QCOMPARE(messages.titles(), QStringList{u"UYARI"_s});
+    QCOMPARE(messages.texts(), QStringList{u"Öğrenim Ücreti öğrencide tanımlanmış."_s});
     QVERIFY(dlg.isVisible());
     QVERIFY(handed.isEmpty());
 
     // Meals for 180 days at a changed price.
     clickRow(liste, 1);
-    click(&dlg, QStringLiteral("chkAdetFiyatDegistir"));
-    QCOMPARE(tamam->text(), QStringLiteral("&Değiştir"));
-    testing::typeCell(liste, 1, 3, QStringLiteral("180"));
-    testing::typeCell(liste, 1, 4, QStringLiteral("28,50"));
-    QCOMPARE(liste->text(1, 1), QStringLiteral("5.130,00"));
-    testing::screenshot(&dlg, QStringLiteral("aidat-secimi-degistir"));
+    click(&dlg, u"chkAdetFiyatDegistir"_s);
+    QCOMPARE(tamam->text(), u"&Değiştir"_s);
+    testing::typeCell(liste, 1, 3, u"180"_s);
+    testing::typeCell(liste, 1, 4, u"28,50"_s);
+    QCOMPARE(liste->text(1, 1), u"5.130,00"_s);
+    testing::screenshot(&dlg, u"aidat-secimi-degistir"_s);
     messages.clear();
-    click(&dlg, QStringLiteral("cmdTamam"));
+    click(&dlg, u"cmdTamam"_s);
     QCOMPARE(messages.texts().size(), 2);
-    QCOMPARE(
-        messages.texts().at(1),
-        QStringLiteral("Servis aidatını Yemek ile değiştirmek istiyor musunuz?\n(Not: Öğrencinin "
-                       "daha önce yaptığı ödemeler değişmeyecektir.)"));
-    QCOMPARE(messages.titles().at(1), QStringLiteral("Uyarı"));
+    QCOMPARE(messages.texts().at(1),
+             u"Servis aidatını Yemek ile değiştirmek istiyor musunuz?\n(Not: Öğrencinin "
+             "daha önce yaptığı ödemeler değişmeyecektir.)"_s);
+    QCOMPARE(messages.titles().at(1), u"Uyarı"_s);
     QCOMPARE(handed.size(), 1);
     QCOMPARE(handed.first().aidatId, yemek);
     QCOMPARE(handed.first().adet, qint64(180));
@@ -452,14 +442,14 @@ void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
     connect(&again, &fees::FrmAidatList::aidatSecildi, this,
             [&handed](const fees::AidatSecimi &secim) { handed.append(secim); });
     again.show();
-    QVERIFY(saveDefinition(db, QStringLiteral("Servis"), "12000") > 0);
+    QVERIFY(saveDefinition(db, u"Servis"_s, "12000") > 0);
     emit ui::Bildirimler::instance().aidatTanimlariDegisti();
-    liste = again.findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
+    liste = again.findChild<ui::Grid *>(u"vaSpread1"_s);
     QCOMPARE(liste->rowCount(), 3);
     clickRow(liste, 2);
     messages.clear();
     messages.answer(ui::Answer::No);
-    click(&again, QStringLiteral("cmdTamam"));
+    click(&again, u"cmdTamam"_s);
     QCOMPARE(messages.texts().size(), 1);
     QCOMPARE(handed.size(), 1);
     QVERIFY(!again.isVisible());

@@ -5,6 +5,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 using base::Para;
 using fees::PlanDurumu;
 using fees::PlanGirdisi;
@@ -50,7 +52,7 @@ QString yaz(const QList<Para> &list)
     for (const Para &p : list) {
         out << p.toDecimalString();
     }
-    return out.join(QLatin1Char(' '));
+    return out.join(u' ');
 }
 
 } // namespace
@@ -83,7 +85,7 @@ void tst_InstallmentPlan::amounts_data()
     QTest::addColumn<QString>("yuvarlama");
     QTest::addColumn<QString>("bicim");
     QTest::addColumn<QStringList>("beklenen");
-    const QString kurus = QStringLiteral("#,##0.00");
+    const QString kurus = u"#,##0.00"_s;
     QTest::addRow("ornek-1000-100-4-yuvarlama-10")
         << "1000"
         << "100" << 4 << "0"
@@ -135,7 +137,7 @@ void tst_InstallmentPlan::amounts_data()
     QTest::addRow("eski-lira-tam-sayi")
         << "1000000"
         << "0" << 3 << "0"
-        << "0" << QStringLiteral("#,###") << QStringList{"333334", "333333", "333333"};
+        << "0" << u"#,###"_s << QStringList{"333334", "333333", "333333"};
     QTest::addRow("tek-taksit") << "1250.5"
                                 << "250.5" << 1 << "0"
                                 << "10" << kurus << QStringList{"1000"};
@@ -205,7 +207,7 @@ void tst_InstallmentPlan::datesCountFromTheStart()
     const PlanSonucu plan = fees::TaksitPlanla(g).value_or(PlanSonucu{});
     QStringList got;
     for (const fees::TaksitSatiri &s : plan.taksitler) {
-        got << s.odemeTarihi.toString(QStringLiteral("dd.MM.yyyy"));
+        got << s.odemeTarihi.toString(u"dd.MM.yyyy"_s);
     }
     QCOMPARE(got, tarihler);
 }
@@ -264,9 +266,9 @@ void tst_InstallmentPlan::totalsUnderThePlan()
     QFETCH(QString, etiket);
     QFETCH(QString, kalan);
     QFETCH(QString, ikinci);
-    const base::Result<fees::TaksitOzeti> hesaplanan = fees::TaksitTutarHesapla(
-        para("1000"), para("100"), paralar(plan), Para::fromDecimalString(oran).value(),
-        QStringLiteral("#,##0.00"));
+    const base::Result<fees::TaksitOzeti> hesaplanan
+        = fees::TaksitTutarHesapla(para("1000"), para("100"), paralar(plan),
+                                   Para::fromDecimalString(oran).value(), u"#,##0.00"_s);
     QVERIFY(hesaplanan.ok());
     const fees::TaksitOzeti &ozet = *hesaplanan;
     QCOMPARE(ozet.etiket, etiket);
@@ -282,22 +284,16 @@ void tst_InstallmentPlan::unitPriceTotals_data()
     QTest::addColumn<QString>("ondalik");
     QTest::addColumn<QString>("parali");
     // The decimal path reads the digits behind the comma as a number: 12 >= 5 raises.
-    QTest::addRow("12,12") << "12.12" << 1 << "13"
-                           << "12.12";
-    QTest::addRow("12,04") << "12.04" << 1 << "12"
-                           << "12.04";
-    QTest::addRow("12,5") << "12.5" << 1 << "13"
-                          << "12.5";
-    QTest::addRow("tam") << "12" << 1 << "12"
-                         << "12";
-    QTest::addRow("carpim-4,04x3") << "4.04" << 3 << "13"
-                                   << "12.12";
-    QTest::addRow("carpim-0,1x3") << "0.1" << 3 << "0"
-                                  << "0.3";
-    QTest::addRow("carpim-1,06x10") << "1.06" << 10 << "11"
-                                    << "10.6";
-    QTest::addRow("yemek-27,35x180") << "27.35" << 180 << "4923"
-                                     << "4923";
+    // clang-format off
+    QTest::addRow("12,12") << "12.12" << 1 << "13" << "12.12";
+    QTest::addRow("12,04") << "12.04" << 1 << "12" << "12.04";
+    QTest::addRow("12,5") << "12.5" << 1 << "13" << "12.5";
+    QTest::addRow("tam") << "12" << 1 << "12" << "12";
+    QTest::addRow("carpim-4,04x3") << "4.04" << 3 << "13" << "12.12";
+    QTest::addRow("carpim-0,1x3") << "0.1" << 3 << "0" << "0.3";
+    QTest::addRow("carpim-1,06x10") << "1.06" << 10 << "11" << "10.6";
+    QTest::addRow("yemek-27,35x180") << "27.35" << 180 << "4923" << "4923";
+    // clang-format on
 }
 
 void tst_InstallmentPlan::unitPriceTotals()
@@ -320,7 +316,7 @@ void tst_InstallmentPlan::figuresBeyondTheRange_data()
     QTest::addColumn<QString>("oran");
     QTest::addColumn<QString>("yuvarlama");
     QTest::addColumn<QString>("beklenen"); // "": the overflow error
-    const QString buyuk = QStringLiteral("900.000.000.000.000");
+    const QString buyuk = u"900.000.000.000.000"_s;
     // clang-format off
     // Toplam x (100 - oran) leaves 64 bits on the way; the plan is exact all the same.
     QTest::addRow("buyuk-ama-sigar")
@@ -354,20 +350,20 @@ void tst_InstallmentPlan::figuresBeyondTheRange()
     }
     QCOMPARE(QString(), beklenen);
     QCOMPARE(plan.error().number, base::TasmaHatasi);
-    QCOMPARE(plan.error().label, QStringLiteral("FrmAidatTanimlama:TaksitPlanla"));
+    QCOMPARE(plan.error().label, u"FrmAidatTanimlama:TaksitPlanla"_s);
 }
 
 void tst_InstallmentPlan::totalsBeyondTheRange()
 {
     const Para max = Para::fromRaw(std::numeric_limits<qint64>::max());
-    const QString bicim = QStringLiteral("#,##0.00");
+    const QString bicim = u"#,##0.00"_s;
     QVERIFY(!fees::TaksitTutarHesapla(para("1000"), Para(), {max, para("1")}, Para(), bicim).ok());
     QVERIFY(!fees::TaksitTutarHesapla(para("1000"), Para(), {}, max, bicim).ok());
     const Para fiyat = para("100000000000");
     QVERIFY(fees::BirimFiyatToplami(fiyat, 9000).ok());
     QVERIFY(!fees::BirimFiyatToplami(fiyat, 10000).ok());
     QCOMPARE(fees::OndalikToplam(fiyat, -10000).error().label,
-             QStringLiteral("FrmAidatTanimlama:OndalikToplam"));
+             u"FrmAidatTanimlama:OndalikToplam"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_InstallmentPlan)

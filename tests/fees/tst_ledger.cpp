@@ -5,12 +5,14 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using base::Para;
 using testing::scalar;
 
 namespace {
 
-const QString s_etiket = QStringLiteral("FrmDeneme:Defter");
+const QString s_etiket = u"FrmDeneme:Defter"_s;
 
 Para tl(const char *amount)
 {
@@ -27,18 +29,16 @@ public:
 
     void ogrenci(qint64 kayitId)
     {
-        store::Query q(m_db, QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) "
-                                            "VALUES (?, ?)"));
+        store::Query q(m_db, u"INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"_s);
         q.bind(kayitId).bind(kayitId);
         QVERIFY(q.exec());
     }
     qint64 hesap(qint64 ogrenci, const QString &ad, qint64 aidatId = 1, const char *borc = "0",
                  const char *kalan = "0")
     {
-        store::Query q(m_db,
-                       QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, "
-                                      "Kalan, AidatID, AidatTanim) VALUES (?, 1, ?, ?, ?, ?) "
-                                      "RETURNING KayitID"));
+        store::Query q(m_db, u"INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, "
+                             "Kalan, AidatID, AidatTanim) VALUES (?, 1, ?, ?, ?, ?) "
+                             "RETURNING KayitID"_s);
         q.bind(ogrenci).bind(tl(borc)).bind(tl(kalan)).bind(aidatId).bind(ad);
         if (!q.exec() || !q.next()) {
             qWarning("%s", qPrintable(q.error(QString()).text));
@@ -48,11 +48,11 @@ public:
     }
     void taksit(qint64 hesap, const QDateTime &tarih, const char *tutar)
     {
-        satir(QStringLiteral("OgrenciAidatDetay"), QStringLiteral("Odenecek"), hesap, tarih, tutar);
+        satir(u"OgrenciAidatDetay"_s, u"Odenecek"_s, hesap, tarih, tutar);
     }
     void odeme(qint64 hesap, const QDateTime &tarih, const char *tutar)
     {
-        satir(QStringLiteral("OgrenciAidatOdeme"), QStringLiteral("Odenen"), hesap, tarih, tutar);
+        satir(u"OgrenciAidatOdeme"_s, u"Odenen"_s, hesap, tarih, tutar);
     }
 
 private:
@@ -60,13 +60,11 @@ private:
                const char *tutar)
     {
         const int sira
-            = scalar(m_db, QStringLiteral("SELECT count(*) FROM %1 WHERE KayitID = ?").arg(tablo),
-                     {hesap})
+            = scalar(m_db, u"SELECT count(*) FROM %1 WHERE KayitID = ?"_s.arg(tablo), {hesap})
                   .toInt()
               + 1;
-        store::Query q(m_db, QStringLiteral("INSERT INTO %1 (KayitID, Sira, OdemeTarihi, %2, "
-                                            "PesinatTaksitID) VALUES (?, ?, ?, ?, 1)")
-                                 .arg(tablo, alan));
+        store::Query q(m_db, u"INSERT INTO %1 (KayitID, Sira, OdemeTarihi, %2, "
+                             "PesinatTaksitID) VALUES (?, ?, ?, ?, 1)"_s.arg(tablo, alan));
         q.bind(hesap).bind(sira).bind(tarih).bind(tl(tutar));
         QVERIFY(q.exec());
     }
@@ -130,20 +128,20 @@ void tst_Ledger::accountSums()
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
     Defter d(db);
-    const qint64 dans = d.hesap(1, QStringLiteral("Dans"));
+    const qint64 dans = d.hesap(1, u"Dans"_s);
     d.taksit(dans, gun(2025, 9, 1), "1000.10");
     d.taksit(dans, gun(2025, 11, 30), "1000.10");
     d.taksit(dans, gun(2025, 12, 1), "1000.10");
     d.odeme(dans, gun(2025, 9, 3, 14, 30), "1500.05");
     d.odeme(dans, gun(2025, 11, 30, 23, 59, 59), "100");
     d.odeme(dans, gun(2025, 12, 1), "50");
-    d.hesap(1, QStringLiteral("Çanta"));
-    const qint64 yemek = d.hesap(1, QStringLiteral("Yemek"));
+    d.hesap(1, u"Çanta"_s);
+    const qint64 yemek = d.hesap(1, u"Yemek"_s);
     d.taksit(yemek, gun(2025, 9, 1), "400");
     d.odeme(yemek, gun(2025, 8, 31, 9), "400");
-    const qint64 yemek2 = d.hesap(1, QStringLiteral("Yemek"));
+    const qint64 yemek2 = d.hesap(1, u"Yemek"_s);
     d.taksit(yemek2, gun(2026, 1, 1), "100");
-    const qint64 bagis = d.hesap(2, QStringLiteral("Bağış"));
+    const qint64 bagis = d.hesap(2, u"Bağış"_s);
     d.taksit(bagis, gun(2025, 9, 1), "300000000");
     d.taksit(bagis, gun(2025, 10, 1), "300000000");
     d.odeme(bagis, gun(2025, 9, 1), "300000000.0001");
@@ -154,15 +152,14 @@ void tst_Ledger::accountSums()
     QStringList satirlar;
     qint64 oncekiYemek = 0;
     for (const fees::HesapToplami &h : *r) {
-        satirlar << QStringLiteral("%1 %2/%3")
-                        .arg(h.aidatTanim, h.odenecek.toDecimalString(),
-                             h.odenen.toDecimalString());
-        if (h.aidatTanim == QLatin1String("Yemek")) {
+        satirlar << u"%1 %2/%3"_s.arg(h.aidatTanim, h.odenecek.toDecimalString(),
+                                      h.odenen.toDecimalString());
+        if (h.aidatTanim == "Yemek"_L1) {
             QVERIFY(h.hesapId > oncekiYemek);
             oncekiYemek = h.hesapId;
         }
     }
-    QCOMPARE(satirlar.join(QStringLiteral(" | ")), beklenen);
+    QCOMPARE(satirlar.join(u" | "_s), beklenen);
 }
 
 // Students 1 and 2 exist; the accounts of student 9, who was deleted, are not counted.
@@ -197,9 +194,9 @@ void tst_Ledger::monthTotals()
     Defter d(db);
     d.ogrenci(1);
     d.ogrenci(2);
-    const qint64 a = d.hesap(1, QStringLiteral("Öğrenim"));
-    const qint64 b = d.hesap(2, QStringLiteral("Öğrenim"));
-    const qint64 gone = d.hesap(9, QStringLiteral("Öğrenim"));
+    const qint64 a = d.hesap(1, u"Öğrenim"_s);
+    const qint64 b = d.hesap(2, u"Öğrenim"_s);
+    const qint64 gone = d.hesap(9, u"Öğrenim"_s);
     for (int m : {9, 10, 11}) {
         d.taksit(a, gun(2025, m, 5), "1000");
     }
@@ -218,12 +215,11 @@ void tst_Ledger::monthTotals()
     QVERIFY2(r, qPrintable(r.error().text));
     QStringList aylar;
     for (const fees::AyToplami &m : *r) {
-        aylar << QStringLiteral("%1-%2 %3/%4")
-                     .arg(m.yil)
-                     .arg(m.ay, 2, 10, QLatin1Char('0'))
+        aylar << u"%1-%2 %3/%4"_s.arg(m.yil)
+                     .arg(m.ay, 2, 10, QChar(u'0'))
                      .arg(m.odenecek.toDecimalString(), m.odenen.toDecimalString());
     }
-    QCOMPARE(aylar.join(QStringLiteral(" | ")), beklenen);
+    QCOMPARE(aylar.join(u" | "_s), beklenen);
 }
 
 // Student 5 holds fee 3 twice and a placeholder; student 6 holds fee 4.
@@ -259,18 +255,17 @@ void tst_Ledger::aStudentsAccountOfAFee()
     store::Database &db = s.db();
     QVERIFY(testing::openFeeYear(s));
     Defter d(db);
-    const qint64 ilk = d.hesap(5, QStringLiteral("Öğrenim"), 3, "1000", "250");
-    d.hesap(5, QStringLiteral("Öğrenim"), 3, "1000", "1000");
+    const qint64 ilk = d.hesap(5, u"Öğrenim"_s, 3, "1000", "250");
+    d.hesap(5, u"Öğrenim"_s, 3, "1000", "1000");
     d.hesap(5, fees::YerTutucuHesapAdi, 0, "750", "0");
-    d.hesap(6, QStringLiteral("Yemek"), 4, "300", "300");
+    d.hesap(6, u"Yemek"_s, 4, "300", "300");
 
     const base::Result<std::optional<fees::Hesap>> h
         = fees::OgrenciHesabi(db, ogrenci, aidat, s_etiket);
     QVERIFY2(h, qPrintable(h.error().text));
-    QCOMPARE(h->has_value() ? QStringLiteral("%1 %2/%3")
-                                  .arg((*h)->aidatTanim, (*h)->borc.toDecimalString(),
-                                       (*h)->kalan.toDecimalString())
-                            : QStringLiteral("-"),
+    QCOMPARE(h->has_value() ? u"%1 %2/%3"_s.arg((*h)->aidatTanim, (*h)->borc.toDecimalString(),
+                                                (*h)->kalan.toDecimalString())
+                            : u"-"_s,
              beklenen);
     if (h->has_value()) {
         QCOMPARE((*h)->aidatId, aidat);

@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace maintenance;
 
 class tst_WorkingYears : public QObject
@@ -22,16 +24,16 @@ void tst_WorkingYears::yearsComeAndGo()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
-    const int first = *CalismaKaydet(db, QStringLiteral("2024-2025"));
-    const int second = *CalismaKaydet(db, QStringLiteral("2025-2026"));
-    const int third = *CalismaKaydet(db, QStringLiteral("Deneme"));
+    const int first = *CalismaKaydet(db, u"2024-2025"_s);
+    const int second = *CalismaKaydet(db, u"2025-2026"_s);
+    const int third = *CalismaKaydet(db, u"Deneme"_s);
     // A year is listed once its store exists: the first opening makes it.
     for (int id : {first, second, third}) {
         db.selectYear(id);
         QVERIFY(store::DatabaseAc(db, store::Store::Year, true, true));
     }
     QCOMPARE(CalismaDoldur(db)->size(), 3);
-    QCOMPARE(CalismaDoldur(db)->first().adi, QStringLiteral("Deneme"));
+    QCOMPARE(CalismaDoldur(db)->first().adi, u"Deneme"_s);
 
     // A year whose store is gone is not listed.
     QVERIFY(db.drop(third).ok());
@@ -41,14 +43,14 @@ void tst_WorkingYears::yearsComeAndGo()
     QCOMPARE(listed[1].id, first);
 
     // A year whose first opening never made its store does not hold its name.
-    QVERIFY(CalismaKaydet(db, QStringLiteral("Yarım Kalan")));
-    QCOMPARE(*CalismaAdiVar(db, QStringLiteral("Yarım Kalan")), false);
+    QVERIFY(CalismaKaydet(db, u"Yarım Kalan"_s));
+    QCOMPARE(*CalismaAdiVar(db, u"Yarım Kalan"_s), false);
 
     // Names are unique; a rename to its own name is no clash.
-    QCOMPARE(*CalismaAdiVar(db, QStringLiteral(" 2024-2025 ")), true);
-    QCOMPARE(*CalismaAdiVar(db, QStringLiteral("2024-2025"), first), false);
-    QVERIFY(CalismaAdiDegistir(db, first, QStringLiteral("Geçen Yıl")).ok());
-    QCOMPARE(CalismaDoldur(db)->at(1).adi, QStringLiteral("Geçen Yıl"));
+    QCOMPARE(*CalismaAdiVar(db, u" 2024-2025 "_s), true);
+    QCOMPARE(*CalismaAdiVar(db, u"2024-2025"_s, first), false);
+    QVERIFY(CalismaAdiDegistir(db, first, u"Geçen Yıl"_s).ok());
+    QCOMPARE(CalismaDoldur(db)->at(1).adi, u"Geçen Yıl"_s);
 
     // The remembered choice; a position beyond the list falls back on the first.
     CalismaSecimiYap(db, listed[1], 1);

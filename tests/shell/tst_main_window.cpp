@@ -25,6 +25,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace shell;
 using namespace base;
 using testing::click;
@@ -68,89 +70,85 @@ void tst_MainWindow::aNewOfficeStartsUp()
         MDIAidat w(db);
         testing::ModalDriver driver;
         driver.then([](QWidget *d) {
-            QCOMPARE(d->objectName(), QStringLiteral("FrmIlkKullanici"));
-            typeInto(d, QStringLiteral("txtKullaniciAdi"), QStringLiteral("Müdür"));
-            typeInto(d, QStringLiteral("txtSifre1"), QStringLiteral("gizli-123"));
-            typeInto(d, QStringLiteral("txtSifre2"), QStringLiteral("gizli-123"));
-            testing::screenshot(d, QStringLiteral("ilk-kullanici"));
-            click(d, QStringLiteral("cmdKaydet"));
+            QCOMPARE(d->objectName(), u"FrmIlkKullanici"_s);
+            typeInto(d, u"txtKullaniciAdi"_s, u"Müdür"_s);
+            typeInto(d, u"txtSifre1"_s, u"gizli-123"_s);
+            typeInto(d, u"txtSifre2"_s, u"gizli-123"_s);
+            testing::screenshot(d, u"ilk-kullanici"_s);
+            click(d, u"cmdKaydet"_s);
         });
         driver.then([](QWidget *d) {
-            QCOMPARE(d->objectName(), QStringLiteral("FrmSifre"));
-            QCOMPARE(d->windowTitle(), QStringLiteral("Programa Giriş Şifresi"));
+            QCOMPARE(d->objectName(), u"FrmSifre"_s);
+            QCOMPARE(d->windowTitle(), u"Programa Giriş Şifresi"_s);
             // Ctrl+B is the service user's shortcut; the office's own name replaces it.
-            auto *ad = d->findChild<QLineEdit *>(QStringLiteral("txtKullaniciAdi"));
+            auto *ad = d->findChild<QLineEdit *>(u"txtKullaniciAdi"_s);
             ad->setFocus();
             QTest::keyClick(ad, Qt::Key_B, Qt::ControlModifier);
-            QCOMPARE(ad->text(), QStringLiteral("Zerna"));
-            typeInto(d, QStringLiteral("txtKullaniciAdi"), QStringLiteral("Müdür"));
+            QCOMPARE(ad->text(), u"Zerna"_s);
+            typeInto(d, u"txtKullaniciAdi"_s, u"Müdür"_s);
             QTest::keyClick(ad, Qt::Key_Return); // Enter moves on like Tab
-            auto *sifre = d->findChild<QLineEdit *>(QStringLiteral("txtSifre"));
+            auto *sifre = d->findChild<QLineEdit *>(u"txtSifre"_s);
             QVERIFY(sifre->hasFocus());
-            testing::typeText(sifre, QStringLiteral("gizli-123"));
-            testing::screenshot(d, QStringLiteral("giris"));
-            click(d, QStringLiteral("CmdOk"));
+            testing::typeText(sifre, u"gizli-123"_s);
+            testing::screenshot(d, u"giris"_s);
+            click(d, u"CmdOk"_s);
         });
         driver.then([](QWidget *d) {
-            QCOMPARE(d->objectName(), QStringLiteral("frmCalismaAc"));
-            QVERIFY(d->findChild<QRadioButton *>(QStringLiteral("optYeni"))->isChecked());
-            click(d, QStringLiteral("cmdTamam"));
+            QCOMPARE(d->objectName(), u"frmCalismaAc"_s);
+            QVERIFY(d->findChild<QRadioButton *>(u"optYeni"_s)->isChecked());
+            click(d, u"cmdTamam"_s);
         });
         driver.then([](QWidget *d) {
-            QCOMPARE(d->objectName(), QStringLiteral("FrmYeniCalisma"));
-            typeInto(d, QStringLiteral("txtCalismaAdi"), QStringLiteral("2025-2026 Dönemi"));
-            testing::screenshot(d, QStringLiteral("yeni-calisma"));
-            click(d, QStringLiteral("cmdKaydet"));
+            QCOMPARE(d->objectName(), u"FrmYeniCalisma"_s);
+            typeInto(d, u"txtCalismaAdi"_s, u"2025-2026 Dönemi"_s);
+            testing::screenshot(d, u"yeni-calisma"_s);
+            click(d, u"cmdKaydet"_s);
         });
         QVERIFY(w.MDIForm_Load());
         QCOMPARE(driver.remaining(), 0);
-        QCOMPARE(users::durum().AktifKullanici, QStringLiteral("Müdür"));
+        QCOMPARE(users::durum().AktifKullanici, u"Müdür"_s);
         QCOMPARE(db.openYear(), 1);
-        QCOMPARE(w.windowTitle(),
-                 QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ]"));
-        QVERIFY(w.action(QStringLiteral("btnCariDurum"))->isEnabled());
+        QCOMPARE(w.windowTitle(), u"Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ]"_s);
+        QVERIFY(w.action(u"btnCariDurum"_s)->isEnabled());
         // The year was born and migrated in one opening.
-        QVERIFY(store::Field_Exist(db, store::Store::Year, QStringLiteral("AidatTanim"),
-                                   QStringLiteral("AidatBirimAdeti")));
+        QVERIFY(store::Field_Exist(db, store::Store::Year, u"AidatTanim"_s, u"AidatBirimAdeti"_s));
 
         // No school settings yet: a command with the school test asks for them first.
-        w.ActBar_Click(QStringLiteral("btnCariDurum"));
+        w.ActBar_Click(u"btnCariDurum"_s);
         QCOMPARE(messages.texts().value(0),
-                 QStringLiteral("Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."));
-        QMdiSubWindow *sub = w.screenWindow(QStringLiteral("FrmOkulBilgileri"));
+                 u"Okul Bilgileriniz Girilmedi. Lütfen Okul Bilgilerinizi Giriniz."_s);
+        QMdiSubWindow *sub = w.screenWindow(u"FrmOkulBilgileri"_s);
         QVERIFY(sub);
         QWidget *okul = sub->widget();
-        typeInto(okul, QStringLiteral("txtOkulAdi"), QStringLiteral("Özel Zerna Koleji"));
-        typeInto(okul, QStringLiteral("txtOkulIlAdi"), QStringLiteral("İzmir"));
-        auto *yil = okul->findChild<QComboBox *>(QStringLiteral("CmbOgretimYili"));
-        yil->setCurrentText(QStringLiteral("2025-2026"));
-        auto *cari = okul->findChild<QComboBox *>(QStringLiteral("CmbCariAy"));
+        typeInto(okul, u"txtOkulAdi"_s, u"Özel Zerna Koleji"_s);
+        typeInto(okul, u"txtOkulIlAdi"_s, u"İzmir"_s);
+        auto *yil = okul->findChild<QComboBox *>(u"CmbOgretimYili"_s);
+        yil->setCurrentText(u"2025-2026"_s);
+        auto *cari = okul->findChild<QComboBox *>(u"CmbCariAy"_s);
         cari->setCurrentIndex(cari->findData(202510));
         w.resize(1180, 760);
-        testing::screenshot(okul, QStringLiteral("okul-bilgileri"));
+        testing::screenshot(okul, u"okul-bilgileri"_s);
         auto *tabs = okul->findChild<QTabWidget *>();
         tabs->setCurrentIndex(1);
-        testing::screenshot(okul, QStringLiteral("okul-bilgileri-donem"));
+        testing::screenshot(okul, u"okul-bilgileri-donem"_s);
         tabs->setCurrentIndex(0);
         messages.clear();
-        click(okul, QStringLiteral("cmdKaydet"));
-        QCOMPARE(messages.texts(), QStringList{QStringLiteral("Okul bilgileri kaydedildi.")});
-        QCOMPARE(w.windowTitle(), QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 "
-                                                 "Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"));
-        QCOMPARE(w.background()->okulAdi(), QStringLiteral("Özel Zerna Koleji"));
+        click(okul, u"cmdKaydet"_s);
+        QCOMPARE(messages.texts(), QStringList{u"Okul bilgileri kaydedildi."_s});
+        QCOMPARE(w.windowTitle(), u"Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 "
+                                  "Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"_s);
+        QCOMPARE(w.background()->okulAdi(), u"Özel Zerna Koleji"_s);
         QCOMPARE(w.cariAyCombo()->currentData().toInt(), 202510);
         sub->close();
 
         // The working month changes from the tool band and is kept.
         w.cariAyCombo()->setCurrentIndex(w.cariAyCombo()->findData(202511));
-        QCOMPARE(scalar(db, QStringLiteral("SELECT CariAy FROM Sabit")).toString(),
-                 QStringLiteral("202511"));
+        QCOMPARE(scalar(db, u"SELECT CariAy FROM Sabit"_s).toString(), u"202511"_s);
         QCOMPARE(w.background()->cariAySatiri(),
-                 QStringLiteral("Aktif Çalışma : 2025-2026 Dönemi   Cari Ay : KASIM - 2025"));
-        QCOMPARE(w.background()->bilgiSatirlari().value(3),
-                 QStringLiteral("TOPLAM ÖĞRENCİ SAYISI : 0"));
+                 u"Aktif Çalışma : 2025-2026 Dönemi   Cari Ay : KASIM - 2025"_s);
+        QCOMPARE(w.background()->bilgiSatirlari().value(3), u"TOPLAM ÖĞRENCİ SAYISI : 0"_s);
         w.show();
-        testing::screenshot(&w, QStringLiteral("ana-pencere"));
+        testing::screenshot(&w, u"ana-pencere"_s);
         w.close();
     }
 
@@ -159,21 +157,20 @@ void tst_MainWindow::aNewOfficeStartsUp()
     MDIAidat again(db);
     testing::ModalDriver driver;
     driver.then([](QWidget *d) {
-        typeInto(d, QStringLiteral("txtKullaniciAdi"), QStringLiteral("Müdür"));
-        typeInto(d, QStringLiteral("txtSifre"), QStringLiteral("gizli-123"));
-        click(d, QStringLiteral("CmdOk"));
+        typeInto(d, u"txtKullaniciAdi"_s, u"Müdür"_s);
+        typeInto(d, u"txtSifre"_s, u"gizli-123"_s);
+        click(d, u"CmdOk"_s);
     });
     driver.then([](QWidget *d) {
-        QVERIFY(d->findChild<QRadioButton *>(QStringLiteral("optProjeAc"))->isChecked());
-        testing::screenshot(d, QStringLiteral("calisma-ac"));
-        click(d, QStringLiteral("cmdTamam"));
+        QVERIFY(d->findChild<QRadioButton *>(u"optProjeAc"_s)->isChecked());
+        testing::screenshot(d, u"calisma-ac"_s);
+        click(d, u"cmdTamam"_s);
     });
     QVERIFY(again.MDIForm_Load());
     QCOMPARE(again.cariAyCombo()->currentData().toInt(), 202511);
     QCOMPARE(
         again.windowTitle(),
-        QStringLiteral(
-            "Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"));
+        u"Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ] [ 2025-2026 ÖĞRETİM YILI ]"_s);
     again.close();
     store::setDefaultDatabase(nullptr);
 }
@@ -183,13 +180,12 @@ void tst_MainWindow::everyCommandOpensItsScreenOrSaysItIsNotReady()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
+    QVERIFY(testing::openOffice(db, u"muhasebe"_s));
     MDIAidat w(db);
     w.MenuDurumAyarla(true);
     testing::MessageRecorder messages;
     for (const users::Komut &k : users::KomutTablosu()) {
-        if (k.tool == QLatin1String("popCikis") || k.tool == QLatin1String("btnCikis")
-            || k.tool == QLatin1String("btnCalismaAc")) {
+        if (k.tool == "popCikis"_L1 || k.tool == "btnCikis"_L1 || k.tool == "btnCalismaAc"_L1) {
             continue;
         }
         messages.clear();
@@ -197,22 +193,19 @@ void tst_MainWindow::everyCommandOpensItsScreenOrSaysItIsNotReady()
         w.ActBar_Click(k.tool);
         const QMdiSubWindow *opened = w.screenWindow(k.screen);
         if (opened) {
-            QVERIFY2(opened->widget()->layout(),
-                     qPrintable(k.screen + QStringLiteral(" is empty")));
+            QVERIFY2(opened->widget()->layout(), qPrintable(k.screen + u" is empty"_s));
         } else {
             QCOMPARE(int(w.mdiArea()->subWindowList().size()), before);
-            QVERIFY2(messages.texts().value(0).endsWith(
-                         QStringLiteral("bölümü bu sürümde henüz hazır değil.")),
-                     qPrintable(k.tool + QStringLiteral(": ")
-                                + messages.texts().join(QLatin1Char('|'))));
+            QVERIFY2(messages.texts().value(0).endsWith(u"bölümü bu sürümde henüz hazır değil."_s),
+                     qPrintable(k.tool + u": "_s + messages.texts().join(u'|')));
         }
     }
     // A second command for an open screen brings it forward instead of opening it twice.
-    w.ActBar_Click(QStringLiteral("popOkulBilgileri"));
-    w.ActBar_Click(QStringLiteral("btnOkulBilgileri"));
+    w.ActBar_Click(u"popOkulBilgileri"_s);
+    w.ActBar_Click(u"btnOkulBilgileri"_s);
     int count = 0;
     for (QMdiSubWindow *sub : w.mdiArea()->subWindowList())
-        count += sub->widget()->objectName() == QLatin1String("FrmOkulBilgileri");
+        count += sub->widget()->objectName() == "FrmOkulBilgileri"_L1;
     QCOMPARE(count, 1);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
@@ -223,55 +216,50 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     testing::TestStore s(store::Engine::SQLite);
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe")));
+    QVERIFY(testing::openOffice(db, u"muhasebe"_s));
     // Another user may read the school's settings and nothing else.
-    const QString other = *users::Sifrele(QStringLiteral("sekreter"));
-    store::Query q(db,
-                   QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                                  "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 0, ?, ?)"));
-    q.bind(other).bind(QStringLiteral("Okul Bilgileri")).bind(QStringLiteral("popOkulBilgileri"));
+    const QString other = *users::Sifrele(u"sekreter"_s);
+    store::Query q(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                       "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 0, ?, ?)"_s);
+    q.bind(other).bind(u"Okul Bilgileri"_s).bind(u"popOkulBilgileri"_s);
     QVERIFY(q.exec());
     MDIAidat w(db);
     w.MenuDurumAyarla(true);
     testing::MessageRecorder messages;
 
-    users::durum().AktifKullanici = QStringLiteral("sekreter");
-    w.ActBar_Click(QStringLiteral("popKullanici"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral(
-                 "Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı !")});
+    users::durum().AktifKullanici = u"sekreter"_s;
+    w.ActBar_Click(u"popKullanici"_s);
+    QCOMPARE(
+        messages.texts(),
+        QStringList{u"Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz."_s});
+    QCOMPARE(messages.titles(), QStringList{u"Uyarı !"_s});
     // The three report commands pass without the test.
     messages.clear();
-    w.ActBar_Click(QStringLiteral("popDiger"));
-    QVERIFY(messages.texts().value(0).contains(QStringLiteral("henüz hazır değil")));
+    w.ActBar_Click(u"popDiger"_s);
+    QVERIFY(messages.texts().value(0).contains(u"henüz hazır değil"_s));
 
     // The screen opens for reading; its save is refused, also after a command that she may
     // write but that opens nothing leaves its rights behind.
-    store::Query more(
-        db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"));
-    more.bind(other)
-        .bind(QStringLiteral("Yönetici Raporu"))
-        .bind(QStringLiteral("popYoneticiRaporu"));
+    store::Query more(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                          "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"_s);
+    more.bind(other).bind(u"Yönetici Raporu"_s).bind(u"popYoneticiRaporu"_s);
     {
         const store::WriteGuardExemption setUp; // the administrator's doing, not hers
         QVERIFY(more.exec());
     }
     messages.clear();
-    w.ActBar_Click(QStringLiteral("popOkulBilgileri"));
-    QMdiSubWindow *sub = w.screenWindow(QStringLiteral("FrmOkulBilgileri"));
+    w.ActBar_Click(u"popOkulBilgileri"_s);
+    QMdiSubWindow *sub = w.screenWindow(u"FrmOkulBilgileri"_s);
     QVERIFY(sub);
-    w.ActBar_Click(QStringLiteral("popYoneticiRaporu"));
-    QVERIFY(messages.texts().value(0).contains(QStringLiteral("henüz hazır değil")));
+    w.ActBar_Click(u"popYoneticiRaporu"_s);
+    QVERIFY(messages.texts().value(0).contains(u"henüz hazır değil"_s));
     messages.clear();
-    typeInto(sub->widget(), QStringLiteral("txtOkulAdi"), QStringLiteral("Başka Ad"));
-    click(sub->widget(), QStringLiteral("cmdKaydet"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral(
-                 "Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
-    QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(),
-             QStringLiteral("Deneme Okulu"));
+    typeInto(sub->widget(), u"txtOkulAdi"_s, u"Başka Ad"_s);
+    click(sub->widget(), u"cmdKaydet"_s);
+    QCOMPARE(
+        messages.texts(),
+        QStringList{u"Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz"_s});
+    QCOMPARE(scalar(db, u"SELECT OkulAdi FROM Sabit"_s).toString(), u"Deneme Okulu"_s);
     static_cast<ui::Screen *>(sub->widget())->setDirty(false);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
@@ -284,8 +272,7 @@ void tst_MainWindow::explanationsFollowTheirSetting()
     MDIAidat w(s.db());
     w.MenuAciklamaOku();
     QVERIFY(w.background()->aciklamalarGorunur());
-    store::INIAyar(s.db(), QStringLiteral("WRITE"), QStringLiteral("mnuShow.ini"),
-                   QStringLiteral("MENU"), QStringLiteral("AÇIKLAMALAR"), QStringLiteral("FALSE"));
+    store::INIAyar(s.db(), u"WRITE"_s, u"mnuShow.ini"_s, u"MENU"_s, u"AÇIKLAMALAR"_s, u"FALSE"_s);
     MDIAidat again(s.db());
     again.MenuAciklamaOku();
     QVERIFY(!again.background()->aciklamalarGorunur());

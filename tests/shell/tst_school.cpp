@@ -10,6 +10,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace shell;
 using namespace maintenance;
 using namespace base;
@@ -47,67 +49,64 @@ void tst_School::readingTheSchoolsRow()
     QVERIFY(s.openYear());
     store::SonAlanlariEkle(db);
     // No row: nothing read, and the currency stands on YTL all the same.
-    users::durum().ParaBirimi = QStringLiteral("TL");
+    users::durum().ParaBirimi = u"TL"_s;
     QVERIFY(!maintenance::SabitBilgileriOku(db));
-    QCOMPARE(users::durum().ParaBirimi, QStringLiteral("YTL"));
-    QCOMPARE(users::durum().ParaFormati, QStringLiteral("#,##0.00"));
+    QCOMPARE(users::durum().ParaBirimi, u"YTL"_s);
+    QCOMPARE(users::durum().ParaFormati, u"#,##0.00"_s);
     QCOMPARE(users::durum().TaksitYuvarlama, base::Para::fromUnits(1000000));
 
     // A row of the old lira, with no period dates: the dates read as the zero date, the money
     // still as YTL.
     QVERIFY(run(db,
-                QStringLiteral("INSERT INTO Sabit (OkulAdi, OgretimYili, ParaTuru, ParaBirimi, "
-                               "TaksitYuvarlama, CariAy, TaksitKilitle, FisNoKilitle) VALUES "
-                               "('Eski Okul', '2004-2005', 0, 'TL', ?, '200410', 1, '1')"),
+                u"INSERT INTO Sabit (OkulAdi, OgretimYili, ParaTuru, ParaBirimi, "
+                "TaksitYuvarlama, CariAy, TaksitKilitle, FisNoKilitle) VALUES "
+                "('Eski Okul', '2004-2005', 0, 'TL', ?, '200410', 1, '1')"_s,
                 {QVariant(base::Para::fromUnits(1000000).raw())}));
     QVERIFY(maintenance::SabitBilgileriOku(db));
-    QCOMPARE(users::durum().OkulAdi, QStringLiteral("Eski Okul"));
+    QCOMPARE(users::durum().OkulAdi, u"Eski Okul"_s);
     QCOMPARE(users::durum().DonemBasTarihi, base::SifirTarih);
     QCOMPARE(users::durum().ParaTuru, 1);
-    QCOMPARE(users::durum().ParaFormati, QStringLiteral("#,##0.00"));
+    QCOMPARE(users::durum().ParaFormati, u"#,##0.00"_s);
     QVERIFY(users::durum().TaksitKilitle);
     QVERIFY(users::durum().FisNoKilitle);
 
     // The newest school year is the one in force, before a row without one on either engine; a
     // save writes that row and no other.
-    QVERIFY(run(db, QStringLiteral("INSERT INTO Sabit (OkulAdi) VALUES ('Yılsız Satır')")));
+    QVERIFY(run(db, u"INSERT INTO Sabit (OkulAdi) VALUES ('Yılsız Satır')"_s));
     QVERIFY(
-        run(db, QStringLiteral(
-                    "INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Yeni Okul', '2025-2026')")));
+        run(db, u"INSERT INTO Sabit (OkulAdi, OgretimYili) VALUES ('Yeni Okul', '2025-2026')"_s));
     base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(db);
-    QCOMPARE(row->OkulAdi, QStringLiteral("Yeni Okul"));
-    row.value().OkulAdi = QStringLiteral("Yeni Okul Ltd. Şti.");
+    QCOMPARE(row->OkulAdi, u"Yeni Okul"_s);
+    row.value().OkulAdi = u"Yeni Okul Ltd. Şti."_s;
     row.value().TaksitYuvarlama = tl(0.5);
     row.value().DonemBasTarihi = QDateTime(QDate(2025, 9, 8), QTime(0, 0));
     QVERIFY(maintenance::OkulbilgisiKaydet(db, *row).ok());
-    QVERIFY(maintenance::CariAyKaydet(db, QStringLiteral("202603")).ok());
+    QVERIFY(maintenance::CariAyKaydet(db, u"202603"_s).ok());
     const maintenance::OkulBilgisi back = *maintenance::OkulbilgisiGetir(db);
-    QCOMPARE(back.OkulAdi, QStringLiteral("Yeni Okul Ltd. Şti."));
+    QCOMPARE(back.OkulAdi, u"Yeni Okul Ltd. Şti."_s);
     QCOMPARE(back.TaksitYuvarlama, tl(0.5));
     QCOMPARE(back.DonemBasTarihi.date(), QDate(2025, 9, 8));
-    QCOMPARE(back.CariAy, QStringLiteral("202603"));
-    store::Query old(
-        db, QStringLiteral("SELECT OkulAdi, CariAy FROM Sabit WHERE OgretimYili = '2004-2005'"));
+    QCOMPARE(back.CariAy, u"202603"_s);
+    store::Query old(db, u"SELECT OkulAdi, CariAy FROM Sabit WHERE OgretimYili = '2004-2005'"_s);
     QVERIFY(old.exec() && old.next());
-    QCOMPARE(old.text(0), QStringLiteral("Eski Okul"));
-    QCOMPARE(old.text(1), QStringLiteral("200410"));
+    QCOMPARE(old.text(0), u"Eski Okul"_s);
+    QCOMPARE(old.text(1), u"200410"_s);
 
-    QVERIFY(
-        scalar(db, QStringLiteral("SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL")).isNull());
+    QVERIFY(scalar(db, u"SELECT CariAy FROM Sabit WHERE OgretimYili IS NULL"_s).isNull());
 
     // The row and the office switches go together or not at all.
     maintenance::OfisAyarlari ofis;
     ofis.okKilit = true;
     ofis.kasaAyarVar = true;
     ofis.kasaAktar = 1;
-    ofis.kasaKod = QStringLiteral("120");
+    ofis.kasaKod = u"120"_s;
     store::setWriteGuard([] { return false; });
     QVERIFY(!maintenance::OkulbilgisiKaydet(db, back, &ofis));
     store::setWriteGuard(nullptr);
     QVERIFY(!maintenance::OfisAyarlariOku(db).okKilit);
     QVERIFY(maintenance::OkulbilgisiKaydet(db, back, &ofis).ok());
     QVERIFY(maintenance::OfisAyarlariOku(db).okKilit);
-    QCOMPARE(maintenance::OfisAyarlariOku(db).kasaKod, QStringLiteral("120"));
+    QCOMPARE(maintenance::OfisAyarlariOku(db).kasaKod, u"120"_s);
     QVERIFY(maintenance::OkulbilgisiSil(db).ok());
     QVERIFY(!maintenance::SabitBilgileriOku(db));
 }
@@ -117,24 +116,14 @@ void tst_School::workingMonthSelector_data()
     QTest::addColumn<QString>("cariAy");
     QTest::addColumn<QString>("ogretimYili");
     QTest::addColumn<QString>("shown");
-    QTest::addRow("listede") << "202510"
-                             << "2025-2026"
-                             << "EKİM - 2025";
-    QTest::addRow("ilk-ay") << "202401"
-                            << "2025-2026"
-                            << "OCAK - 2024";
-    QTest::addRow("son-ay") << "202712"
-                            << "2025-2026"
-                            << "ARALIK - 2027";
-    QTest::addRow("bos-simdiki-ay") << ""
-                                    << "2025-2026"
-                                    << "KASIM - 2025";
-    QTest::addRow("liste-disi-simdiki-ay") << "201905"
-                                           << "2025-2026"
-                                           << "KASIM - 2025";
-    QTest::addRow("bozuk-metin") << "abc"
-                                 << "2025-2026"
-                                 << "KASIM - 2025";
+    // clang-format off
+    QTest::addRow("listede") << "202510" << "2025-2026" << "EKİM - 2025";
+    QTest::addRow("ilk-ay") << "202401" << "2025-2026" << "OCAK - 2024";
+    QTest::addRow("son-ay") << "202712" << "2025-2026" << "ARALIK - 2027";
+    QTest::addRow("bos-simdiki-ay") << "" << "2025-2026" << "KASIM - 2025";
+    QTest::addRow("liste-disi-simdiki-ay") << "201905" << "2025-2026" << "KASIM - 2025";
+    QTest::addRow("bozuk-metin") << "abc" << "2025-2026" << "KASIM - 2025";
+    // clang-format on
 }
 
 void tst_School::workingMonthSelector()
@@ -157,24 +146,22 @@ void tst_School::dashboardFigures()
     QVERIFY(s.openYear());
     // Two students with an account each, and the account of a student who is gone.
     for (int student : {1, 2})
-        QVERIFY(run(db, QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"),
+        QVERIFY(run(db, u"INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"_s,
                     {student, student}));
     for (int account : {10, 20, 30})
-        QVERIFY(
-            run(db,
-                QStringLiteral(
-                    "INSERT INTO OgrenciAidatTanim (KayitID, OgrKayitID, Sira) VALUES (?, ?, 1)"),
-                {account, account / 10}));
+        QVERIFY(run(db,
+                    u"INSERT INTO OgrenciAidatTanim (KayitID, OgrKayitID, Sira) VALUES (?, ?, 1)"_s,
+                    {account, account / 10}));
     auto due = [&db](int account, int sira, const QDate &day, double amount) {
         return run(db,
-                   QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, "
-                                  "Odenecek) VALUES (?, ?, ?, ?)"),
+                   u"INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, "
+                   "Odenecek) VALUES (?, ?, ?, ?)"_s,
                    {account, sira, QDateTime(day, QTime(0, 0)), tl(amount).raw()});
     };
     auto paid = [&db](int account, int sira, const QDate &day, double amount) {
         return run(db,
-                   QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, "
-                                  "Odenen) VALUES (?, ?, ?, ?)"),
+                   u"INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, "
+                   "Odenen) VALUES (?, ?, ?, ?)"_s,
                    {account, sira, QDateTime(day, QTime(14, 30)), tl(amount).raw()});
     };
     QVERIFY(due(10, 1, QDate(2025, 9, 5), 1000));
@@ -188,9 +175,9 @@ void tst_School::dashboardFigures()
     QVERIFY(paid(20, 1, QDate(2025, 10, 31), 200));
     QVERIFY(paid(10, 2, QDate(2025, 11, 2), 400.10));
     QVERIFY(paid(30, 1, QDate(2025, 10, 2), 7777)); // not counted either
-    const base::Result<PanoBilgisi> pano = RaporHazirla(db, QStringLiteral("202511"));
+    const base::Result<PanoBilgisi> pano = RaporHazirla(db, u"202511"_s);
     QVERIFY2(pano, qPrintable(pano.error().text));
-    QCOMPARE(pano->ayAdi, QStringLiteral("KASIM"));
+    QCOMPARE(pano->ayAdi, u"KASIM"_s);
     // September 0; October 1.500,25 - 200 = 1.300,25; November 1.500,25 - 400,10.
     QCOMPARE(pano->gecmis, tl(1300.25));
     QCOMPARE(pano->buAy, tl(1100.15));

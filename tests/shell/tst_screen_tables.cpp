@@ -17,6 +17,8 @@
 #include <map>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 // The screens whose boxes are made from tables: every box has a name of its own, and a box
 // that takes a field's text is cut to the size the schema declares for it.
 class tst_ScreenTables : public QObject
@@ -43,9 +45,9 @@ void tst_ScreenTables::initTestCase()
     store::setDefaultDatabase(&db);
     users::durum() = users::CalismaDurumu();
     QVERIFY(testing::openOffice(db));
-    m_screens[QStringLiteral("FrmOgrenci")] = std::make_unique<students::FrmOgrenci>(db);
-    m_screens[QStringLiteral("FrmAidatTanimlama")] = std::make_unique<fees::FrmAidatTanimlama>(db);
-    m_screens[QStringLiteral("FrmOkulBilgileri")] = std::make_unique<shell::FrmOkulBilgileri>(db);
+    m_screens[u"FrmOgrenci"_s] = std::make_unique<students::FrmOgrenci>(db);
+    m_screens[u"FrmAidatTanimlama"_s] = std::make_unique<fees::FrmAidatTanimlama>(db);
+    m_screens[u"FrmOkulBilgileri"_s] = std::make_unique<shell::FrmOkulBilgileri>(db);
 }
 
 void tst_ScreenTables::cleanupTestCase()
@@ -71,7 +73,7 @@ void tst_ScreenTables::namesAreUnique()
     QStringList seen;
     for (const QWidget *w : m_screens.at(screen)->findChildren<QWidget *>()) {
         const QString name = w->objectName();
-        if (name.isEmpty() || name.startsWith(QLatin1String("qt_"))) {
+        if (name.isEmpty() || name.startsWith("qt_"_L1)) {
             continue;
         }
         QVERIFY2(!seen.contains(name), qPrintable(name));
@@ -90,30 +92,26 @@ void tst_ScreenTables::textBoxesTakeTheirFieldsSize_data()
                                        QString::fromLatin1(field));
     };
     // The school's boxes are named after the fields of its row: "txt" and the field.
-    const store::schema::Table *sabit
-        = store::schema::table(store::Store::Year, QStringLiteral("Sabit"));
+    const store::schema::Table *sabit = store::schema::table(store::Store::Year, u"Sabit"_s);
     int boxes = 0;
     for (const store::schema::Field &f : sabit->fields) {
-        const QString box = QStringLiteral("txt") + f.name;
+        const QString box = u"txt"_s + f.name;
         if (f.type != store::schema::FieldType::Text
-            || !m_screens.at(QStringLiteral("FrmOkulBilgileri"))->findChild<QLineEdit *>(box)) {
+            || !m_screens.at(u"FrmOkulBilgileri"_s)->findChild<QLineEdit *>(box)) {
             continue;
         }
         QTest::addRow("FrmOkulBilgileri-%s", qPrintable(box))
-            << QStringLiteral("FrmOkulBilgileri") << box << f.size;
+            << u"FrmOkulBilgileri"_s << box << f.size;
         ++boxes;
     }
     QCOMPARE(boxes, 10);
     QTest::addRow("FrmAidatTanimlama-txtAidatTanim")
-        << QStringLiteral("FrmAidatTanimlama") << QStringLiteral("txtAidatTanim")
-        << size("AidatTanim", "AidatTanim");
+        << u"FrmAidatTanimlama"_s << u"txtAidatTanim"_s << size("AidatTanim", "AidatTanim");
     // A cell of a grid: the discount's description.
     QTest::addRow("FrmAidatTanimlama-Spr_Indirim")
-        << QStringLiteral("FrmAidatTanimlama") << QStringLiteral("Spr_Indirim")
-        << size("IskontoTanim", "IskontoAciklama");
+        << u"FrmAidatTanimlama"_s << u"Spr_Indirim"_s << size("IskontoTanim", "IskontoAciklama");
     QTest::addRow("FrmOgrenci-grdKardesler")
-        << QStringLiteral("FrmOgrenci") << QStringLiteral("grdKardesler")
-        << size("OgrenciKardesler", "OgrKardesAd");
+        << u"FrmOgrenci"_s << u"grdKardesler"_s << size("OgrenciKardesler", "OgrKardesAd");
 }
 
 void tst_ScreenTables::textBoxesTakeTheirFieldsSize()

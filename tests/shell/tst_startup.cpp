@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace shell;
 using namespace base;
 
@@ -45,7 +47,7 @@ void tst_Startup::commandLine()
     QFETCH(int, engine);
     QFETCH(QString, where);
     QFETCH(bool, refused);
-    const KomutSatiri k = KomutSatiriOku(QStringList{QStringLiteral("zerna-vortel")} + arguments);
+    const KomutSatiri k = KomutSatiriOku(QStringList{u"zerna-vortel"_s} + arguments);
     QCOMPARE(!k.hata.isEmpty(), refused);
     if (refused)
         return;
@@ -59,23 +61,22 @@ void tst_Startup::aSecondStartEndsAtOnce()
 {
     QTemporaryDir folder;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("TMPDIR"),
+    env.insert(u"TMPDIR"_s,
                folder.path()); // where the program keeps its instance lock
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    const QStringList args = {QStringLiteral("--data"), folder.path() + QStringLiteral("/data")};
+    env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    const QStringList args = {u"--data"_s, folder.path() + u"/data"_s};
     QProcess first;
     QProcessEnvironment firstEnv = env;
-    firstEnv.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("vortel.startup.info=true"));
+    firstEnv.insert(u"QT_LOGGING_RULES"_s, u"vortel.startup.info=true"_s);
     first.setProcessEnvironment(firstEnv);
     first.start(QStringLiteral(VORTEL_PROGRAM), args);
     QVERIFY(first.waitForStarted());
     // The first one waits at its first dialog; the store it made tells that it is up.
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.path() + QStringLiteral("/data/Sabit.db")),
-                             20000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder.path() + u"/data/Sabit.db"_s), 20000);
     // The instance is the operating system's user, not whatever USER says.
     QProcess second;
-    env.insert(QStringLiteral("USER"), QString());
-    env.insert(QStringLiteral("USERNAME"), QStringLiteral("baskasi"));
+    env.insert(u"USER"_s, QString());
+    env.insert(u"USERNAME"_s, u"baskasi"_s);
     second.setProcessEnvironment(env);
     second.start(QStringLiteral(VORTEL_PROGRAM), args);
     QVERIFY(second.waitForFinished(10000));

@@ -6,9 +6,9 @@
 #include <QTest>
 
 #include <algorithm>
-#include <atomic>
-#include <thread>
 #include <vector>
+
+using namespace Qt::StringLiterals;
 
 using namespace store;
 
@@ -19,11 +19,10 @@ namespace {
 // The school's rows: last year's, this year's (in force) and one without a year.
 bool addSchoolRows(Database &db)
 {
-    return testing::run(db,
-                        QStringLiteral("INSERT INTO Sabit (OgretimYili, SonFaturaNo, SonFisNo, "
-                                       "SonSenetNo) VALUES ('2024-2025', 10, 20, 30), "
-                                       "('2025-2026', 100, 200, 300), (NULL, 5000, 5000, 5000)"))
-           && testing::run(db, QStringLiteral("INSERT INTO KASA (KasaID) VALUES (7), (41)"));
+    return testing::run(db, u"INSERT INTO Sabit (OgretimYili, SonFaturaNo, SonFisNo, "
+                            "SonSenetNo) VALUES ('2024-2025', 10, 20, 30), "
+                            "('2025-2026', 100, 200, 300), (NULL, 5000, 5000, 5000)"_s)
+           && testing::run(db, u"INSERT INTO KASA (KasaID) VALUES (7), (41)"_s);
 }
 
 // One save: draws a number and, for the cash box, writes the row that takes it.
@@ -39,7 +38,7 @@ base::Result<qint64> drawAndSave(Database &db, Sayac sayac, bool commit = true,
         return n;
     }
     if (sayac == Sayac::KasaID) {
-        Query row(db, QStringLiteral("INSERT INTO KASA (KasaID, KasaTip) VALUES (?, 'G')"));
+        Query row(db, u"INSERT INTO KASA (KasaID, KasaTip) VALUES (?, 'G')"_s);
         row.bind(*n);
         if (!row.exec()) {
             return row.error(QString());
@@ -54,9 +53,9 @@ base::Result<qint64> drawAndSave(Database &db, Sayac sayac, bool commit = true,
 // The counters of the rows not in force, added up: they never move.
 int otherRows(Database &db)
 {
-    return testing::scalar(db, QStringLiteral("SELECT SUM(SonFaturaNo + SonFisNo + SonSenetNo) "
-                                              "FROM Sabit WHERE OgretimYili IS NULL "
-                                              "OR OgretimYili = '2024-2025'"))
+    return testing::scalar(db, u"SELECT SUM(SonFaturaNo + SonFisNo + SonSenetNo) "
+                               "FROM Sabit WHERE OgretimYili IS NULL "
+                               "OR OgretimYili = '2024-2025'"_s)
         .toInt();
 }
 
@@ -140,46 +139,19 @@ void tst_Counters::twoWorkstationsNeverDrawTheSameNumber()
     const int draws = 1000;
     const Transaction::Mode mode
         = deferred ? Transaction::Mode::Deferred : Transaction::Mode::Immediate;
-    const ConnectionSettings settings = s.settings();
-    std::atomic<int> ready{0};
-    auto workstation = [&](std::vector<qint64> *drawn, QString *failure) {
-        Database db(settings);
-        db.selectYear(1);
-        if (!DatabaseAc(db, Store::Year, true, false)) {
-            *failure = QStringLiteral("açılamadı");
-            ++ready;
-            return;
-        }
-        // The files' locks are under test, not the disk: commits are not synced.
-        if (db.engine() == Engine::SQLite) {
-            for (const char *file : {"main", "aidat", "laidat"}) {
-                (void)db.exec(
-                    QStringLiteral("PRAGMA %1.synchronous = OFF").arg(QLatin1String(file)));
-            }
-        }
-        ++ready;
-        while (ready < 2) {
-            std::this_thread::yield();
-        }
+    std::vector<qint64> a;
+    std::vector<qint64> b;
+    const QStringList failures = testing::raceTwo(s.settings(), [&](Database &db, int which) {
         for (int i = 0; i < draws; ++i) {
             const base::Result<qint64> n = drawAndSave(db, sayac, true, mode);
             if (!n) {
-                *failure = n.error().text;
-                return;
+                return n.error().text;
             }
-            drawn->push_back(*n);
+            (which ? b : a).push_back(*n);
         }
-    };
-    std::vector<qint64> a;
-    std::vector<qint64> b;
-    QString failureA;
-    QString failureB;
-    std::thread first(workstation, &a, &failureA);
-    std::thread second(workstation, &b, &failureB);
-    first.join();
-    second.join();
-    QVERIFY2(failureA.isEmpty(), qPrintable(failureA));
-    QVERIFY2(failureB.isEmpty(), qPrintable(failureB));
+        return QString();
+    });
+    QCOMPARE(failures, QStringList());
 
     // Each workstation's numbers rise; together they are every number once.
     QVERIFY(std::is_sorted(a.begin(), a.end()));

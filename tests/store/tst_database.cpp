@@ -17,6 +17,8 @@
 #include <limits>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using namespace store;
 using base::Para;
 
@@ -46,7 +48,6 @@ private slots:
     void failuresGetReporterNumbers_data() { testing::addEngineRows(); }
     void failuresGetReporterNumbers();
     void busyFileIsWaitedFor();
-    void compactingSurvivesLeftovers();
     void anInterruptedCompactionLosesNoYear_data();
     void anInterruptedCompactionLosesNoYear();
     void aKilledCompactionLosesNoYear();
@@ -63,9 +64,8 @@ void tst_Database::openingNeedsAChosenYear()
     QVERIFY(!DatabaseAc(s.db(), Store::Year, true, false));
     QVERIFY(messages.texts().isEmpty());
     QVERIFY(!DatabaseAc(s.db(), Store::Year, false, false));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Programın Veri Dosyası Bulunamadı. ()")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Dikkat!")});
+    QCOMPARE(messages.texts(), QStringList{u"Programın Veri Dosyası Bulunamadı. ()"_s});
+    QCOMPARE(messages.titles(), QStringList{u"Dikkat!"_s});
 
     s.db().selectYear(7);
     QVERIFY(!s.db().exists(Store::Year, 7));
@@ -83,8 +83,8 @@ void tst_Database::openingFailuresComeBackAsValues_data()
     QTest::addColumn<int>("tur");
     QTest::addColumn<QString>("metin");
     QTest::addColumn<QString>("bildiri"); // "{yer}": the file of the store asked for
-    const QString yil = QStringLiteral("Çalışma dosyası açılamadı.");
-    const QString yok = QStringLiteral("Programın Veri Dosyası Bulunamadı. ({yer})");
+    const QString yil = u"Çalışma dosyası açılamadı."_s;
+    const QString yok = u"Programın Veri Dosyası Bulunamadı. ({yer})"_s;
     for (Engine e : testing::engines()) {
         const char *en = testing::engineName(e);
         QTest::addRow("%s-yil-secilmemis", en)
@@ -110,18 +110,18 @@ void tst_Database::openingFailuresComeBackAsValues()
     QFETCH(QString, bildiri);
     Database &db = s.db();
     const Store store = static_cast<Store>(tur);
-    if (bozuk == QLatin1String("veri")) {
+    if (bozuk == "veri"_L1) {
         QFile file(s.settings().dataFolder);
         QVERIFY(file.open(QIODevice::WriteOnly));
     } else {
         QVERIFY(openStore(db, Store::Global, false));
     }
-    if (bozuk == QLatin1String("yil") || bozuk == QLatin1String("log")) {
+    if (bozuk == "yil"_L1 || bozuk == "log"_L1) {
         db.selectYear(7);
-        const Store blocked = bozuk == QLatin1String("yil") ? Store::Year : Store::Log;
+        const Store blocked = bozuk == "yil"_L1 ? Store::Year : Store::Log;
         QVERIFY(QDir().mkpath(db.location(blocked, 7)));
     }
-    bildiri.replace(QStringLiteral("{yer}"), db.location(store, db.selectedYear()));
+    bildiri.replace(u"{yer}"_s, db.location(store, db.selectedYear()));
     testing::StoreMessages messages;
 
     const base::Result<Acilis> opened = openStore(db, store, false);
@@ -130,17 +130,17 @@ void tst_Database::openingFailuresComeBackAsValues()
     QCOMPARE(opened.error().text, metin);
     QVERIFY(!opened.error().isRefusal());
     QVERIFY(opened.error().bildiri);
-    QCOMPARE(opened.error().bildiri->baslik, QStringLiteral("Dikkat!"));
+    QCOMPARE(opened.error().bildiri->baslik, u"Dikkat!"_s);
     QCOMPARE(opened.error().bildiri->metin, bildiri);
 
     // An operation fails under its own label, with the notice unless it runs quietly.
-    const Operation op(db, store, QStringLiteral("FrmDeneme:Kaydet"));
+    const Operation op(db, store, u"FrmDeneme:Kaydet"_s);
     QVERIFY(!op);
-    QCOMPARE(op.error().label, QStringLiteral("FrmDeneme:Kaydet"));
+    QCOMPARE(op.error().label, u"FrmDeneme:Kaydet"_s);
     QCOMPARE(op.error().text, metin);
     QVERIFY(op.error().bildiri);
     QCOMPARE(op.error().bildiri->metin, bildiri);
-    const Operation quiet(db, store, QStringLiteral("FrmDeneme:Oku"), Operation::Notice::Quiet);
+    const Operation quiet(db, store, u"FrmDeneme:Oku"_s, Operation::Notice::Quiet);
     QCOMPARE(quiet.error().number, 3044);
     QVERIFY(!quiet.error().bildiri);
     QVERIFY(messages.texts().isEmpty());
@@ -149,7 +149,7 @@ void tst_Database::openingFailuresComeBackAsValues()
     QVERIFY(!DatabaseAc(db, store, true, false));
     QVERIFY(messages.texts().isEmpty());
     QVERIFY(!DatabaseAc(db, store, false, false));
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Dikkat!")});
+    QCOMPARE(messages.titles(), QStringList{u"Dikkat!"_s});
     QCOMPARE(messages.texts(), QStringList{bildiri});
 }
 
@@ -159,7 +159,7 @@ void tst_Database::changingYearClosesTheOldOne()
     Database &db = s.db();
     QVERIFY(s.openYear(1));
     {
-        Query a(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (?, ?)"));
+        Query a(db, u"INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (?, ?)"_s);
         a.bind(101).bind("Ali");
         QVERIFY(a.exec());
     }
@@ -168,7 +168,7 @@ void tst_Database::changingYearClosesTheOldOne()
     QVERIFY(DatabaseAc(db, Store::Year, false, true));
     QCOMPARE(db.openYear(), 2);
     {
-        Query count(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
+        Query count(db, u"SELECT count(*) FROM Ogrenci"_s);
         QVERIFY(count.exec() && count.next());
         QCOMPARE(count.integer(0), 0);
     }
@@ -176,9 +176,9 @@ void tst_Database::changingYearClosesTheOldOne()
     db.selectYear(1);
     QVERIFY(DatabaseAc(db, Store::Year, false, false));
     {
-        Query back(db, QStringLiteral("SELECT Ogr_Adi FROM Ogrenci"));
+        Query back(db, u"SELECT Ogr_Adi FROM Ogrenci"_s);
         QVERIFY(back.exec() && back.next());
-        QCOMPARE(back.text(0), QStringLiteral("Ali"));
+        QCOMPARE(back.text(0), u"Ali"_s);
     }
 
     QVERIFY(db.drop(2).ok());
@@ -192,10 +192,9 @@ void tst_Database::valuesComeBackAsTheyWent()
     Database &db = s.db();
     QVERIFY(s.openYear());
     const QDateTime moment(QDate(2024, 2, 29), QTime(23, 59, 58));
-    Query insert(
-        db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
-                           "Ogr_Cari_Durum_Aciklamasi, Tahsilat_Vade_Tarihi, Pesinat_Tarihi) "
-                           "VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING ID"));
+    Query insert(db, u"INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen, "
+                     "Ogr_Cari_Durum_Aciklamasi, Tahsilat_Vade_Tarihi, Pesinat_Tarihi) "
+                     "VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING ID"_s);
     insert.bind(1)
         .bind(1)
         .bind(moment)
@@ -203,23 +202,21 @@ void tst_Database::valuesComeBackAsTheyWent()
         .bind("Ahmet'in ödemesi; DROP TABLE x")
         .bind(base::SifirTarih)
         .bindNull();
-    QVERIFY2(insert.exec(), qPrintable(insert.error(QStringLiteral("t")).text));
+    QVERIFY2(insert.exec(), qPrintable(insert.error(u"t"_s).text));
     QVERIFY(insert.next());
     QVERIFY(insert.integer(0) > 0);
 
-    Query read(db, QStringLiteral("SELECT * FROM OgrenciAidatOdeme"));
+    Query read(db, u"SELECT * FROM OgrenciAidatOdeme"_s);
     QVERIFY(read.exec() && read.next());
-    QCOMPARE(read.dateTime(QStringLiteral("OdemeTarihi")), moment);
-    QCOMPARE(read.para(QStringLiteral("Odenen")), Para::fromRaw(-12345678901234));
-    QCOMPARE(read.text(QStringLiteral("Ogr_Cari_Durum_Aciklamasi")),
-             QStringLiteral("Ahmet'in ödemesi; DROP TABLE x"));
-    QCOMPARE(read.dateTime(QStringLiteral("Tahsilat_Vade_Tarihi")), base::SifirTarih);
-    QVERIFY(read.isNull(QStringLiteral("Pesinat_Tarihi")));
-    QVERIFY(!read.dateTime(QStringLiteral("Pesinat_Tarihi")).isValid());
+    QCOMPARE(read.dateTime(u"OdemeTarihi"_s), moment);
+    QCOMPARE(read.para(u"Odenen"_s), Para::fromRaw(-12345678901234));
+    QCOMPARE(read.text(u"Ogr_Cari_Durum_Aciklamasi"_s), u"Ahmet'in ödemesi; DROP TABLE x"_s);
+    QCOMPARE(read.dateTime(u"Tahsilat_Vade_Tarihi"_s), base::SifirTarih);
+    QVERIFY(read.isNull(u"Pesinat_Tarihi"_s));
+    QVERIFY(!read.dateTime(u"Pesinat_Tarihi"_s).isValid());
 
     // A day bound as a date finds the row stored with a time of midnight.
-    Query byDay(db, QStringLiteral(
-                        "SELECT count(*) FROM OgrenciAidatOdeme WHERE Tahsilat_Vade_Tarihi = ?"));
+    Query byDay(db, u"SELECT count(*) FROM OgrenciAidatOdeme WHERE Tahsilat_Vade_Tarihi = ?"_s);
     byDay.bind(QDate(1899, 12, 30));
     QVERIFY(byDay.exec() && byDay.next());
     QCOMPARE(byDay.integer(0), 1);
@@ -234,24 +231,23 @@ void tst_Database::decimalsComeBackExactly()
     QVERIFY(s.openYear());
     for (const char *text : {"0.1", "18", "7.25", "33.3333", "100", "-0.0001", "12345.6789"}) {
         const Para value = Para::fromDecimalString(QString::fromLatin1(text)).value();
-        QVERIFY(testing::run(db, QStringLiteral("DELETE FROM AidatTanim")));
-        QVERIFY(testing::run(db, QStringLiteral("DELETE FROM IskontoTanim")));
+        QVERIFY(testing::run(db, u"DELETE FROM AidatTanim"_s));
+        QVERIFY(testing::run(db, u"DELETE FROM IskontoTanim"_s));
         // KDVOrani is a Double, IskontoOrani a Single.
-        Query rate(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) "
-                                      "VALUES ('x', ?)"));
-        Query discount(db, QStringLiteral("INSERT INTO IskontoTanim (IskontoAciklama, "
-                                          "IskontoOrani) VALUES ('x', ?)"));
+        Query rate(db, u"INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"_s);
+        Query discount(db, u"INSERT INTO IskontoTanim (IskontoAciklama, "
+                           "IskontoOrani) VALUES ('x', ?)"_s);
         QVERIFY2(rate.bindDecimal(value).exec() && discount.bindDecimal(value).exec(), text);
 
-        Query read(db, QStringLiteral("SELECT KDVOrani, IskontoOrani FROM AidatTanim, "
-                                      "IskontoTanim WHERE KDVOrani = %1 AND IskontoOrani = %1")
-                           .arg(QString::fromLatin1(text)));
+        Query read(db, u"SELECT KDVOrani, IskontoOrani FROM AidatTanim, "
+                       "IskontoTanim WHERE KDVOrani = %1 AND IskontoOrani = %1"_s.arg(
+                           QString::fromLatin1(text)));
         QVERIFY2(read.exec() && read.next(), text);
-        QCOMPARE(read.decimal(QStringLiteral("KDVOrani")).value_or(Para()), value);
+        QCOMPARE(read.decimal(u"KDVOrani"_s).value_or(Para()), value);
         QCOMPARE(read.decimal(1).value_or(Para()), value);
     }
-    QVERIFY(testing::run(db, QStringLiteral("UPDATE AidatTanim SET KDVOrani = NULL")));
-    Query null(db, QStringLiteral("SELECT KDVOrani FROM AidatTanim"));
+    QVERIFY(testing::run(db, u"UPDATE AidatTanim SET KDVOrani = NULL"_s));
+    Query null(db, u"SELECT KDVOrani FROM AidatTanim"_s);
     QVERIFY(null.exec() && null.next());
     QCOMPARE(null.decimal(0).value_or(Para::fromUnits(1)), Para());
 }
@@ -266,30 +262,28 @@ void tst_Database::valuesNoDecimalCanHoldAreErrors()
     const QStringList literals = {"0.12345", "1e300"};
     QString text;
     for (const QString &literal : literals) {
-        QVERIFY(testing::run(db, QStringLiteral("DELETE FROM AidatTanim")));
-        QVERIFY(testing::run(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) "
-                                                "VALUES ('x', %1)")
-                                     .arg(literal)));
-        Query read(db, QStringLiteral("SELECT KDVOrani FROM AidatTanim"));
+        QVERIFY(testing::run(db, u"DELETE FROM AidatTanim"_s));
+        QVERIFY(testing::run(db, u"INSERT INTO AidatTanim (AidatTanim, KDVOrani) "
+                                 "VALUES ('x', %1)"_s.arg(literal)));
+        Query read(db, u"SELECT KDVOrani FROM AidatTanim"_s);
         QVERIFY(read.exec() && read.next());
-        const base::Result<Para> value = read.decimal(QStringLiteral("KDVOrani"));
+        const base::Result<Para> value = read.decimal(u"KDVOrani"_s);
         QVERIFY(!value.ok() && !read.decimal(0).ok());
         QCOMPARE(value.error().number, literal == literals[0] ? 13 : base::TasmaHatasi);
         text = text.isEmpty() ? value.error().text : text;
     }
-    QCOMPARE(text, QStringLiteral("KDVOrani alanındaki 0,12345 değeri dört ondalık "
-                                  "basamaklı bir sayı değil."));
+    QCOMPARE(text, u"KDVOrani alanındaki 0,12345 değeri dört ondalık basamaklı bir sayı değil."_s);
 
-    QVERIFY(testing::run(db, QStringLiteral("DELETE FROM AidatTanim")));
-    Query fine(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"));
-    fine.bindDecimal(Para::fromDecimalString(QStringLiteral("549755813888.0003")).value());
+    QVERIFY(testing::run(db, u"DELETE FROM AidatTanim"_s));
+    Query fine(db, u"INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"_s);
+    fine.bindDecimal(Para::fromDecimalString(u"549755813888.0003"_s).value());
     QVERIFY(!fine.exec());
-    QCOMPARE(fine.error(QStringLiteral("Frm:Kaydet")).number, base::TasmaHatasi);
-    QCOMPARE(fine.error(QStringLiteral("Frm:Kaydet")).label, QStringLiteral("Frm:Kaydet"));
-    Query sum(db, QStringLiteral("INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"));
+    QCOMPARE(fine.error(u"Frm:Kaydet"_s).number, base::TasmaHatasi);
+    QCOMPARE(fine.error(u"Frm:Kaydet"_s).label, u"Frm:Kaydet"_s);
+    Query sum(db, u"INSERT INTO AidatTanim (AidatTanim, KDVOrani) VALUES ('x', ?)"_s);
     QVERIFY(!sum.bind(QVariant(0.1 + 0.2)).exec());
     QCOMPARE(sum.error(QString()).number, 13);
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM AidatTanim")).toInt(), 0);
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM AidatTanim"_s).toInt(), 0);
 }
 
 void tst_Database::turkishOrderAndDateFunctions()
@@ -297,36 +291,31 @@ void tst_Database::turkishOrderAndDateFunctions()
     VORTEL_STORE_FOR_ROW(s);
     Database &db = s.db();
     QVERIFY(s.openYear());
-    const QStringList names
-        = {QStringLiteral("İpek"),  QStringLiteral("Ilgın"), QStringLiteral("Çiğdem"),
-           QStringLiteral("Can"),   QStringLiteral("ırmak"), QStringLiteral("ipek"),
-           QStringLiteral("Derya"), QStringLiteral("Şule"),  QStringLiteral("Selin")};
+    const QStringList names = {u"İpek"_s, u"Ilgın"_s, u"Çiğdem"_s, u"Can"_s,  u"ırmak"_s,
+                               u"ipek"_s, u"Derya"_s, u"Şule"_s,   u"Selin"_s};
     int day = 1;
     for (const QString &n : names) {
-        Query q(db,
-                QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi, Ogr_Kayit_Tarihi) VALUES (?, ?)"));
+        Query q(db, u"INSERT INTO Ogrenci (Ogr_Adi, Ogr_Kayit_Tarihi) VALUES (?, ?)"_s);
         q.bind(n).bind(QDate(2025, day % 12 + 1, day));
         QVERIFY(q.exec());
         ++day;
     }
-    Query ordered(db, QStringLiteral("SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"));
+    Query ordered(db, u"SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"_s);
     QVERIFY(ordered.exec());
     QStringList got;
     while (ordered.next())
         got << ordered.text(0);
-    QCOMPARE(got, (QStringList{
-                      QStringLiteral("Can"), QStringLiteral("Çiğdem"), QStringLiteral("Derya"),
-                      QStringLiteral("Ilgın"), QStringLiteral("ırmak"), QStringLiteral("ipek"),
-                      QStringLiteral("İpek"), QStringLiteral("Selin"), QStringLiteral("Şule")}));
+    QCOMPARE(got, (QStringList{u"Can"_s, u"Çiğdem"_s, u"Derya"_s, u"Ilgın"_s, u"ırmak"_s, u"ipek"_s,
+                               u"İpek"_s, u"Selin"_s, u"Şule"_s}));
 
-    Query exact(db, QStringLiteral("SELECT count(*) FROM Ogrenci WHERE Ogr_Adi = ?"));
-    exact.bind(QStringLiteral("ipek"));
+    Query exact(db, u"SELECT count(*) FROM Ogrenci WHERE Ogr_Adi = ?"_s);
+    exact.bind(u"ipek"_s);
     QVERIFY(exact.exec() && exact.next());
     QCOMPARE(exact.integer(0), 1);
 
-    Query parts(db, QStringLiteral("SELECT year(Ogr_Kayit_Tarihi), month(Ogr_Kayit_Tarihi), "
-                                   "day(Ogr_Kayit_Tarihi) FROM Ogrenci WHERE Ogr_Adi = ?"));
-    parts.bind(QStringLiteral("Derya"));
+    Query parts(db, u"SELECT year(Ogr_Kayit_Tarihi), month(Ogr_Kayit_Tarihi), "
+                    "day(Ogr_Kayit_Tarihi) FROM Ogrenci WHERE Ogr_Adi = ?"_s);
+    parts.bind(u"Derya"_s);
     QVERIFY(parts.exec() && parts.next());
     QCOMPARE(parts.integer(0), 2025);
     QCOMPARE(parts.integer(1), 8);
@@ -339,17 +328,16 @@ void tst_Database::saveAndLogCommitTogether()
     Database &db = s.db();
     QVERIFY(s.openYear());
     auto write = [&db](int number) {
-        Query a(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"));
+        Query a(db, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"_s);
         a.bind(number);
-        Query b(db, QStringLiteral("INSERT INTO %1 (Kayit_Id, Islem_Turu) VALUES (?, 'AddNew')")
-                        .arg(db.table(Store::Log, QStringLiteral("Ogrenci"))));
+        Query b(db, u"INSERT INTO %1 (Kayit_Id, Islem_Turu) VALUES (?, 'AddNew')"_s.arg(
+                        db.table(Store::Log, u"Ogrenci"_s)));
         b.bind(number);
         return a.exec() && b.exec();
     };
     auto counts = [&db]() {
-        Query a(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
-        Query b(db, QStringLiteral("SELECT count(*) FROM %1")
-                        .arg(db.table(Store::Log, QStringLiteral("Ogrenci"))));
+        Query a(db, u"SELECT count(*) FROM Ogrenci"_s);
+        Query b(db, u"SELECT count(*) FROM %1"_s.arg(db.table(Store::Log, u"Ogrenci"_s)));
         return (a.exec() && a.next() && b.exec() && b.next())
                    ? qMakePair(a.integer(0), b.integer(0))
                    : qMakePair(qint64(-1), qint64(-1));
@@ -376,16 +364,16 @@ void tst_Database::failedInnerStepUndoesTheWhole()
     QVERIFY(s.openYear());
     Transaction outer(db);
     QVERIFY(outer);
-    Query a(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (1)"));
+    Query a(db, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (1)"_s);
     QVERIFY(a.exec());
     {
         Transaction inner(db);
         QVERIFY(inner);
-        Query b(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (2)"));
+        Query b(db, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (2)"_s);
         QVERIFY(b.exec());
     }
     QVERIFY(!outer.commit());
-    QVERIFY(outer.error().text.contains(QStringLiteral("hiçbir değişiklik kaydedilmedi")));
+    QVERIFY(outer.error().text.contains(u"hiçbir değişiklik kaydedilmedi"_s));
     // A connection closed under a transaction ends it; the next one starts from nothing.
     {
         Transaction cut(db);
@@ -395,7 +383,7 @@ void tst_Database::failedInnerStepUndoesTheWhole()
     }
     QCOMPARE(db.transactionDepth(), 0);
     QVERIFY(s.openYear());
-    Query count(db, QStringLiteral("SELECT count(*) FROM Ogrenci"));
+    Query count(db, u"SELECT count(*) FROM Ogrenci"_s);
     QVERIFY(count.exec() && count.next());
     QCOMPARE(count.integer(0), 0);
 }
@@ -405,12 +393,11 @@ void tst_Database::failuresGetReporterNumbers()
     VORTEL_STORE_FOR_ROW(s);
     Database &db = s.db();
     QVERIFY(s.openYear());
-    Query syntax(db, QStringLiteral("SELEC Ogr_Adi FRO Ogrenci"));
+    Query syntax(db, u"SELEC Ogr_Adi FRO Ogrenci"_s);
     QVERIFY(!syntax.exec());
-    QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).number, 3075);
-    QCOMPARE(syntax.error(QStringLiteral("FrmDeneme:Yukle")).label,
-             QStringLiteral("FrmDeneme:Yukle"));
-    Query missing(db, QStringLiteral("SELECT Yok FROM Ogrenci"));
+    QCOMPARE(syntax.error(u"FrmDeneme:Yukle"_s).number, 3075);
+    QCOMPARE(syntax.error(u"FrmDeneme:Yukle"_s).label, u"FrmDeneme:Yukle"_s);
+    Query missing(db, u"SELECT Yok FROM Ogrenci"_s);
     QVERIFY(!missing.exec());
     QCOMPARE(missing.error(QString()).number, 3061);
 }
@@ -424,7 +411,7 @@ void tst_Database::busyFileIsWaitedFor()
     QString failure;
     Transaction tx(s.db());
     QVERIFY(tx);
-    Query mine(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (1)"));
+    Query mine(s.db(), u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (1)"_s);
     QVERIFY(mine.exec());
     const ConnectionSettings settings = s.settings();
     std::thread other([&]() {
@@ -432,10 +419,10 @@ void tst_Database::busyFileIsWaitedFor()
         second.selectYear(1);
         started = true;
         if (!DatabaseAc(second, Store::Year, true, false)) {
-            failure = QStringLiteral("açılamadı");
+            failure = u"açılamadı"_s;
             return;
         }
-        Query q(second, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (2)"));
+        Query q(second, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (2)"_s);
         if (!q.exec())
             failure = q.error(QString()).text;
         else
@@ -450,35 +437,12 @@ void tst_Database::busyFileIsWaitedFor()
     QVERIFY2(written, qPrintable(failure));
 }
 
-void tst_Database::compactingSurvivesLeftovers()
-{
-    testing::TestStore s(Engine::SQLite);
-    QVERIFY(s.openYear());
-    Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"));
-    QVERIFY(q.exec());
-    const QString path = s.db().location(Store::Year, 1);
-    DatabaseKapat(s.db());
-    for (const char *suffix : {"_tmp", "_old"}) {
-        QFile leftover(path + QLatin1String(suffix));
-        QVERIFY(leftover.open(QIODevice::WriteOnly));
-        leftover.write("yarım kalmış sıkıştırma");
-    }
-    s.db().setMaintenance(true);
-    s.db().selectYear(1);
-    QVERIFY(DatabaseAc(s.db(), Store::Year, false, false));
-    QVERIFY(QFile::exists(path + QStringLiteral("_old")));
-    QVERIFY(!QFile::exists(path + QStringLiteral("_tmp")));
-    Query back(s.db(), QStringLiteral("SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"));
-    QVERIFY(back.exec() && back.next());
-    QCOMPARE(back.text(0), QStringLiteral("Ömer"));
-}
-
 namespace {
 
 QString firstName(Database &db)
 {
-    Query q(db, QStringLiteral("SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"));
-    return q.exec() && q.next() ? q.text(0) : QStringLiteral("<yok>");
+    Query q(db, u"SELECT Ogr_Adi FROM Ogrenci ORDER BY Ogr_Adi"_s);
+    return q.exec() && q.next() ? q.text(0) : u"<yok>"_s;
 }
 
 } // namespace
@@ -486,13 +450,16 @@ QString firstName(Database &db)
 void tst_Database::anInterruptedCompactionLosesNoYear_data()
 {
     // Where the kill came: the store renamed away with the copy beside it; the copy half
-    // written; both renames done.
+    // written; both renames done. Last, leftovers of an older kill beside a whole store, met
+    // by a maintenance opening that compacts: the stray "_old" is not taken for the store.
     QTest::addColumn<bool>("storeRenamed");
     QTest::addColumn<bool>("copyLeft");
     QTest::addColumn<bool>("copyTookItsPlace");
-    QTest::addRow("ilk-ad-degisikliginden-sonra") << true << true << false;
-    QTest::addRow("kopya-yarim") << false << true << false;
-    QTest::addRow("iki-ad-degisikligi-bitti") << true << false << true;
+    QTest::addColumn<bool>("strayOld");
+    QTest::addRow("ilk-ad-degisikliginden-sonra") << true << true << false << false;
+    QTest::addRow("kopya-yarim") << false << true << false << false;
+    QTest::addRow("iki-ad-degisikligi-bitti") << true << false << true << false;
+    QTest::addRow("bakimda-artiklar") << false << true << false << true;
 }
 
 void tst_Database::anInterruptedCompactionLosesNoYear()
@@ -500,29 +467,36 @@ void tst_Database::anInterruptedCompactionLosesNoYear()
     QFETCH(bool, storeRenamed);
     QFETCH(bool, copyLeft);
     QFETCH(bool, copyTookItsPlace);
+    QFETCH(bool, strayOld);
     testing::TestStore s(Engine::SQLite);
     QVERIFY(s.openYear());
-    Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"));
+    Query q(s.db(), u"INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"_s);
     QVERIFY(q.exec());
     const QString path = s.db().location(Store::Year, 1);
     DatabaseKapat(s.db());
     if (storeRenamed)
-        QVERIFY(QFile::rename(path, path + QStringLiteral("_old")));
+        QVERIFY(QFile::rename(path, path + u"_old"_s));
     if (copyTookItsPlace)
-        QVERIFY(QFile::copy(path + QStringLiteral("_old"), path));
+        QVERIFY(QFile::copy(path + u"_old"_s, path));
     if (copyLeft) {
-        QFile half(path + QStringLiteral("_tmp"));
+        QFile half(path + u"_tmp"_s);
         QVERIFY(half.open(QIODevice::WriteOnly));
         half.write("SQLite format 3\0 yarım");
+    }
+    if (strayOld) {
+        QFile old(path + u"_old"_s);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("yarım kalmış sıkıştırma");
+        s.db().setMaintenance(true);
     }
     QVERIFY(!s.db().exists(Store::Year, 1) || !storeRenamed || copyTookItsPlace);
 
     s.db().selectYear(1);
     QVERIFY(DatabaseAc(s.db(), Store::Year, true, false));
     QVERIFY(s.db().exists(Store::Year, 1));
-    QCOMPARE(firstName(s.db()), QStringLiteral("Ömer"));
-    QVERIFY(!QFile::exists(path + QStringLiteral("_tmp")));
-    QCOMPARE(QFile::exists(path + QStringLiteral("_old")), copyTookItsPlace);
+    QCOMPARE(firstName(s.db()), u"Ömer"_s);
+    QVERIFY(!QFile::exists(path + u"_tmp"_s));
+    QCOMPARE(QFile::exists(path + u"_old"_s), copyTookItsPlace || strayOld);
 }
 
 void tst_Database::aKilledCompactionLosesNoYear()
@@ -531,21 +505,20 @@ void tst_Database::aKilledCompactionLosesNoYear()
     // Yap"), killed at random moments: the year is there afterwards, whole, every time.
     testing::TestStore s(Engine::SQLite);
     QVERIFY(s.openYear());
-    Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"));
+    Query q(s.db(), u"INSERT INTO Ogrenci (Ogr_Adi) VALUES ('Ömer')"_s);
     QVERIFY(q.exec());
     const QString folder = s.settings().dataFolder;
     DatabaseKapat(s.db());
     for (int round = 0; round < 12; ++round) {
         QProcess child;
-        child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--compact-child"), folder});
+        child.start(QCoreApplication::applicationFilePath(), {u"--compact-child"_s, folder});
         QVERIFY(child.waitForStarted());
         QTest::qWait(int(QRandomGenerator::global()->bounded(50, 400)));
         child.kill();
         child.waitForFinished();
         s.db().selectYear(1);
         QVERIFY2(DatabaseAc(s.db(), Store::Year, true, false), qPrintable(QString::number(round)));
-        QCOMPARE(firstName(s.db()), QStringLiteral("Ömer"));
+        QCOMPARE(firstName(s.db()), u"Ömer"_s);
         DatabaseKapat(s.db());
     }
 }
@@ -556,8 +529,8 @@ void tst_Database::straySuperJournalsGoWhenNoJournalNamesThem()
     QVERIFY(s.openYear());
     DatabaseKapat(s.db());
     const QDir folder(s.settings().dataFolder);
-    const QString stray = folder.filePath(QStringLiteral("Sabit.db-mj1A2B3C4D"));
-    const QString journal = folder.filePath(QStringLiteral("Baska.db-journal"));
+    const QString stray = folder.filePath(u"Sabit.db-mj1A2B3C4D"_s);
+    const QString journal = folder.filePath(u"Baska.db-journal"_s);
     for (const QString &f : {stray, journal}) {
         QFile file(f);
         QVERIFY(file.open(QIODevice::WriteOnly));

@@ -17,6 +17,8 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace store;
 
 namespace {
@@ -28,7 +30,7 @@ const char *const s_childFlag = "--istasyon";
 int workstation(const QString &engine, const QString &where)
 {
     ConnectionSettings settings;
-    if (engine == QLatin1String("postgres")) {
+    if (engine == "postgres"_L1) {
         const std::optional<ConnectionSettings> s = ConnectionSettings::fromConnInfo(where);
         if (!s) {
             return 2;
@@ -39,7 +41,7 @@ int workstation(const QString &engine, const QString &where)
     }
     QStringList shown;
     setMessageHandler([&shown](MessageKind, const QString &title, const QString &text) {
-        shown << title + QStringLiteral(": ") + text;
+        shown << title + u": "_s + text;
     });
     Database db(settings);
     std::fputs("hazir\n", stdout);
@@ -68,14 +70,14 @@ QStringList yearContents(Database &db)
     }
     for (const QString &t : c->tableNames()) {
         for (const ColumnInfo &col : c->columns(t)) {
-            out << t.toLower() + QLatin1Char('.') + col.name.toLower();
+            out << t.toLower() + u'.' + col.name.toLower();
         }
     }
     out.sort();
-    out << QStringLiteral("Serbest İndirim x%1")
-               .arg(testing::scalar(db, QStringLiteral("SELECT count(*) FROM IskontoTanim WHERE "
-                                                       "IskontoAciklama = 'Serbest İndirim'"))
-                        .toInt());
+    out << u"Serbest İndirim x%1"_s.arg(testing::scalar(db,
+                                                        u"SELECT count(*) FROM IskontoTanim WHERE "
+                                                        "IskontoAciklama = 'Serbest İndirim'"_s)
+                                            .toInt());
     return out;
 }
 
@@ -102,7 +104,7 @@ void tst_SharedOpening::firstStartsAtOnceAllSucceed()
         }
         QVERIFY(s.openYear());
         alone = yearContents(s.db());
-        QVERIFY(alone.last().endsWith(QLatin1String("x1")));
+        QVERIFY(alone.last().endsWith("x1"_L1));
     }
     for (int round = 0; round < 6; ++round) {
         testing::TestStore s(static_cast<Engine>(engine));
@@ -112,12 +114,10 @@ void tst_SharedOpening::firstStartsAtOnceAllSucceed()
             where = s.settings().dataFolder;
         } else {
             const ConnectionSettings &c = s.settings();
-            where = QStringLiteral("host=%1 port=%2 dbname=%3 user=%4")
-                        .arg(c.host)
-                        .arg(c.port)
-                        .arg(c.database, c.user);
+            where = u"host=%1 port=%2 dbname=%3 user=%4"_s.arg(c.host).arg(c.port).arg(c.database,
+                                                                                       c.user);
             if (!c.password.isEmpty()) {
-                where += QStringLiteral(" password=") + c.password;
+                where += u" password="_s + c.password;
             }
         }
         std::vector<std::unique_ptr<QProcess>> children;
@@ -153,7 +153,7 @@ void tst_SharedOpening::firstStartsAtOnceAllSucceed()
             }
         }
         QVERIFY2(failures.isEmpty(),
-                 qPrintable(QStringLiteral("round %1: %2").arg(round).arg(failures.join('\n'))));
+                 qPrintable(u"round %1: %2"_s.arg(round).arg(failures.join('\n'))));
 
         // The store is what one workstation alone would have made.
         QVERIFY(s.openYear());

@@ -9,6 +9,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 using namespace store;
 
 namespace {
@@ -54,13 +56,12 @@ int runBy(Database &db, Path path, const QString &sqlText)
 QStringList contents(Database &db)
 {
     QStringList out;
-    Query rows(db,
-               QStringLiteral("SELECT Ogr_Numarasi, Ogr_Adi FROM Ogrenci ORDER BY Ogr_Numarasi"));
+    Query rows(db, u"SELECT Ogr_Numarasi, Ogr_Adi FROM Ogrenci ORDER BY Ogr_Numarasi"_s);
     if (!rows.exec()) {
         return {rows.error(QString()).text};
     }
     while (rows.next()) {
-        out << rows.text(0) + QLatin1Char(' ') + rows.text(1);
+        out << rows.text(0) + u' ' + rows.text(1);
     }
     for (Store store : {Store::Global, Store::Year}) {
         base::Result<Catalog> c = db.dialect().readCatalog(db, store);
@@ -69,11 +70,11 @@ QStringList contents(Database &db)
         }
         for (const QString &t : c->tableNames()) {
             for (const ColumnInfo &col : c->columns(t)) {
-                out << t.toLower() + QLatin1Char('.') + col.name.toLower();
+                out << t.toLower() + u'.' + col.name.toLower();
             }
         }
         for (int i = 1; i <= 3; ++i) {
-            const QString index = QStringLiteral("Ek_Indeks%1").arg(i);
+            const QString index = u"Ek_Indeks%1"_s.arg(i);
             if (c->hasIndex(index)) {
                 out << index;
             }
@@ -84,11 +85,11 @@ QStringList contents(Database &db)
 
 bool addStudents(Database &db)
 {
-    return testing::run(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES "
-                                           "(1, 'Ali'), (2, 'Ayşe'), (3, 'Can')"))
-           && db.exec(QStringLiteral("CREATE TABLE Hazir1 (a INTEGER)")).ok()
-           && db.exec(QStringLiteral("CREATE TABLE Hazir2 (a INTEGER)")).ok()
-           && db.exec(QStringLiteral("CREATE TABLE Hazir3 (a INTEGER)")).ok();
+    return testing::run(db, u"INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES "
+                            "(1, 'Ali'), (2, 'Ayşe'), (3, 'Can')"_s)
+           && db.exec(u"CREATE TABLE Hazir1 (a INTEGER)"_s).ok()
+           && db.exec(u"CREATE TABLE Hazir2 (a INTEGER)"_s).ok()
+           && db.exec(u"CREATE TABLE Hazir3 (a INTEGER)"_s).ok();
 }
 
 } // namespace
@@ -114,8 +115,7 @@ void tst_WriteGuard::everyShapeOfWriteIsRefused_data()
     QTest::addColumn<int>("path");
     QTest::addColumn<QString>("sql"); // %1: the round, so that each round changes something new
     QTest::addColumn<bool>("writes");
-    const QString update = QStringLiteral("UPDATE Ogrenci SET Ogr_Adi = 'Değişti' WHERE "
-                                          "Ogr_Numarasi = %1");
+    const QString update = u"UPDATE Ogrenci SET Ogr_Adi = 'Değişti' WHERE Ogr_Numarasi = %1"_s;
     const struct
     {
         const char *tag;
@@ -124,31 +124,26 @@ void tst_WriteGuard::everyShapeOfWriteIsRefused_data()
         bool writes;
     } shapes[] = {
         {"insert", Path::Query,
-         QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (1%1, 'Yeni')"), true},
+         u"INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (1%1, 'Yeni')"_s, true},
         {"update", Path::Query, update, true},
-        {"delete", Path::Query, QStringLiteral("DELETE FROM Ogrenci WHERE Ogr_Numarasi = %1"),
-         true},
+        {"delete", Path::Query, u"DELETE FROM Ogrenci WHERE Ogr_Numarasi = %1"_s, true},
         {"with-update", Path::Query,
-         QStringLiteral("WITH x AS (SELECT %1 AS n) UPDATE Ogrenci SET Ogr_Adi = 'Değişti' "
-                        "WHERE Ogr_Numarasi IN (SELECT n FROM x)"),
+         u"WITH x AS (SELECT %1 AS n) UPDATE Ogrenci SET Ogr_Adi = 'Değişti' "
+         "WHERE Ogr_Numarasi IN (SELECT n FROM x)"_s,
          true},
-        {"line-comment", Path::Query, QStringLiteral("-- yalnız okunur\n") + update, true},
+        {"line-comment", Path::Query, u"-- yalnız okunur\n"_s + update, true},
         {"block-comment", Path::Query,
-         QStringLiteral("/* okunur */ DELETE FROM Ogrenci WHERE Ogr_Numarasi = %1"), true},
+         u"/* okunur */ DELETE FROM Ogrenci WHERE Ogr_Numarasi = %1"_s, true},
         {"database-exec", Path::Exec, update, true},
         {"try-exec", Path::TryExec, update, true},
         {"raw-query", Path::Raw,
-         QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (1%1, 'Yeni')"), true},
-        {"create-table", Path::Exec, QStringLiteral("CREATE TABLE Deneme%1 (a INTEGER)"), true},
-        {"drop-table", Path::Raw, QStringLiteral("DROP TABLE Hazir%1"), true},
-        {"alter-table", Path::Exec, QStringLiteral("ALTER TABLE Ogrenci ADD COLUMN Ek%1 INTEGER"),
-         true},
-        {"create-index", Path::TryExec, QStringLiteral("CREATE INDEX Ek_Indeks%1 ON Hazir1 (a)"),
-         true},
-        {"select", Path::Query,
-         QStringLiteral("SELECT count(*) FROM Ogrenci WHERE Ogr_Numarasi = %1"), false},
-        {"select-raw", Path::Raw,
-         QStringLiteral("SELECT Ogr_Adi FROM Ogrenci WHERE Ogr_Numarasi = %1"), false},
+         u"INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi) VALUES (1%1, 'Yeni')"_s, true},
+        {"create-table", Path::Exec, u"CREATE TABLE Deneme%1 (a INTEGER)"_s, true},
+        {"drop-table", Path::Raw, u"DROP TABLE Hazir%1"_s, true},
+        {"alter-table", Path::Exec, u"ALTER TABLE Ogrenci ADD COLUMN Ek%1 INTEGER"_s, true},
+        {"create-index", Path::TryExec, u"CREATE INDEX Ek_Indeks%1 ON Hazir1 (a)"_s, true},
+        {"select", Path::Query, u"SELECT count(*) FROM Ogrenci WHERE Ogr_Numarasi = %1"_s, false},
+        {"select-raw", Path::Raw, u"SELECT Ogr_Adi FROM Ogrenci WHERE Ogr_Numarasi = %1"_s, false},
     };
     for (store::Engine e : testing::engines()) {
         for (const auto &shape : shapes) {
@@ -206,30 +201,27 @@ void tst_WriteGuard::exemptionInsideATransaction()
         // A reading screen's transaction in which the program writes its own row.
         Transaction tx(db);
         QVERIFY(tx);
-        QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 3);
+        QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(), 3);
         {
             const WriteGuardExemption own;
-            QCOMPARE(runBy(db, Path::Query,
-                           QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (4)")),
-                     0);
+            QCOMPARE(runBy(db, Path::Query, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (4)"_s), 0);
         }
-        QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 4);
+        QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(), 4);
         QVERIFY(tx.commit());
     }
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 4);
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(), 4);
     {
         // Begun under an exemption, the transaction writes no more once it has ended.
         std::optional<WriteGuardExemption> own;
         own.emplace();
         Transaction tx(db);
         QVERIFY(tx);
-        QCOMPARE(
-            runBy(db, Path::Exec, QStringLiteral("DELETE FROM Ogrenci WHERE Ogr_Numarasi = 1")), 0);
+        QCOMPARE(runBy(db, Path::Exec, u"DELETE FROM Ogrenci WHERE Ogr_Numarasi = 1"_s), 0);
         own.reset();
-        QCOMPARE(runBy(db, Path::Raw, QStringLiteral("DELETE FROM Ogrenci WHERE Ogr_Numarasi = 2")),
+        QCOMPARE(runBy(db, Path::Raw, u"DELETE FROM Ogrenci WHERE Ogr_Numarasi = 2"_s),
                  YazmaYetkisiYokHatasi);
     }
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 4);
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(), 4);
     QCOMPARE(db.transactionDepth(), 0);
 }
 
@@ -240,17 +232,16 @@ void tst_WriteGuard::statementFollowsTheGuardWhenItRuns()
     QVERIFY(s.openYear());
     QVERIFY(addStudents(db));
     const GuardSays no(false);
-    const auto count = [&db] {
-        return testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt();
-    };
+    const auto count
+        = [&db] { return testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(); };
 
     // Made under the exemption, or before it while the guard said no: each runs under the
     // exemption, with its values, and neither runs after it.
     std::optional<Query> madeInside;
-    Query madeBefore(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"));
+    Query madeBefore(db, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"_s);
     {
         const WriteGuardExemption own;
-        madeInside.emplace(db, QStringLiteral("INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"));
+        madeInside.emplace(db, u"INSERT INTO Ogrenci (Ogr_Numarasi) VALUES (?)"_s);
         madeInside->bind(4);
         QVERIFY(madeInside->exec());
         madeBefore.bind(5);
@@ -265,7 +256,7 @@ void tst_WriteGuard::statementFollowsTheGuardWhenItRuns()
     QCOMPARE(count(), 5);
 
     // A statement the store cannot run at all says so, refused or not.
-    Query broken(db, QStringLiteral("INSERT INTO Ogrenci (Yok) VALUES (1)"));
+    Query broken(db, u"INSERT INTO Ogrenci (Yok) VALUES (1)"_s);
     QVERIFY(!broken.exec());
     QCOMPARE(broken.error(QString()).number, 3061);
 }
@@ -277,17 +268,17 @@ void tst_WriteGuard::temporaryTablesStayWritable()
     QVERIFY(s.openYear());
     const GuardSays no(false);
     // PostgreSQL makes no table in a read-only transaction, not even a temporary one.
-    const int create = runBy(db, Path::Exec, QStringLiteral("CREATE TEMP TABLE Liste (a INTEGER)"));
+    const int create = runBy(db, Path::Exec, u"CREATE TEMP TABLE Liste (a INTEGER)"_s);
     if (db.engine() == Engine::PostgreSQL) {
         QCOMPARE(create, YazmaYetkisiYokHatasi);
         const WriteGuardExemption own;
-        QCOMPARE(runBy(db, Path::Exec, QStringLiteral("CREATE TEMP TABLE Liste (a INTEGER)")), 0);
+        QCOMPARE(runBy(db, Path::Exec, u"CREATE TEMP TABLE Liste (a INTEGER)"_s), 0);
     } else {
         QCOMPARE(create, 0);
     }
-    QCOMPARE(runBy(db, Path::Query, QStringLiteral("INSERT INTO Liste (a) VALUES (1), (2)")), 0);
-    QCOMPARE(runBy(db, Path::Raw, QStringLiteral("UPDATE Liste SET a = a + 10")), 0);
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT SUM(a) FROM Liste")).toInt(), 23);
+    QCOMPARE(runBy(db, Path::Query, u"INSERT INTO Liste (a) VALUES (1), (2)"_s), 0);
+    QCOMPARE(runBy(db, Path::Raw, u"UPDATE Liste SET a = a + 10"_s), 0);
+    QCOMPARE(testing::scalar(db, u"SELECT SUM(a) FROM Liste"_s).toInt(), 23);
 }
 
 QTEST_GUILESS_MAIN(tst_WriteGuard)

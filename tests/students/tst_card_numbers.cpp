@@ -19,18 +19,20 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace students;
 
 namespace {
 
-const QString s_card = QStringLiteral("4543 1234 5678 9012");
+const QString s_card = u"4543 1234 5678 9012"_s;
 
 qint64 saveStudent(store::Database &db)
 {
     OgrenciKaydi k;
-    k.ogrenci.insert(QStringLiteral("Ogr_Numarasi"), qint64(5));
-    k.ogrenci.insert(QStringLiteral("Ogr_Adi"), QStringLiteral("Ege"));
-    k.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), QStringLiteral("Şahin"));
+    k.ogrenci.insert(u"Ogr_Numarasi"_s, qint64(5));
+    k.ogrenci.insert(u"Ogr_Adi"_s, u"Ege"_s);
+    k.ogrenci.insert(u"Ogr_Soyadi"_s, u"Şahin"_s);
     k.ogrenci.insert(KartNoAlani, s_card);
     const base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
     return r ? r->kayitId : 0;
@@ -38,7 +40,7 @@ qint64 saveStudent(store::Database &db)
 
 QString stored(store::Database &db, qint64 id)
 {
-    store::Query q(db, QStringLiteral("SELECT Ogr_Veli_KrediKarti FROM Ogrenci WHERE KayitID = ?"));
+    store::Query q(db, u"SELECT Ogr_Veli_KrediKarti FROM Ogrenci WHERE KayitID = ?"_s);
     q.bind(id);
     return q.exec() && q.next() ? q.text(0) : QString();
 }
@@ -54,7 +56,7 @@ private slots:
     void init()
     {
         m_keys = std::make_unique<QTemporaryDir>();
-        qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(QStringLiteral("kart.key")).toLocal8Bit());
+        qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(u"kart.key"_s).toLocal8Bit());
     }
     void keptEncryptedReadInClear_data() { testing::addEngineRows(); }
     void keptEncryptedReadInClear();
@@ -74,38 +76,36 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     // The very first card number goes with a save that fails late and is rolled back: the
     // office's key it brought about must stand in the store all the same, or every number boxed
     // with it in this session would be lost at the next start.
-    const QString siblings = db.table(store::Store::Year, QStringLiteral("OgrenciKardesler"));
-    QVERIFY(
-        db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardeslerYok").arg(siblings)).ok());
+    const QString siblings = db.table(store::Store::Year, u"OgrenciKardesler"_s);
+    QVERIFY(db.exec(u"ALTER TABLE %1 RENAME TO OgrenciKardeslerYok"_s.arg(siblings)).ok());
     OgrenciKaydi failing;
-    failing.ogrenci.insert(QStringLiteral("Ogr_Numarasi"), qint64(4));
-    failing.ogrenci.insert(QStringLiteral("Ogr_Adi"), QStringLiteral("Eda"));
-    failing.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), QStringLiteral("Er"));
+    failing.ogrenci.insert(u"Ogr_Numarasi"_s, qint64(4));
+    failing.ogrenci.insert(u"Ogr_Adi"_s, u"Eda"_s);
+    failing.ogrenci.insert(u"Ogr_Soyadi"_s, u"Er"_s);
     failing.ogrenci.insert(KartNoAlani, s_card);
-    failing.kardesler.append(
-        Kardes{QStringLiteral("Ali"), QStringLiteral("Er"), QString(), QString()});
+    failing.kardesler.append(Kardes{u"Ali"_s, u"Er"_s, QString(), QString()});
     QVERIFY(!OgrenciKaydet(db, failing, false));
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Ogrenci")).toInt(), 0);
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(), 0);
     QVERIFY(QFile::exists(users::KartAnahtariDosyasi()));
-    QVERIFY(db.exec(QStringLiteral("ALTER TABLE %1 RENAME TO OgrenciKardesler")
-                        .arg(db.table(store::Store::Year, QStringLiteral("OgrenciKardeslerYok"))))
+    QVERIFY(db.exec(u"ALTER TABLE %1 RENAME TO OgrenciKardesler"_s.arg(
+                        db.table(store::Store::Year, u"OgrenciKardeslerYok"_s)))
                 .ok());
 
     const qint64 id = saveStudent(db);
     QVERIFY(id > 0);
     const QString atRest = stored(db, id);
     QVERIFY(users::GizliMi(atRest));
-    QVERIFY(!atRest.contains(QStringLiteral("9012")));
+    QVERIFY(!atRest.contains(u"9012"_s));
     QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
     // Each saving draws a new nonce: the same number never reads the same at rest.
     QVERIFY(*users::GizliYaz(db, s_card) != *users::GizliYaz(db, s_card));
     // A number kept before encryption is read as it is; one boxed with another key stays boxed.
-    QCOMPARE(users::GizliOku(db, QStringLiteral("4543")), QStringLiteral("4543"));
+    QCOMPARE(users::GizliOku(db, u"4543"_s), u"4543"_s);
     QString foreign = atRest;
-    foreign[10] = foreign[10] == QLatin1Char('A') ? QLatin1Char('B') : QLatin1Char('A');
+    foreign[10] = foreign[10] == u'A' ? u'B' : u'A';
     QCOMPARE(users::GizliOku(db, foreign), foreign);
-    QCOMPARE(users::KartNoMaskele(foreign), QStringLiteral("•••• •••• •••• ••••"));
-    QCOMPARE(users::KartNoMaskele(s_card), QStringLiteral("•••• •••• •••• 9012"));
+    QCOMPARE(users::KartNoMaskele(foreign), u"•••• •••• •••• ••••"_s);
+    QCOMPARE(users::KartNoMaskele(s_card), u"•••• •••• •••• 9012"_s);
 }
 
 void tst_CardNumbers::maskedForThoseWithoutTheRight()
@@ -117,24 +117,22 @@ void tst_CardNumbers::maskedForThoseWithoutTheRight()
     const qint64 id = saveStudent(db);
     // Rights exist: the secretary may use the student screen, but not see card numbers.
     for (const char *tool : {"popOgrenciBilgileri"}) {
-        store::Query q(
-            db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                               "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"));
-        q.bind(*users::Sifrele(QStringLiteral("sekreter"))).bind(QString::fromLatin1(tool));
+        store::Query q(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"_s);
+        q.bind(*users::Sifrele(u"sekreter"_s)).bind(QString::fromLatin1(tool));
         QVERIFY(q.exec());
     }
-    users::durum().AktifKullanici = QStringLiteral("sekreter");
+    users::durum().AktifKullanici = u"sekreter"_s;
     QVERIFY(!users::KartNoGorebilir(db));
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
-    w.ActBar_Click(QStringLiteral("popOgrenciBilgileri"));
-    auto *screen
-        = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
+    w.ActBar_Click(u"popOgrenciBilgileri"_s);
+    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(u"FrmOgrenci"_s)->widget());
     QVERIFY(screen);
     QVERIFY(screen->OgrenciGoster(id, true));
     auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
     QVERIFY(box);
-    QCOMPARE(box->text(), QStringLiteral("•••• •••• •••• 9012"));
+    QCOMPARE(box->text(), u"•••• •••• •••• 9012"_s);
     QVERIFY(box->isReadOnly());
     // Saving the record keeps the number, not the mask.
     QVERIFY(screen->OgrenciKaydet());
@@ -150,9 +148,9 @@ void tst_CardNumbers::theKeyLivesApartFromTheData()
     QVERIFY(testing::openOffice(db));
     // A key an earlier version kept in the store moves into the file and leaves the store.
     const QByteArray oldKey = QByteArray(32, '\x5a').toHex();
-    QVERIFY(store::IniYaz(db, QStringLiteral("VORTEL"), QStringLiteral("GİZLİ"),
-                          QStringLiteral("KART ANAHTARI"), QString::fromLatin1(oldKey))
-                .ok());
+    QVERIFY(
+        store::IniYaz(db, u"VORTEL"_s, u"GİZLİ"_s, u"KART ANAHTARI"_s, QString::fromLatin1(oldKey))
+            .ok());
     QVERIFY(saveStudent(db) > 0);
     QFile key(users::KartAnahtariDosyasi());
     QVERIFY(key.open(QIODevice::ReadOnly));
@@ -187,23 +185,22 @@ void tst_CardNumbers::withoutTheKeyNumbersStayMaskedAndKept()
     QVERIFY(testing::openOffice(db));
     const qint64 id = saveStudent(db);
     const QString sealed = stored(db, id);
-    qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(QStringLiteral("yok.key")).toLocal8Bit());
+    qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(u"yok.key"_s).toLocal8Bit());
     QVERIFY(!users::KartAnahtariVar(db));
     // No new key is made over numbers sealed with the school's own.
-    QVERIFY(!users::GizliYaz(db, QStringLiteral("1111 2222")).ok());
+    QVERIFY(!users::GizliYaz(db, u"1111 2222"_s).ok());
     QVERIFY(!QFile::exists(users::KartAnahtariDosyasi()));
 
     testing::MessageRecorder messages;
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
-    w.ActBar_Click(QStringLiteral("popOgrenciBilgileri"));
-    auto *screen
-        = qobject_cast<FrmOgrenci *>(w.screenWindow(QStringLiteral("FrmOgrenci"))->widget());
+    w.ActBar_Click(u"popOgrenciBilgileri"_s);
+    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(u"FrmOgrenci"_s)->widget());
     QVERIFY(screen && screen->OgrenciGoster(id, true));
     auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
-    QCOMPARE(box->text(), QStringLiteral("•••• •••• •••• ••••"));
+    QCOMPARE(box->text(), u"•••• •••• •••• ••••"_s);
     QVERIFY(box->isReadOnly());
-    QVERIFY(messages.texts().join(u' ').contains(QStringLiteral("anahtar bu bilgisayarda yok")));
+    QVERIFY(messages.texts().join(u' ').contains(u"anahtar bu bilgisayarda yok"_s));
     // The record saved here keeps the number exactly as it was sealed.
     QVERIFY(screen->OgrenciKaydet());
     QCOMPARE(stored(db, id), sealed);

@@ -17,6 +17,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 using namespace students;
 
 // The student screen and the student record share one list of fields: each field of the list
@@ -46,8 +48,7 @@ void tst_StudentFields::initTestCase()
     m_store = std::make_unique<testing::TestStore>(store::Engine::SQLite);
     store::setDefaultDatabase(&m_store->db());
     users::durum() = users::CalismaDurumu();
-    QVERIFY(testing::openOffice(m_store->db(), QStringLiteral("muhasebe"), QStringLiteral("1"),
-                                QStringLiteral("202511")));
+    QVERIFY(testing::openOffice(m_store->db(), u"muhasebe"_s, u"1"_s, u"202511"_s));
     m_screen = std::make_unique<FrmOgrenci>(m_store->db());
 }
 
@@ -75,8 +76,7 @@ void tst_StudentFields::everyFieldHasOneBoxOfItsKind()
     QFETCH(int, giris);
     // A field the table does not declare could be neither read nor written.
     QVERIFY(store::schema::field(store::Store::Year, tablo, alan));
-    const QStringList &kept
-        = tablo == QLatin1String("Ogrenci") ? OgrenciAlanlari() : NufusAlanlari();
+    const QStringList &kept = tablo == "Ogrenci"_L1 ? OgrenciAlanlari() : NufusAlanlari();
     QVERIFY(kept.contains(alan));
 
     const QList<QWidget *> boxes = m_screen->findChildren<QWidget *>(alan);
@@ -120,7 +120,7 @@ void tst_StudentFields::textBoxesTakeWhatTheirFieldsHold_data()
             continue;
         }
         int size = store::schema::textSize(store::Store::Year, a.tablo, a.ad);
-        if (a.ad == QLatin1String("Ogr_Numarasi")) {
+        if (a.ad == "Ogr_Numarasi"_L1) {
             size = 10; // a whole number up to 2147483647
         } else if (a.ad == KartNoAlani) {
             size = KartNoUzunlugu; // kept encrypted, in a wider field
@@ -148,15 +148,15 @@ void tst_StudentFields::twoTickBoxesShareARow()
     m_screen->show();
     m_screen->resize(1080, 690);
     QApplication::processEvents();
-    auto *muaf = m_screen->findChild<QCheckBox *>(QStringLiteral("Ogr_Muaf"));
-    auto *ayrildi = m_screen->findChild<QCheckBox *>(QStringLiteral("Ogr_Ayrildi"));
-    auto *silme = m_screen->findChild<QWidget *>(QStringLiteral("Ogr_Kayit_Silme_Tarihi"));
+    auto *muaf = m_screen->findChild<QCheckBox *>(u"Ogr_Muaf"_s);
+    auto *ayrildi = m_screen->findChild<QCheckBox *>(u"Ogr_Ayrildi"_s);
+    auto *silme = m_screen->findChild<QWidget *>(u"Ogr_Kayit_Silme_Tarihi"_s);
     QCOMPARE(muaf->y(), ayrildi->y());
     QVERIFY(muaf->x() < ayrildi->x());
     QVERIFY(muaf->y() > silme->y());
     // A tick box alone stands in the column of the boxes, not of the labels.
-    auto *sahibi = m_screen->findChild<QCheckBox *>(QStringLiteral("Ogr_Veli_Isyeri_SahibiMi"));
-    auto *isyeri = m_screen->findChild<QWidget *>(QStringLiteral("Ogr_Veli_Isyeri"));
+    auto *sahibi = m_screen->findChild<QCheckBox *>(u"Ogr_Veli_Isyeri_SahibiMi"_s);
+    auto *isyeri = m_screen->findChild<QWidget *>(u"Ogr_Veli_Isyeri"_s);
     QCOMPARE(sahibi->parentWidget()->mapTo(m_screen.get(), sahibi->pos()).x(),
              isyeri->parentWidget()->mapTo(m_screen.get(), isyeri->pos()).x());
     m_screen->hide();
@@ -169,14 +169,14 @@ void tst_StudentFields::whatTheBoxesHoldIsSavedAndReadBack()
     f.ekraniTemizle();
     // Each box gets a value of its own, which tells the fields apart.
     const QList<OgrenciAlani> &alanlar = OgrenciAlanTablosu();
-    auto text = [](int i, int size) { return QStringLiteral("d%1").arg(i).left(size); };
+    auto text = [](int i, int size) { return u"d%1"_s.arg(i).left(size); };
     for (int i = 0; i < alanlar.size(); ++i) {
         const OgrenciAlani &a = alanlar.at(i);
         QWidget *box = f.findChild<QWidget *>(a.ad);
         switch (a.giris) {
         case Giris::Metin:
-            qobject_cast<QLineEdit *>(box)->setText(
-                a.ad == QLatin1String("Ogr_Numarasi") ? QStringLiteral("4242") : text(i, a.boyut));
+            qobject_cast<QLineEdit *>(box)->setText(a.ad == "Ogr_Numarasi"_L1 ? u"4242"_s
+                                                                              : text(i, a.boyut));
             break;
         case Giris::Tarih:
             static_cast<ui::DateEdit *>(box)->setDate(QDate(2020, 1, 1).addDays(i));
@@ -203,7 +203,7 @@ void tst_StudentFields::whatTheBoxesHoldIsSavedAndReadBack()
     QVERIFY(key > 0);
 
     f.ekraniTemizle();
-    QCOMPARE(f.findChild<QLineEdit *>(QStringLiteral("Ogr_Adi"))->text(), QString());
+    QCOMPARE(f.findChild<QLineEdit *>(u"Ogr_Adi"_s)->text(), QString());
     QVERIFY(f.OgrenciGoster(key, true));
     for (int i = 0; i < alanlar.size(); ++i) {
         const OgrenciAlani &a = alanlar.at(i);
@@ -211,8 +211,7 @@ void tst_StudentFields::whatTheBoxesHoldIsSavedAndReadBack()
         const char *field = qPrintable(a.ad);
         switch (a.giris) {
         case Giris::Metin: {
-            const QString expected
-                = a.ad == QLatin1String("Ogr_Numarasi") ? QStringLiteral("4242") : text(i, a.boyut);
+            const QString expected = a.ad == "Ogr_Numarasi"_L1 ? u"4242"_s : text(i, a.boyut);
             QVERIFY2(qobject_cast<QLineEdit *>(box)->text() == expected, field);
             break;
         }

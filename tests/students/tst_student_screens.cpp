@@ -35,6 +35,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace students;
 using testing::click;
 using testing::typeInto;
@@ -48,18 +50,17 @@ namespace {
 void prepareOffice(store::Database &db)
 {
     users::durum() = users::CalismaDurumu();
-    QVERIFY(testing::openOffice(db, QStringLiteral("muhasebe"), QStringLiteral("1"),
-                                QStringLiteral("202511")));
+    QVERIFY(testing::openOffice(db, u"muhasebe"_s, u"1"_s, u"202511"_s));
 }
 
 qint64 addStudent(store::Database &db, qint64 no, const QString &ad, const QString &soyad,
                   const QString &sinif)
 {
     OgrenciKaydi k;
-    k.ogrenci.insert(QStringLiteral("Ogr_Numarasi"), no);
-    k.ogrenci.insert(QStringLiteral("Ogr_Adi"), ad);
-    k.ogrenci.insert(QStringLiteral("Ogr_Soyadi"), soyad);
-    k.ogrenci.insert(QStringLiteral("Ogr_Sinif"), sinif);
+    k.ogrenci.insert(u"Ogr_Numarasi"_s, no);
+    k.ogrenci.insert(u"Ogr_Adi"_s, ad);
+    k.ogrenci.insert(u"Ogr_Soyadi"_s, soyad);
+    k.ogrenci.insert(u"Ogr_Sinif"_s, sinif);
     base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
     return r ? r->kayitId : 0;
 }
@@ -107,7 +108,7 @@ QString text(QWidget *screen, const QString &name)
     if (auto *c = screen->findChild<QComboBox *>(name)) {
         return c->currentText();
     }
-    return QStringLiteral("<yok>");
+    return u"<yok>"_s;
 }
 
 } // namespace
@@ -128,164 +129,144 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
     prepareOffice(db);
-    QVERIFY(addStudent(db, 100, QStringLiteral("Eski"), QStringLiteral("Öğrenci"),
-                       QStringLiteral("10-A")));
+    QVERIFY(addStudent(db, 100, u"Eski"_s, u"Öğrenci"_s, u"10-A"_s));
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.show();
     testing::MessageRecorder messages;
 
     // ---- quick entry of 9-A
-    auto *quick = openScreen<FrmHizliOgrenciKayit>(w, QStringLiteral("popHizliOgrenciGirisi"),
-                                                   QStringLiteral("FrmHizliOgrenciKayit"));
+    auto *quick = openScreen<FrmHizliOgrenciKayit>(w, u"popHizliOgrenciGirisi"_s,
+                                                   u"FrmHizliOgrenciKayit"_s);
     QVERIFY(quick);
     ui::Grid *grid = quick->grid();
     typeRow(grid, 0,
-            {QStringLiteral("201"), QStringLiteral("Bora"), QStringLiteral("Kurt"),
-             QStringLiteral("9-A"), QStringLiteral("ERKEK"), QStringLiteral("Fen"),
-             QStringLiteral("İngilizce")});
+            {u"201"_s, u"Bora"_s, u"Kurt"_s, u"9-A"_s, u"ERKEK"_s, u"Fen"_s, u"İngilizce"_s});
     // The next row takes class, sex, department and language from the one above.
-    typeRow(grid, 1, {QStringLiteral("202"), QStringLiteral("Burcu"), QStringLiteral("Kurt")});
-    QCOMPARE(grid->text(1, FrmHizliOgrenciKayit::Sinif), QStringLiteral("9-A"));
-    QCOMPARE(grid->text(1, FrmHizliOgrenciKayit::Dil), QStringLiteral("İngilizce"));
-    testing::typeCell(grid, 1, FrmHizliOgrenciKayit::Cinsiyet, QStringLiteral("KIZ"));
+    typeRow(grid, 1, {u"202"_s, u"Burcu"_s, u"Kurt"_s});
+    QCOMPARE(grid->text(1, FrmHizliOgrenciKayit::Sinif), u"9-A"_s);
+    QCOMPARE(grid->text(1, FrmHizliOgrenciKayit::Dil), u"İngilizce"_s);
+    testing::typeCell(grid, 1, FrmHizliOgrenciKayit::Cinsiyet, u"KIZ"_s);
     // A number that a student has already is refused when its cell is left.
-    testing::typeCell(grid, 2, FrmHizliOgrenciKayit::No, QStringLiteral("100"));
-    QCOMPARE(messages.texts().value(0),
-             QStringLiteral("100 öğrenci numarasında kayıtlı öğrenci var."));
-    QCOMPARE(messages.titles().value(0), QStringLiteral("UYARI"));
+    testing::typeCell(grid, 2, FrmHizliOgrenciKayit::No, u"100"_s);
+    QCOMPARE(messages.texts().value(0), u"100 öğrenci numarasında kayıtlı öğrenci var."_s);
+    QCOMPARE(messages.titles().value(0), u"UYARI"_s);
     QCOMPARE(grid->text(2, FrmHizliOgrenciKayit::No), QString());
     // Not a number the store can keep.
     messages.clear();
-    testing::typeCell(grid, 2, FrmHizliOgrenciKayit::No, QStringLiteral("-5"));
-    QCOMPARE(messages.texts().value(0), QStringLiteral("\"-5\" geçerli bir öğrenci numarası değil. "
-                                                       "Öğrenci No olarak yalnız rakam giriniz."));
+    testing::typeCell(grid, 2, FrmHizliOgrenciKayit::No, u"-5"_s);
+    QCOMPARE(messages.texts().value(0), u"\"-5\" geçerli bir öğrenci numarası değil. "
+                                        "Öğrenci No olarak yalnız rakam giriniz."_s);
     QCOMPARE(grid->text(2, FrmHizliOgrenciKayit::No), QString());
-    typeRow(grid, 2, {QStringLiteral("203"), QStringLiteral("Çağla"), QStringLiteral("D'Souza")});
+    typeRow(grid, 2, {u"203"_s, u"Çağla"_s, u"D'Souza"_s});
     // A row without a surname waits in the grid.
-    typeRow(grid, 3, {QStringLiteral("204"), QStringLiteral("Deniz")});
-    testing::screenshot(quick, QStringLiteral("hizli-ogrenci-girisi"));
+    typeRow(grid, 3, {u"204"_s, u"Deniz"_s});
+    testing::screenshot(quick, u"hizli-ogrenci-girisi"_s);
     messages.clear();
-    click(quick, QStringLiteral("cmdKaydet"));
+    click(quick, u"cmdKaydet"_s);
     QCOMPARE(messages.texts(), QStringList());
-    QCOMPARE(
-        scalar(db, QStringLiteral("SELECT COUNT(*) FROM Ogrenci WHERE Ogr_Sinif = '9-A'")).toInt(),
-        3);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT Ogr_Soyadi FROM Ogrenci WHERE Ogr_Numarasi = 203"))
+    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE Ogr_Sinif = '9-A'"_s).toInt(), 3);
+    QCOMPARE(scalar(db, u"SELECT Ogr_Soyadi FROM Ogrenci WHERE Ogr_Numarasi = 203"_s).toString(),
+             u"D'Souza"_s);
+    QCOMPARE(scalar(db, u"SELECT N.Ogr_Nufus_Cinsiyet FROM OgrenciNufus N JOIN Ogrenci O "
+                        "ON O.KayitID = N.KayitID WHERE O.Ogr_Numarasi = 202"_s)
                  .toString(),
-             QStringLiteral("D'Souza"));
-    QCOMPARE(
-        scalar(db, QStringLiteral("SELECT N.Ogr_Nufus_Cinsiyet FROM OgrenciNufus N JOIN Ogrenci O "
-                                  "ON O.KayitID = N.KayitID WHERE O.Ogr_Numarasi = 202"))
-            .toString(),
-        QStringLiteral("KIZ"));
-    QCOMPARE(text(quick, QStringLiteral("lblDurum")), QStringLiteral("3 öğrenci kaydedildi."));
-    QCOMPARE(grid->text(0, FrmHizliOgrenciKayit::Ad), QStringLiteral("Deniz"));
-    QVERIFY(!quick->findChild<QProgressBar *>(QStringLiteral("PicProgress"))->isVisible());
+             u"KIZ"_s);
+    QCOMPARE(text(quick, u"lblDurum"_s), u"3 öğrenci kaydedildi."_s);
+    QCOMPARE(grid->text(0, FrmHizliOgrenciKayit::Ad), u"Deniz"_s);
+    QVERIFY(!quick->findChild<QProgressBar *>(u"PicProgress"_s)->isVisible());
     quick->setDirty(false);
     w.mdiArea()->closeAllSubWindows();
 
     // ---- Burcu's record, completed
     const qint64 burcu
-        = scalar(db, QStringLiteral("SELECT KayitID FROM Ogrenci WHERE Ogr_Numarasi = 202"))
-              .toLongLong();
-    store::Query acc(
-        db,
-        QStringLiteral("INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, AidatID, "
-                       "AidatTanim) VALUES (?, 1, 0, 0, 1, 'Öğrenim Ücreti') RETURNING KayitID"));
+        = scalar(db, u"SELECT KayitID FROM Ogrenci WHERE Ogr_Numarasi = 202"_s).toLongLong();
+    store::Query acc(db,
+                     u"INSERT INTO OgrenciAidatTanim (OgrKayitID, Sira, Borc, Kalan, AidatID, "
+                     "AidatTanim) VALUES (?, 1, 0, 0, 1, 'Öğrenim Ücreti') RETURNING KayitID"_s);
     acc.bind(burcu);
     QVERIFY(acc.exec() && acc.next());
     const qint64 account = acc.integer(0);
     acc.finish();
     for (int m = 0; m < 4; ++m) {
-        store::Query d(
-            db,
-            QStringLiteral("INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, Odenecek) "
-                           "VALUES (?, ?, ?, ?)"));
+        store::Query d(db, u"INSERT INTO OgrenciAidatDetay (KayitID, Sira, OdemeTarihi, Odenecek) "
+                           "VALUES (?, ?, ?, ?)"_s);
         d.bind(account).bind(m + 1).bind(QDate(2025, 9 + m, 5)).bind(base::Para::fromUnits(12500));
         QVERIFY(d.exec());
     }
-    store::Query p(
-        db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen) "
-                           "VALUES (?, 1, ?, ?)"));
+    store::Query p(db, u"INSERT INTO OgrenciAidatOdeme (KayitID, Sira, OdemeTarihi, Odenen) "
+                       "VALUES (?, 1, ?, ?)"_s);
     p.bind(account).bind(QDate(2025, 9, 5)).bind(base::Para::fromRaw(125005000));
     QVERIFY(p.exec());
 
-    auto *screen = openScreen<FrmOgrenci>(w, QStringLiteral("btnOgrenciBilgileri"),
-                                          QStringLiteral("FrmOgrenci"));
+    auto *screen = openScreen<FrmOgrenci>(w, u"btnOgrenciBilgileri"_s, u"FrmOgrenci"_s);
     QVERIFY(screen);
-    QVERIFY(!screen->findChild<QPushButton *>(QStringLiteral("cmdKaydet"))->isEnabled());
-    typeInto(screen, QStringLiteral("Ogr_Numarasi"), QStringLiteral("202"));
-    QTest::keyClick(screen->findChild<QLineEdit *>(QStringLiteral("Ogr_Numarasi")), Qt::Key_Return);
+    QVERIFY(!screen->findChild<QPushButton *>(u"cmdKaydet"_s)->isEnabled());
+    typeInto(screen, u"Ogr_Numarasi"_s, u"202"_s);
+    QTest::keyClick(screen->findChild<QLineEdit *>(u"Ogr_Numarasi"_s), Qt::Key_Return);
     QCOMPARE(screen->kayitId(), burcu);
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QStringLiteral("Burcu"));
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Sinif")), QStringLiteral("9-A"));
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Nufus_Cinsiyet")), QStringLiteral("KIZ"));
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), u"Burcu"_s);
+    QCOMPARE(text(screen, u"Ogr_Sinif"_s), u"9-A"_s);
+    QCOMPARE(text(screen, u"Ogr_Nufus_Cinsiyet"_s), u"KIZ"_s);
     QCOMPARE(
-        scalar(db,
-               QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"),
-               {burcu})
+        scalar(db, u"SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
             .toString(),
-        QStringLiteral("muhasebe"));
+        u"muhasebe"_s);
     // The totals: 4 x 12.500,00 owed, 12.500,50 paid; due by the end of November: 3 x 12.500,00.
-    QCOMPARE(text(screen, QStringLiteral("lblToplamBorc")), QStringLiteral("50.000,00"));
-    QCOMPARE(text(screen, QStringLiteral("lblToplamOdenen")), QStringLiteral("12.500,50"));
-    QCOMPARE(text(screen, QStringLiteral("lblKalan")), QStringLiteral("37.499,50"));
-    QCOMPARE(text(screen, QStringLiteral("lblBuAyToplam")), QStringLiteral("24.999,50"));
-    testing::screenshot(screen, QStringLiteral("ogrenci-aylik-borc"));
+    QCOMPARE(text(screen, u"lblToplamBorc"_s), u"50.000,00"_s);
+    QCOMPARE(text(screen, u"lblToplamOdenen"_s), u"12.500,50"_s);
+    QCOMPARE(text(screen, u"lblKalan"_s), u"37.499,50"_s);
+    QCOMPARE(text(screen, u"lblBuAyToplam"_s), u"24.999,50"_s);
+    testing::screenshot(screen, u"ogrenci-aylik-borc"_s);
 
-    tab(screen, QStringLiteral("&Veli Bilgileri"));
-    typeInto(screen, QStringLiteral("Ogr_Veli_Adi"), QStringLiteral("Hülya"));
-    typeInto(screen, QStringLiteral("Ogr_Veli_Soyadi"), QStringLiteral("Kurt"));
-    typeInto(screen, QStringLiteral("Ogr_Veli_Yakinlik"), QStringLiteral("ANNESİ"));
-    typeInto(screen, QStringLiteral("Ogr_Veli_Maas"), QStringLiteral("42.750,25"));
-    typeInto(screen, QStringLiteral("Ogr_Veli_Ev_Adresi"), QString(200, u'ş'));
-    testing::screenshot(screen, QStringLiteral("ogrenci-veli"));
-    tab(screen, QStringLiteral("Ana Baba"));
-    typeInto(screen, QStringLiteral("Ogr_Ana_Adi"), QStringLiteral("Hülya"));
-    typeInto(screen, QStringLiteral("Ogr_Baba_Adi"), QStringLiteral("Kemal"));
-    typeInto(screen, QStringLiteral("Ogr_Baba_Is_Adresi"), QStringLiteral("Alsancak, İzmir"));
-    testing::screenshot(screen, QStringLiteral("ogrenci-ana-baba"));
-    tab(screen, QStringLiteral(" &Nüfus Bilgileri"));
-    typeInto(screen, QStringLiteral("Ogr_MernisNo"), QStringLiteral("12345678901"));
-    typeInto(screen, QStringLiteral("Ogr_Nufus_Dogum_Tarih"), QStringLiteral("01022010"));
-    auto *kan = screen->findChild<QComboBox *>(QStringLiteral("Ogr_Nufus_Kan_grubu"));
-    kan->setCurrentIndex(kan->findText(QStringLiteral("0 (RH-)")));
+    tab(screen, u"&Veli Bilgileri"_s);
+    typeInto(screen, u"Ogr_Veli_Adi"_s, u"Hülya"_s);
+    typeInto(screen, u"Ogr_Veli_Soyadi"_s, u"Kurt"_s);
+    typeInto(screen, u"Ogr_Veli_Yakinlik"_s, u"ANNESİ"_s);
+    typeInto(screen, u"Ogr_Veli_Maas"_s, u"42.750,25"_s);
+    typeInto(screen, u"Ogr_Veli_Ev_Adresi"_s, QString(200, u'ş'));
+    testing::screenshot(screen, u"ogrenci-veli"_s);
+    tab(screen, u"Ana Baba"_s);
+    typeInto(screen, u"Ogr_Ana_Adi"_s, u"Hülya"_s);
+    typeInto(screen, u"Ogr_Baba_Adi"_s, u"Kemal"_s);
+    typeInto(screen, u"Ogr_Baba_Is_Adresi"_s, u"Alsancak, İzmir"_s);
+    testing::screenshot(screen, u"ogrenci-ana-baba"_s);
+    tab(screen, u" &Nüfus Bilgileri"_s);
+    typeInto(screen, u"Ogr_MernisNo"_s, u"12345678901"_s);
+    typeInto(screen, u"Ogr_Nufus_Dogum_Tarih"_s, u"01022010"_s);
+    auto *kan = screen->findChild<QComboBox *>(u"Ogr_Nufus_Kan_grubu"_s);
+    kan->setCurrentIndex(kan->findText(u"0 (RH-)"_s));
     emit kan->activated(kan->currentIndex());
-    testing::screenshot(screen, QStringLiteral("ogrenci-nufus"));
+    testing::screenshot(screen, u"ogrenci-nufus"_s);
 
     // An impossible date stops the save with a message; nothing is written.
-    typeInto(screen, QStringLiteral("Ogr_Kayit_Tarihi"), QStringLiteral("31022025"));
+    typeInto(screen, u"Ogr_Kayit_Tarihi"_s, u"31022025"_s);
     messages.clear();
-    click(screen, QStringLiteral("cmdKaydet"));
+    click(screen, u"cmdKaydet"_s);
     QVERIFY(messages.texts().value(0).startsWith(
-        QStringLiteral("Kayıt Tarihi alanına yazılan \"31.02.2025\" geçerli bir tarih değil.")));
-    QVERIFY(
-        scalar(db, QStringLiteral("SELECT Ogr_Veli_Adi FROM Ogrenci WHERE KayitID = ?"), {burcu})
-            .isNull());
-    typeInto(screen, QStringLiteral("Ogr_Kayit_Tarihi"), QStringLiteral("08092025"));
+        u"Kayıt Tarihi alanına yazılan \"31.02.2025\" geçerli bir tarih değil."_s));
+    QVERIFY(scalar(db, u"SELECT Ogr_Veli_Adi FROM Ogrenci WHERE KayitID = ?"_s, {burcu}).isNull());
+    typeInto(screen, u"Ogr_Kayit_Tarihi"_s, u"08092025"_s);
 
     // Siblings: the count follows the rows.
-    tab(screen, QStringLiteral(" Kardeş Bilgileri"));
-    click(screen, QStringLiteral("cmdKardesEkle"));
-    auto *kardesler = screen->findChild<ui::Grid *>(QStringLiteral("grdKardesler"));
-    typeRow(kardesler, 0,
-            {QStringLiteral("Bora"), QStringLiteral("Kurt"), QString(), QStringLiteral("9-A")});
-    click(screen, QStringLiteral("cmdKardesEkle"));
-    click(screen, QStringLiteral("cmdKardesEkle")); // an empty last row is not doubled
+    tab(screen, u" Kardeş Bilgileri"_s);
+    click(screen, u"cmdKardesEkle"_s);
+    auto *kardesler = screen->findChild<ui::Grid *>(u"grdKardesler"_s);
+    typeRow(kardesler, 0, {u"Bora"_s, u"Kurt"_s, QString(), u"9-A"_s});
+    click(screen, u"cmdKardesEkle"_s);
+    click(screen, u"cmdKardesEkle"_s); // an empty last row is not doubled
     QCOMPARE(kardesler->rowCount(), 2);
-    typeRow(kardesler, 1,
-            {QStringLiteral("Ela"), QStringLiteral("Kurt"), QStringLiteral("Ege İlkokulu")});
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Okulda_Okuyan_Kardes_Say")), QStringLiteral("2"));
-    testing::screenshot(screen, QStringLiteral("ogrenci-kardes"));
-    tab(screen, QStringLiteral("Özel &Bilgiler"));
-    auto *ozel = screen->findChild<QPlainTextEdit *>(QStringLiteral("OzelBilgi"));
+    typeRow(kardesler, 1, {u"Ela"_s, u"Kurt"_s, u"Ege İlkokulu"_s});
+    QCOMPARE(text(screen, u"Ogr_Okulda_Okuyan_Kardes_Say"_s), u"2"_s);
+    testing::screenshot(screen, u"ogrenci-kardes"_s);
+    tab(screen, u"Özel &Bilgiler"_s);
+    auto *ozel = screen->findChild<QPlainTextEdit *>(u"OzelBilgi"_s);
     ozel->setFocus();
-    testing::typeText(ozel, QStringLiteral("Astım; spor dersinde dikkat."));
+    testing::typeText(ozel, u"Astım; spor dersinde dikkat."_s);
 
     // The photograph, chosen from a file.
     QTemporaryDir pictures;
-    const QString file = pictures.filePath(QStringLiteral("burcu.png"));
+    const QString file = pictures.filePath(u"burcu.png"_s);
     QImage picture(900, 1200, QImage::Format_RGB32);
     picture.fill(QColor(40, 120, 200));
     QVERIFY(picture.save(file));
@@ -294,63 +275,53 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
         auto *dialog = qobject_cast<QFileDialog *>(d);
         QVERIFY(dialog);
         // The operator types the file's full name and presses Enter.
-        typeInto(d, QStringLiteral("fileNameEdit"), file);
-        QTest::keyClick(d->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
+        typeInto(d, u"fileNameEdit"_s, file);
+        QTest::keyClick(d->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
     });
-    click(screen, QStringLiteral("cmdFotografAl"));
+    click(screen, u"cmdFotografAl"_s);
     QTRY_COMPARE(driver.remaining(), 0);
     QTRY_VERIFY(!screen->resim().isEmpty());
     // Not in the store before the save.
-    QCOMPARE(scalar(db, QStringLiteral("SELECT COUNT(*) FROM OgrenciFotograf")).toInt(), 0);
-    tab(screen, QStringLiteral("&Aylık Borç"));
-    testing::screenshot(screen, QStringLiteral("ogrenci-ana"));
+    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM OgrenciFotograf"_s).toInt(), 0);
+    tab(screen, u"&Aylık Borç"_s);
+    testing::screenshot(screen, u"ogrenci-ana"_s);
 
     messages.clear();
-    click(screen, QStringLiteral("cmdKaydet"));
+    click(screen, u"cmdKaydet"_s);
     QCOMPARE(messages.texts(), QStringList());
     QVERIFY(!screen->isDirty());
     QCOMPARE(
-        scalar(db, QStringLiteral("SELECT Ogr_Veli_Adi FROM Ogrenci WHERE KayitID = ?"), {burcu})
-            .toString(),
-        QStringLiteral("Hülya"));
+        scalar(db, u"SELECT Ogr_Veli_Adi FROM Ogrenci WHERE KayitID = ?"_s, {burcu}).toString(),
+        u"Hülya"_s);
     QCOMPARE(
-        scalar(db, QStringLiteral("SELECT Ogr_Veli_Maas FROM Ogrenci WHERE KayitID = ?"), {burcu})
-            .toLongLong(),
+        scalar(db, u"SELECT Ogr_Veli_Maas FROM Ogrenci WHERE KayitID = ?"_s, {burcu}).toLongLong(),
         427502500);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT Ogr_Veli_Ev_Adresi FROM Ogrenci WHERE KayitID = ?"),
-                    {burcu})
+    QCOMPARE(scalar(db, u"SELECT Ogr_Veli_Ev_Adresi FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
                  .toString()
                  .size(),
              150);
     QCOMPARE(
-        scalar(db,
-               QStringLiteral("SELECT Ogr_Okulda_Okuyan_Kardes_Say FROM Ogrenci WHERE KayitID = ?"),
-               {burcu})
+        scalar(db, u"SELECT Ogr_Okulda_Okuyan_Kardes_Say FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
             .toInt(),
         2);
     QCOMPARE(
-        scalar(db, QStringLiteral("SELECT Ogr_Nufus_Kan_grubu FROM OgrenciNufus WHERE KayitID = ?"),
-               {burcu})
+        scalar(db, u"SELECT Ogr_Nufus_Kan_grubu FROM OgrenciNufus WHERE KayitID = ?"_s, {burcu})
             .toString(),
-        QStringLiteral("0 (RH-)"));
-    QCOMPARE(store::fromStoredDate(
-                 scalar(db,
-                        QStringLiteral("SELECT Ogr_Nufus_Dogum_Tarih FROM OgrenciNufus "
-                                       "WHERE KayitID = ?"),
-                        {burcu}))
+        u"0 (RH-)"_s);
+    QCOMPARE(store::fromStoredDate(scalar(db,
+                                          u"SELECT Ogr_Nufus_Dogum_Tarih FROM OgrenciNufus "
+                                          "WHERE KayitID = ?"_s,
+                                          {burcu}))
                  .date(),
              QDate(2010, 2, 1));
+    QCOMPARE(scalar(db, u"SELECT OgrKardesOkul FROM OgrenciKardesler WHERE OgrKardesAd = 'Bora'"_s)
+                 .toString(),
+             u"-"_s);
     QCOMPARE(
-        scalar(db, QStringLiteral(
-                       "SELECT OgrKardesOkul FROM OgrenciKardesler WHERE OgrKardesAd = 'Bora'"))
-            .toString(),
-        QStringLiteral("-"));
-    QCOMPARE(
-        scalar(db, QStringLiteral("SELECT OzelBilgi FROM OgrenciOzel WHERE KayitID = ?"), {burcu})
-            .toString(),
-        QStringLiteral("Astım; spor dersinde dikkat."));
+        scalar(db, u"SELECT OzelBilgi FROM OgrenciOzel WHERE KayitID = ?"_s, {burcu}).toString(),
+        u"Astım; spor dersinde dikkat."_s);
     const QByteArray stored
-        = scalar(db, QStringLiteral("SELECT Resim FROM OgrenciFotograf WHERE KayitID = ?"), {burcu})
+        = scalar(db, u"SELECT Resim FROM OgrenciFotograf WHERE KayitID = ?"_s, {burcu})
               .toByteArray();
     QVERIFY(stored.startsWith("\xff\xd8"));
     QImage kept;
@@ -358,22 +329,19 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     QCOMPARE(kept.size(), QSize(600, 800));
 
     // The right-click entry only empties the frame; leaving without saving keeps the picture.
-    auto *remove = screen->findChild<QAction *>(QStringLiteral("mnuResimSil"));
-    QCOMPARE(remove->text(), QStringLiteral("Resim Sil (Öğrenci Fotoğrafını Siler.)"));
+    auto *remove = screen->findChild<QAction *>(u"mnuResimSil"_s);
+    QCOMPARE(remove->text(), u"Resim Sil (Öğrenci Fotoğrafını Siler.)"_s);
     remove->trigger();
     QVERIFY(screen->resim().isEmpty());
     messages.clear();
     messages.answer(ui::Answer::No);
-    click(screen, QStringLiteral("cmdCikis"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?")});
-    QTRY_VERIFY(!w.screenWindow(QStringLiteral("FrmOgrenci")));
-    QCOMPARE(scalar(db, QStringLiteral("SELECT COUNT(*) FROM OgrenciFotograf")).toInt(), 1);
+    click(screen, u"cmdCikis"_s);
+    QCOMPARE(messages.texts(), QStringList{u"Değişen Bilgileri Kaydetmek İstiyor Musunuz?"_s});
+    QTRY_VERIFY(!w.screenWindow(u"FrmOgrenci"_s));
+    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM OgrenciFotograf"_s).toInt(), 1);
     // Closing let the mark go.
     QCOMPARE(
-        scalar(db,
-               QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"),
-               {burcu})
+        scalar(db, u"SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
             .toString(),
         QString());
     w.close();
@@ -386,21 +354,18 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
     prepareOffice(db);
-    const qint64 mehmet = addStudent(db, 15, QStringLiteral("Mehmet"), QStringLiteral("Yılmaz"),
-                                     QStringLiteral("9-B"));
-    addStudent(db, 11, QStringLiteral("Ahmet"), QStringLiteral("Demir"), QStringLiteral("9-A"));
-    const qint64 ipek = addStudent(db, 12, QStringLiteral("İpek"), QStringLiteral("Doğan"),
-                                   QStringLiteral("9-A"));
-    addStudent(db, 14, QStringLiteral("Mehtap"), QStringLiteral("Akın"), QStringLiteral("9-B"));
-    addStudent(db, 30, QStringLiteral("Zeynep"), QStringLiteral("Ünal"), QStringLiteral("10-A"));
+    const qint64 mehmet = addStudent(db, 15, u"Mehmet"_s, u"Yılmaz"_s, u"9-B"_s);
+    addStudent(db, 11, u"Ahmet"_s, u"Demir"_s, u"9-A"_s);
+    const qint64 ipek = addStudent(db, 12, u"İpek"_s, u"Doğan"_s, u"9-A"_s);
+    addStudent(db, 14, u"Mehtap"_s, u"Akın"_s, u"9-B"_s);
+    addStudent(db, 30, u"Zeynep"_s, u"Ünal"_s, u"10-A"_s);
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.show();
     testing::MessageRecorder messages;
-    auto *screen = openScreen<FrmOgrenci>(w, QStringLiteral("popOgrenciBilgileri"),
-                                          QStringLiteral("FrmOgrenci"));
+    auto *screen = openScreen<FrmOgrenci>(w, u"popOgrenciBilgileri"_s, u"FrmOgrenci"_s);
     QVERIFY(screen);
-    auto *number = screen->findChild<QLineEdit *>(QStringLiteral("Ogr_Numarasi"));
+    auto *number = screen->findChild<QLineEdit *>(u"Ogr_Numarasi"_s);
 
     // F10: the pick-list follows the typed name and hands the student back.
     testing::ModalDriver driver;
@@ -408,15 +373,15 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
         auto *list = qobject_cast<FrmOgrenciList *>(d);
         QVERIFY(list);
         QCOMPARE(list->rowCount(), 5);
-        typeInto(d, QStringLiteral("txtAd"), QStringLiteral("meht"));
-        QCOMPARE(list->grid()->text(list->grid()->currentRowIndex(), 1), QStringLiteral("Mehtap"));
-        typeInto(d, QStringLiteral("txtSoyad"), QStringLiteral("y"));
-        QCOMPARE(list->grid()->text(list->grid()->currentRowIndex(), 2), QStringLiteral("Yılmaz"));
+        typeInto(d, u"txtAd"_s, u"meht"_s);
+        QCOMPARE(list->grid()->text(list->grid()->currentRowIndex(), 1), u"Mehtap"_s);
+        typeInto(d, u"txtSoyad"_s, u"y"_s);
+        QCOMPARE(list->grid()->text(list->grid()->currentRowIndex(), 2), u"Yılmaz"_s);
         // Enter keeps the students whose surname begins so.
-        QTest::keyClick(d->findChild<QLineEdit *>(QStringLiteral("txtSoyad")), Qt::Key_Return);
+        QTest::keyClick(d->findChild<QLineEdit *>(u"txtSoyad"_s), Qt::Key_Return);
         QCOMPARE(list->rowCount(), 1);
-        testing::screenshot(d, QStringLiteral("ogrenci-listesi"));
-        click(d, QStringLiteral("cmdTamam"));
+        testing::screenshot(d, u"ogrenci-listesi"_s);
+        click(d, u"cmdTamam"_s);
     });
     number->setFocus();
     QTest::keyClick(number, Qt::Key_F10);
@@ -425,136 +390,123 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
 
     // Moving by number; a change asks first, and Cancel stays.
     QTest::keyClick(number, Qt::Key_PageUp);
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QStringLiteral("Mehtap"));
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), u"Mehtap"_s);
     QTest::keyClick(number, Qt::Key_Home);
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QStringLiteral("Ahmet"));
-    typeInto(screen, QStringLiteral("Ogr_Semt"), QStringLiteral("Bornova"));
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), u"Ahmet"_s);
+    typeInto(screen, u"Ogr_Semt"_s, u"Bornova"_s);
     messages.clear();
     messages.answer(ui::Answer::Cancel);
     QTest::keyClick(number, Qt::Key_End);
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?")});
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QStringLiteral("Ahmet"));
+    QCOMPARE(messages.texts(), QStringList{u"Değişen Bilgileri Kaydetmek İstiyor Musunuz?"_s});
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), u"Ahmet"_s);
     messages.answer(ui::Answer::No);
     QTest::keyClick(number, Qt::Key_End);
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QStringLiteral("Zeynep"));
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), u"Zeynep"_s);
     // By class: the next in 9-A after Ahmet is İpek.
-    screen->findChild<QComboBox *>(QStringLiteral("cmbArama"))->setCurrentIndex(3);
+    screen->findChild<QComboBox *>(u"cmbArama"_s)->setCurrentIndex(3);
     QVERIFY(screen->OgrenciGoster(11, false));
-    click(screen, QStringLiteral("cmdSonraki"));
+    click(screen, u"cmdSonraki"_s);
     QCOMPARE(screen->kayitId(), ipek);
 
     // F2 without an identity number, F4 and the class list not built yet.
     messages.clear();
     QTest::keyClick(number, Qt::Key_F2);
     QTest::keyClick(number, Qt::Key_F4);
-    click(screen, QStringLiteral("cmdSinifListesi"));
+    click(screen, u"cmdSinifListesi"_s);
     QCOMPARE(messages.texts(),
-             (QStringList{
-                 QStringLiteral(" Öğrenci T.C. Kimlik No bilgisi olmadığı için geçmiş yıl aidat "
-                                "bilgilerine ulaşılamadı."),
-                 QStringLiteral("\"Cari Durum\" bölümü bu sürümde henüz hazır değil."),
-                 QStringLiteral("\"Sınıf Listesi\" bölümü bu sürümde henüz hazır değil.")}));
+             (QStringList{u" Öğrenci T.C. Kimlik No bilgisi olmadığı için geçmiş yıl aidat "
+                          "bilgilerine ulaşılamadı."_s,
+                          u"\"Cari Durum\" bölümü bu sürümde henüz hazır değil."_s,
+                          u"\"Sınıf Listesi\" bölümü bu sürümde henüz hazır değil."_s}));
     // Once rights exist, F4 needs the right to the bank payments.
-    store::Query right(
-        db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"));
-    right.bind(*users::Sifrele(QStringLiteral("muhasebe")))
-        .bind(QStringLiteral("Öğrenci Bilgileri"))
-        .bind(QStringLiteral("btnOgrenciBilgileri"));
+    store::Query right(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, ?, ?)"_s);
+    right.bind(*users::Sifrele(u"muhasebe"_s))
+        .bind(u"Öğrenci Bilgileri"_s)
+        .bind(u"btnOgrenciBilgileri"_s);
     QVERIFY(right.exec());
     messages.clear();
     QTest::keyClick(number, Qt::Key_F4);
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Bu programa giriş yetkiniz yok. Lütfen Sistem "
-                                        "yetkilisi ile görüşünüz.")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı !")});
+    QCOMPARE(messages.texts(), QStringList{u"Bu programa giriş yetkiniz yok. Lütfen Sistem "
+                                           "yetkilisi ile görüşünüz."_s});
+    QCOMPARE(messages.titles(), QStringList{u"Uyarı !"_s});
     QVERIFY(users::durum().HakYazma); // the screen keeps its own right to write
 
     // The triple of a student who exists: No shows him, Yes adds the twin.
-    click(screen, QStringLiteral("cmdYeni"));
+    click(screen, u"cmdYeni"_s);
     QCOMPARE(screen->kayitId(), 0);
-    typeInto(screen, QStringLiteral("Ogr_Numarasi"), QStringLiteral("12"));
-    typeInto(screen, QStringLiteral("Ogr_Adi"), QStringLiteral("İpek"));
-    typeInto(screen, QStringLiteral("Ogr_Soyadi"), QStringLiteral("Doğan"));
+    typeInto(screen, u"Ogr_Numarasi"_s, u"12"_s);
+    typeInto(screen, u"Ogr_Adi"_s, u"İpek"_s);
+    typeInto(screen, u"Ogr_Soyadi"_s, u"Doğan"_s);
     messages.clear();
     messages.answer(ui::Answer::No);
-    click(screen, QStringLiteral("cmdKaydet"));
+    click(screen, u"cmdKaydet"_s);
     QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("12 Numaralı İpek Doğan kayıtlıdır.\n Bu öğrenciyi yeni "
-                                        "bir kayıt olarak kaydetmek istediğinize emin misiniz?")});
+             QStringList{u"12 Numaralı İpek Doğan kayıtlıdır.\n Bu öğrenciyi yeni "
+                         "bir kayıt olarak kaydetmek istediğinize emin misiniz?"_s});
     QCOMPARE(screen->kayitId(), ipek);
-    click(screen, QStringLiteral("cmdYeni"));
-    typeInto(screen, QStringLiteral("Ogr_Numarasi"), QStringLiteral("12"));
-    typeInto(screen, QStringLiteral("Ogr_Adi"), QStringLiteral("İpek"));
-    typeInto(screen, QStringLiteral("Ogr_Soyadi"), QStringLiteral("Doğan"));
-    click(screen, QStringLiteral("cmdKaydet"));
+    click(screen, u"cmdYeni"_s);
+    typeInto(screen, u"Ogr_Numarasi"_s, u"12"_s);
+    typeInto(screen, u"Ogr_Adi"_s, u"İpek"_s);
+    typeInto(screen, u"Ogr_Soyadi"_s, u"Doğan"_s);
+    click(screen, u"cmdKaydet"_s);
     const qint64 twin = screen->kayitId();
     QVERIFY(twin > ipek);
-    QCOMPARE(
-        scalar(db, QStringLiteral("SELECT COUNT(*) FROM Ogrenci WHERE Ogr_Numarasi = 12")).toInt(),
-        2);
+    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE Ogr_Numarasi = 12"_s).toInt(), 2);
 
     // A number that is not one is refused before anything is written.
-    typeInto(screen, QStringLiteral("Ogr_Numarasi"), QStringLiteral("12a"));
+    typeInto(screen, u"Ogr_Numarasi"_s, u"12a"_s);
     messages.clear();
-    click(screen, QStringLiteral("cmdKaydet"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("\"12a\" geçerli bir öğrenci numarası değil. Öğrenci "
-                                        "No olarak yalnız rakam giriniz.")});
+    click(screen, u"cmdKaydet"_s);
+    QCOMPARE(messages.texts(), QStringList{u"\"12a\" geçerli bir öğrenci numarası değil. Öğrenci "
+                                           "No olarak yalnız rakam giriniz."_s});
     screen->setDirty(false);
 
     // Number, names and class changed through their panel.
     QVERIFY(screen->OgrenciGoster(twin, true));
     driver.then([](QWidget *d) {
-        QCOMPARE(d->objectName(), QStringLiteral("FrmBilgiDegistir"));
-        typeInto(d, QStringLiteral("txtYeniAdi"), QString());
-        d->findChild<QLineEdit *>(QStringLiteral("txtYeniAdi"))->clear();
-        click(d, QStringLiteral("cmdDegistir"));
+        QCOMPARE(d->objectName(), u"FrmBilgiDegistir"_s);
+        typeInto(d, u"txtYeniAdi"_s, QString());
+        d->findChild<QLineEdit *>(u"txtYeniAdi"_s)->clear();
+        click(d, u"cmdDegistir"_s);
         QVERIFY(d->isVisible());
-        typeInto(d, QStringLiteral("txtYeniNumara"), QStringLiteral("13"));
-        typeInto(d, QStringLiteral("txtYeniAdi"), QStringLiteral("İpek Su"));
-        typeInto(d, QStringLiteral("txtYeniSinif"), QStringLiteral("9-B"));
-        testing::screenshot(d, QStringLiteral("bilgi-degistir"));
-        click(d, QStringLiteral("cmdDegistir"));
+        typeInto(d, u"txtYeniNumara"_s, u"13"_s);
+        typeInto(d, u"txtYeniAdi"_s, u"İpek Su"_s);
+        typeInto(d, u"txtYeniSinif"_s, u"9-B"_s);
+        testing::screenshot(d, u"bilgi-degistir"_s);
+        click(d, u"cmdDegistir"_s);
     });
     messages.clear();
-    click(screen, QStringLiteral("cmdDegistir"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral(
-                                   "Yeni Adı girilmedi. Lütfen bilgilerinizi eksiksiz giriniz.")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Dikkat")});
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QStringLiteral("İpek Su"));
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Numarasi")), QStringLiteral("13"));
-    QCOMPARE(scalar(db, QStringLiteral("SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"), {ipek})
-                 .toString(),
-             QStringLiteral("9-A"));
+    click(screen, u"cmdDegistir"_s);
+    QCOMPARE(messages.texts(),
+             QStringList{u"Yeni Adı girilmedi. Lütfen bilgilerinizi eksiksiz giriniz."_s});
+    QCOMPARE(messages.titles(), QStringList{u"Dikkat"_s});
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), u"İpek Su"_s);
+    QCOMPARE(text(screen, u"Ogr_Numarasi"_s), u"13"_s);
+    QCOMPARE(scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {ipek}).toString(),
+             u"9-A"_s);
 
     // Deleting the shown student, after the question with the genitive suffix.
     QVERIFY(screen->OgrenciGoster(ipek, true));
     messages.clear();
     messages.answer(ui::Answer::Yes);
-    click(screen, QStringLiteral("cmdSil"));
+    click(screen, u"cmdSil"_s);
     QCOMPARE(messages.texts(),
-             QStringList{
-                 QStringLiteral("12 numaralı İpek Doğan'ın bilgilerini silmek istiyor musunuz?")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Uyarı")});
+             QStringList{u"12 numaralı İpek Doğan'ın bilgilerini silmek istiyor musunuz?"_s});
+    QCOMPARE(messages.titles(), QStringList{u"Uyarı"_s});
     QCOMPARE(screen->kayitId(), 0);
-    QCOMPARE(text(screen, QStringLiteral("Ogr_Adi")), QString());
-    QVERIFY(!screen->findChild<QPushButton *>(QStringLiteral("cmdSil"))->isEnabled());
-    QCOMPARE(scalar(db, QStringLiteral("SELECT COUNT(*) FROM Ogrenci WHERE KayitID = ?"), {ipek})
-                 .toInt(),
-             0);
+    QCOMPARE(text(screen, u"Ogr_Adi"_s), QString());
+    QVERIFY(!screen->findChild<QPushButton *>(u"cmdSil"_s)->isEnabled());
+    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE KayitID = ?"_s, {ipek}).toInt(), 0);
 
     // A student another user is working on is not shown.
-    QVERIFY(
-        db.exec(QStringLiteral("UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = 'sekreter' WHERE "
-                               "Ogr_Numarasi = 30"))
-            .ok());
+    QVERIFY(db.exec(u"UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = 'sekreter' WHERE "
+                    "Ogr_Numarasi = 30"_s)
+                .ok());
     messages.clear();
     QVERIFY(!screen->OgrenciGoster(30, false));
     QCOMPARE(messages.texts(),
-             QStringList{
-                 QStringLiteral("sekreter İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR.")});
+             QStringList{u"sekreter İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."_s});
     QCOMPARE(screen->kayitId(), 0);
     w.mdiArea()->closeAllSubWindows();
     w.close();
@@ -567,90 +519,80 @@ void tst_StudentScreens::aClassMovesOn()
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
     prepareOffice(db);
-    const qint64 a
-        = addStudent(db, 1, QStringLiteral("Ali"), QStringLiteral("Kaya"), QStringLiteral("9-A"));
-    const qint64 b
-        = addStudent(db, 2, QStringLiteral("Berk"), QStringLiteral("Koç"), QStringLiteral("9-A"));
-    const qint64 c
-        = addStudent(db, 3, QStringLiteral("Cem"), QStringLiteral("Tekin"), QStringLiteral("9-A"));
-    addStudent(db, 4, QStringLiteral("Defne"), QStringLiteral("Polat"), QStringLiteral("9-B"));
+    const qint64 a = addStudent(db, 1, u"Ali"_s, u"Kaya"_s, u"9-A"_s);
+    const qint64 b = addStudent(db, 2, u"Berk"_s, u"Koç"_s, u"9-A"_s);
+    const qint64 c = addStudent(db, 3, u"Cem"_s, u"Tekin"_s, u"9-A"_s);
+    addStudent(db, 4, u"Defne"_s, u"Polat"_s, u"9-B"_s);
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.show();
     testing::MessageRecorder messages;
     auto sinif = [&db](qint64 key) {
-        return scalar(db, QStringLiteral("SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"), {key})
-            .toString();
+        return scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {key}).toString();
     };
 
     // Sınıf Atlatma: Berk stays back, the others go to 10-A.
-    auto *move = openScreen<Form_Sinif_Atlatma>(w, QStringLiteral("popSinifAtlatma"),
-                                                QStringLiteral("Form_Sinif_Atlatma"));
+    auto *move = openScreen<Form_Sinif_Atlatma>(w, u"popSinifAtlatma"_s, u"Form_Sinif_Atlatma"_s);
     QVERIFY(move);
-    auto *siniflar = move->findChild<QComboBox *>(QStringLiteral("siniflar"));
+    auto *siniflar = move->findChild<QComboBox *>(u"siniflar"_s);
     QCOMPARE(siniflar->count(), 2);
-    siniflar->setCurrentIndex(siniflar->findText(QStringLiteral("9-A")));
-    click(move, QStringLiteral("cmdGoster"));
+    siniflar->setCurrentIndex(siniflar->findText(u"9-A"_s));
+    click(move, u"cmdGoster"_s);
     QCOMPARE(move->grid()->rowCount(), 3);
     QVERIFY(move->grid()->checked(1, Form_Sinif_Atlatma::Sec));
     move->grid()->setFocus();
     move->grid()->setCurrentCell(1, Form_Sinif_Atlatma::Sec);
     QTest::keyClick(move->grid(), Qt::Key_Space);
     QVERIFY(!move->grid()->checked(1, Form_Sinif_Atlatma::Sec));
-    auto *yeni = move->findChild<QComboBox *>(QStringLiteral("siniflar2"));
+    auto *yeni = move->findChild<QComboBox *>(u"siniflar2"_s);
     yeni->lineEdit()->setFocus();
-    testing::typeText(yeni->lineEdit(), QStringLiteral("10-A"));
-    testing::screenshot(move, QStringLiteral("sinif-atlatma"));
-    click(move, QStringLiteral("cmdKaydet"));
-    QCOMPARE(sinif(a), QStringLiteral("10-A"));
-    QCOMPARE(sinif(b), QStringLiteral("9-A"));
-    QCOMPARE(sinif(c), QStringLiteral("10-A"));
+    testing::typeText(yeni->lineEdit(), u"10-A"_s);
+    testing::screenshot(move, u"sinif-atlatma"_s);
+    click(move, u"cmdKaydet"_s);
+    QCOMPARE(sinif(a), u"10-A"_s);
+    QCOMPARE(sinif(b), u"9-A"_s);
+    QCOMPARE(sinif(c), u"10-A"_s);
     QCOMPARE(move->grid()->rowCount(), 1);
     QCOMPARE(siniflar->count(), 3);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT COUNT(*) FROM Ogrenci WHERE Donem = '2025-2026'"))
-                 .toInt(),
-             4);
+    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE Donem = '2025-2026'"_s).toInt(), 4);
     w.mdiArea()->closeAllSubWindows();
 
     // Toplu Sınıf Değiştirme: the new class is put beside the ticked ones, then written.
-    auto *bulk
-        = openScreen<FrmTopluSinifDegistirme>(w, QStringLiteral("popTopluBorcSinifDegistirme"),
-                                              QStringLiteral("FrmTopluSinifDegistirme"));
+    auto *bulk = openScreen<FrmTopluSinifDegistirme>(w, u"popTopluBorcSinifDegistirme"_s,
+                                                     u"FrmTopluSinifDegistirme"_s);
     QVERIFY(bulk);
-    auto *combo1 = bulk->findChild<QComboBox *>(QStringLiteral("Combo1"));
-    combo1->setCurrentIndex(combo1->findText(QStringLiteral("10-A")));
-    click(bulk, QStringLiteral("cmdGoster"));
+    auto *combo1 = bulk->findChild<QComboBox *>(u"Combo1"_s);
+    combo1->setCurrentIndex(combo1->findText(u"10-A"_s));
+    click(bulk, u"cmdGoster"_s);
     QCOMPARE(bulk->grid()->rowCount(), 2);
-    auto *combo2 = bulk->findChild<QComboBox *>(QStringLiteral("Combo2"));
+    auto *combo2 = bulk->findChild<QComboBox *>(u"Combo2"_s);
     combo2->lineEdit()->setFocus();
-    testing::typeText(combo2->lineEdit(), QStringLiteral("11-A"));
-    click(bulk, QStringLiteral("cmdTumuIsaretsiz"));
+    testing::typeText(combo2->lineEdit(), u"11-A"_s);
+    click(bulk, u"cmdTumuIsaretsiz"_s);
     bulk->grid()->setValue(0, FrmTopluSinifDegistirme::Sec, true);
-    click(bulk, QStringLiteral("cmdTasi"));
-    QCOMPARE(bulk->grid()->text(0, FrmTopluSinifDegistirme::Sinif), QStringLiteral("11-A"));
-    QCOMPARE(bulk->grid()->text(1, FrmTopluSinifDegistirme::Sinif), QStringLiteral("10-A"));
-    QCOMPARE(sinif(a), QStringLiteral("10-A")); // nothing written yet
-    testing::screenshot(bulk, QStringLiteral("toplu-sinif-degistirme"));
+    click(bulk, u"cmdTasi"_s);
+    QCOMPARE(bulk->grid()->text(0, FrmTopluSinifDegistirme::Sinif), u"11-A"_s);
+    QCOMPARE(bulk->grid()->text(1, FrmTopluSinifDegistirme::Sinif), u"10-A"_s);
+    QCOMPARE(sinif(a), u"10-A"_s); // nothing written yet
+    testing::screenshot(bulk, u"toplu-sinif-degistirme"_s);
     messages.answer(ui::Answer::No);
-    click(bulk, QStringLiteral("cmdKayit"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("İşaretli Öğrecileri Kaydetmek İstiyor musunuz?")});
-    QCOMPARE(sinif(a), QStringLiteral("10-A"));
+    click(bulk, u"cmdKayit"_s);
+    QCOMPARE(messages.texts(), QStringList{u"İşaretli Öğrecileri Kaydetmek İstiyor musunuz?"_s});
+    QCOMPARE(sinif(a), u"10-A"_s);
     messages.clear();
-    click(bulk, QStringLiteral("cmdKayit"));
-    QCOMPARE(sinif(a), QStringLiteral("11-A"));
-    QCOMPARE(sinif(c), QStringLiteral("10-A"));
+    click(bulk, u"cmdKayit"_s);
+    QCOMPARE(sinif(a), u"11-A"_s);
+    QCOMPARE(sinif(c), u"10-A"_s);
     // A move put into the list and not written: leaving asks, and No drops it.
-    click(bulk, QStringLiteral("cmdTumuIsaretli"));
-    click(bulk, QStringLiteral("cmdTasi"));
+    click(bulk, u"cmdTumuIsaretli"_s);
+    click(bulk, u"cmdTasi"_s);
     messages.clear();
     messages.answer(ui::Answer::No);
-    click(bulk, QStringLiteral("cmdCikis"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral("Yapılan değişiklikleri kaydetmek istiyor musunuz?")});
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("UYARI")});
-    QTRY_VERIFY(!w.screenWindow(QStringLiteral("FrmTopluSinifDegistirme")));
-    QCOMPARE(sinif(c), QStringLiteral("10-A"));
+    click(bulk, u"cmdCikis"_s);
+    QCOMPARE(messages.texts(), QStringList{u"Yapılan değişiklikleri kaydetmek istiyor musunuz?"_s});
+    QCOMPARE(messages.titles(), QStringList{u"UYARI"_s});
+    QTRY_VERIFY(!w.screenWindow(u"FrmTopluSinifDegistirme"_s));
+    QCOMPARE(sinif(c), u"10-A"_s);
     w.close();
     store::setDefaultDatabase(nullptr);
 }

@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace testing {
 
 MessageRecorder::MessageRecorder()
@@ -158,7 +160,7 @@ void screenshot(QWidget *widget, const QString &name)
     if (folder.isEmpty())
         return;
     QDir().mkpath(folder);
-    widget->grab().save(QDir(folder).absoluteFilePath(name + QStringLiteral(".png")));
+    widget->grab().save(QDir(folder).absoluteFilePath(name + u".png"_s));
 }
 
 } // namespace testing

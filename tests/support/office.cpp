@@ -9,6 +9,8 @@
 
 #include <QDebug>
 
+using namespace Qt::StringLiterals;
+
 namespace testing {
 
 bool openOffice(store::Database &db, const QString &user, const QString &password,
@@ -18,18 +20,18 @@ bool openOffice(store::Database &db, const QString &user, const QString &passwor
         qWarning() << s.error().text;
         return false;
     }
-    const base::Result<int> id = maintenance::CalismaKaydet(db, QStringLiteral("Deneme"));
+    const base::Result<int> id = maintenance::CalismaKaydet(db, u"Deneme"_s);
     if (!id) {
         qWarning() << id.error().text;
         return false;
     }
-    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, QStringLiteral("Deneme")}, 0);
+    maintenance::CalismaSecimiYap(db, maintenance::Calisma{*id, u"Deneme"_s}, 0);
     if (!store::DatabaseAc(db, store::Store::Year, true, true))
         return false;
     store::SonAlanlariEkle(db);
     maintenance::OkulBilgisi okul = maintenance::YeniOkulBilgisi(QDate(2025, 10, 1));
-    okul.OkulAdi = QStringLiteral("Deneme Okulu");
-    okul.OgretimYili = QStringLiteral("2025-2026");
+    okul.OkulAdi = u"Deneme Okulu"_s;
+    okul.OgretimYili = u"2025-2026"_s;
     okul.CariAy = cariAy;
     if (const base::Status s = maintenance::OkulbilgisiKaydet(db, okul); !s) {
         qWarning() << s.error().text;

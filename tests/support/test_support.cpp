@@ -10,6 +10,11 @@
 #include <QTest>
 #include <QUuid>
 
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
 namespace testing {
 
 std::optional<QString> postgresConnInfo()
@@ -36,13 +41,13 @@ bool runAdmin(const QString &conninfo, const QString &statement, QString *error)
     const std::optional<store::ConnectionSettings> s
         = store::ConnectionSettings::fromConnInfo(conninfo);
     if (!s) {
-        *error = QStringLiteral("VORTEL_TEST_PG okunamadı: ") + conninfo;
+        *error = u"VORTEL_TEST_PG okunamadı: "_s + conninfo;
         return false;
     }
-    const QString name = QStringLiteral("admin-") + QUuid::createUuid().toString(QUuid::Id128);
+    const QString name = u"admin-"_s + QUuid::createUuid().toString(QUuid::Id128);
     bool ok = false;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
+        QSqlDatabase db = QSqlDatabase::addDatabase(u"QPSQL"_s, name);
         db.setHostName(s->host);
         db.setPort(s->port);
         db.setDatabaseName(s->database);
@@ -69,22 +74,21 @@ TestStore::TestStore(store::Engine engine)
 {
     if (engine == store::Engine::SQLite) {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_settings = store::ConnectionSettings::sqlite(m_folder->path() + QStringLiteral("/data"));
+        m_settings = store::ConnectionSettings::sqlite(m_folder->path() + u"/data"_s);
         m_db = std::make_unique<store::Database>(m_settings);
         m_valid = true;
         return;
     }
     const std::optional<QString> conninfo = postgresConnInfo();
     if (!conninfo) {
-        m_skipReason = QStringLiteral("PostgreSQL sunucusu verilmedi (VORTEL_TEST_PG)");
+        m_skipReason = u"PostgreSQL sunucusu verilmedi (VORTEL_TEST_PG)"_s;
         return;
     }
     m_adminConnInfo = *conninfo;
-    m_pgDatabase
-        = QStringLiteral("vortel_t_") + QUuid::createUuid().toString(QUuid::Id128).left(16);
+    m_pgDatabase = u"vortel_t_"_s + QUuid::createUuid().toString(QUuid::Id128).left(16);
     QString error;
-    if (!runAdmin(m_adminConnInfo, QStringLiteral("CREATE DATABASE ") + m_pgDatabase, &error)) {
-        m_skipReason = QStringLiteral("PostgreSQL deneme veritabanı açılamadı: ") + error;
+    if (!runAdmin(m_adminConnInfo, u"CREATE DATABASE "_s + m_pgDatabase, &error)) {
+        m_skipReason = u"PostgreSQL deneme veritabanı açılamadı: "_s + error;
         return;
     }
     std::optional<store::ConnectionSettings> s
@@ -100,8 +104,7 @@ TestStore::~TestStore()
     m_db.reset();
     if (!m_pgDatabase.isEmpty()) {
         QString error;
-        runAdmin(m_adminConnInfo,
-                 QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(m_pgDatabase),
+        runAdmin(m_adminConnInfo, u"DROP DATABASE IF EXISTS %1 WITH (FORCE)"_s.arg(m_pgDatabase),
                  &error);
     }
 }
@@ -147,9 +150,9 @@ QList<store::Engine> engines()
 {
     // CTest runs a store test once per engine; run by hand, it takes both.
     const QString only = qEnvironmentVariable("VORTEL_TEST_ENGINES");
-    if (only == QLatin1String("sqlite"))
+    if (only == "sqlite"_L1)
         return {store::Engine::SQLite};
-    if (only == QLatin1String("postgres"))
+    if (only == "postgres"_L1)
         return {store::Engine::PostgreSQL};
     return {store::Engine::SQLite, store::Engine::PostgreSQL};
 }
@@ -177,6 +180,40 @@ StoreMessages::StoreMessages()
 StoreMessages::~StoreMessages()
 {
     store::setMessageHandler(nullptr);
+}
+
+QStringList raceTwo(const store::ConnectionSettings &settings,
+                    const std::function<QString(store::Database &db, int which)> &work)
+{
+    std::atomic<int> ready{0};
+    QString failures[2];
+    auto workstation = [&](int which) {
+        store::Database db(settings);
+        db.selectYear(1);
+        const bool opened = store::DatabaseAc(db, store::Store::Year, true, false);
+        if (opened && db.engine() == store::Engine::SQLite) {
+            for (const char *file : {"main", "aidat", "laidat"}) {
+                (void)db.exec(
+                    QStringLiteral("PRAGMA %1.synchronous = OFF").arg(QLatin1String(file)));
+            }
+        }
+        ++ready;
+        while (ready < 2) {
+            std::this_thread::yield();
+        }
+        failures[which] = opened ? work(db, which) : QStringLiteral("açılamadı");
+    };
+    std::thread first(workstation, 0);
+    std::thread second(workstation, 1);
+    first.join();
+    second.join();
+    QStringList out;
+    for (const QString &f : failures) {
+        if (!f.isEmpty()) {
+            out << f;
+        }
+    }
+    return out;
 }
 
 } // namespace testing

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -63,6 +64,12 @@ void addEngineRows();
     testing::TestStore var(static_cast<store::Engine>(engine));                                    \
     if (!var.isValid())                                                                            \
         QSKIP(qPrintable(var.skipReason()));
+
+// Two workstations at once: each of two threads opens its own connection to working year 1
+// (commits not synced on SQLite: the locks are under test, not the disk), waits for the other,
+// then runs work(db, 0 or 1). What the threads report as failures; empty when none did.
+QStringList raceTwo(const store::ConnectionSettings &settings,
+                    const std::function<QString(store::Database &db, int which)> &work);
 
 // Records the messages the store's opening procedure shows during its life (a missing data
 // file, a failed migration).

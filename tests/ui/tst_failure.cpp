@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace ui;
 
 class tst_Failure : public QObject
@@ -39,21 +41,17 @@ void tst_Failure::friendlyTexts_data()
         << 3260 << "Kayıt başka bir iş istasyonunda kullanılıyor (database is locked)"
         << "Zerna"
         << "Şu Anda Bu Kayıt Başka Bir İş İstasyonunda Kullanılıyor";
-    QTest::addRow("52-dizin") << 52 << ""
-                              << "Zerna"
-                              << "Dataların Yükleneceği Dizin Bulunamadı";
+    // clang-format off
+    QTest::addRow("52-dizin") << 52 << "" << "Zerna" << "Dataların Yükleneceği Dizin Bulunamadı";
+    // clang-format on
     QTest::addRow("61-disk") << 61 << ""
                              << "Zerna"
                              << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
-    QTest::addRow("76-data-yolu") << 76 << ""
-                                  << "Zerna"
-                                  << "Tanımlanmış Bulunan Data Yolu Hatalı";
-    QTest::addRow("340-baslik") << 340 << ""
-                                << "Zerna Ostel"
-                                << "Programda İçsel Bir Hata Oluştu";
-    QTest::addRow("3044-dizin") << 3044 << "izin yok"
-                                << "Zerna"
-                                << "Hata Açıklaması: izin yok";
+    // clang-format off
+    QTest::addRow("76-data-yolu") << 76 << "" << "Zerna" << "Tanımlanmış Bulunan Data Yolu Hatalı";
+    QTest::addRow("340-baslik") << 340 << "" << "Zerna Ostel" << "Programda İçsel Bir Hata Oluştu";
+    QTest::addRow("3044-dizin") << 3044 << "izin yok" << "Zerna" << "Hata Açıklaması: izin yok";
+    // clang-format on
     QTest::addRow("bilinmeyen") << 9999 << "ne oldu"
                                 << "Zerna"
                                 << "Hata Kodu: 9999\nHata Satırı 12\nHata Açıklaması: ne oldu";
@@ -90,17 +88,15 @@ void tst_Failure::generalReporterEndsTheProgramWhenAsked()
     messages.answer(ui::Answer(answer));
     bool ended = false;
     setProgramBitir([&ended](int) { ended = true; });
-    setProgramAdi(QStringLiteral("Zerna Vortel Programı (Ver.: 1.0.0)"));
+    setProgramAdi(u"Zerna Vortel Programı (Ver.: 1.0.0)"_s);
     const std::optional<bool> arg = devam < 0 ? std::nullopt : std::optional<bool>(devam == 1);
-    GenelHata(3075, QStringLiteral("Sözdizimi hatası"),
-              QStringLiteral("FrmOtomatikOdeme:OgrenciYukle"), arg);
+    GenelHata(3075, u"Sözdizimi hatası"_s, u"FrmOtomatikOdeme:OgrenciYukle"_s, arg);
     QCOMPARE(ended, ends);
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Genel HATA")});
-    QCOMPARE(
-        messages.texts().value(0),
-        QStringLiteral(" HATA OLUSAN \n\n Program Adi    : Zerna Vortel Programı (Ver.: 1.0.0)\n"
-                       " Rutin Adi      : FrmOtomatikOdeme:OgrenciYukle\n Hata Kodu      : 3075\n"
-                       " Hata Aciklamasi: Sözdizimi hatası"));
+    QCOMPARE(messages.titles(), QStringList{u"Genel HATA"_s});
+    QCOMPARE(messages.texts().value(0),
+             u" HATA OLUSAN \n\n Program Adi    : Zerna Vortel Programı (Ver.: 1.0.0)\n"
+             " Rutin Adi      : FrmOtomatikOdeme:OgrenciYukle\n Hata Kodu      : 3075\n"
+             " Hata Aciklamasi: Sözdizimi hatası"_s);
     QCOMPARE(messages.messages().value(0).buttons, ui::Buttons::OkCancel);
 }
 
@@ -109,7 +105,7 @@ void tst_Failure::storeFailureReachesReporterAndLeavesARow()
     VORTEL_STORE_FOR_ROW(s);
     QVERIFY(s.openYear());
     store::setDefaultDatabase(&s.db());
-    users::durum().AktifKullanici = QStringLiteral("muhasebe");
+    users::durum().AktifKullanici = u"muhasebe"_s;
     testing::MessageRecorder messages;
     // The screen in front may only read: the failure is written down all the same.
     store::setWriteGuard([] { return false; });
@@ -117,23 +113,23 @@ void tst_Failure::storeFailureReachesReporterAndLeavesARow()
         // The failing screen's transaction is still open when it reports.
         store::Transaction tx(s.db());
         QVERIFY(tx);
-        store::Query q(s.db(), QStringLiteral("INSERT INTO Ogrenci (Yok) VALUES (1)"));
+        store::Query q(s.db(), u"INSERT INTO Ogrenci (Yok) VALUES (1)"_s);
         QVERIFY(!q.exec());
-        HataBildir(q.error(QStringLiteral("FRMOGRENCI:OgrenciKaydet")));
+        HataBildir(q.error(u"FRMOGRENCI:OgrenciKaydet"_s));
     }
     store::setWriteGuard(nullptr);
-    QCOMPARE(messages.titles(), QStringList{QStringLiteral("Zerna")});
-    QVERIFY(messages.texts().value(0).contains(
-        QStringLiteral("Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış")));
+    QCOMPARE(messages.titles(), QStringList{u"Zerna"_s});
+    QVERIFY(
+        messages.texts().value(0).contains(u"Şu an Kullanmakta Olduğunuz Data Yapısı Yanlış"_s));
 
     base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
     QVERIFY2(rows, qPrintable(rows.error().text));
     QCOMPARE(rows->size(), 1);
     const store::ErrorRow row = rows->first();
-    QCOMPARE(row.module, QStringLiteral("FRMOGRENCI"));
-    QCOMPARE(row.object, QStringLiteral("OgrenciKaydet"));
+    QCOMPARE(row.module, u"FRMOGRENCI"_s);
+    QCOMPARE(row.object, u"OgrenciKaydet"_s);
     QCOMPARE(row.code, 3061);
-    QCOMPARE(row.user, QStringLiteral("muhasebe"));
+    QCOMPARE(row.user, u"muhasebe"_s);
     QVERIFY(!row.machine.isEmpty());
     QVERIFY(row.time.isValid());
     store::setDefaultDatabase(nullptr);
@@ -146,21 +142,20 @@ void tst_Failure::aStoreThatDidNotOpenIsToldThenReported()
     store::setDefaultDatabase(&s.db());
     testing::MessageRecorder messages;
     // No working year chosen: the operation's store does not open.
-    const store::Operation op(s.db(), store::Store::Year,
-                              QStringLiteral("FRMOGRENCI:OgrenciGoster"));
+    const store::Operation op(s.db(), store::Store::Year, u"FRMOGRENCI:OgrenciGoster"_s);
     QVERIFY(!op);
     HataBildir(op.error());
-    QCOMPARE(messages.titles(), (QStringList{QStringLiteral("Dikkat!"), QStringLiteral("Zerna")}));
-    QCOMPARE(messages.texts().value(0), QStringLiteral("Programın Veri Dosyası Bulunamadı. ()"));
-    QVERIFY(messages.texts().value(1).contains(QStringLiteral("Çalışma Dizininiz Hatalıdır.")));
-    QVERIFY(messages.texts().value(1).contains(QStringLiteral("Çalışma dosyası açılamadı.")));
+    QCOMPARE(messages.titles(), (QStringList{u"Dikkat!"_s, u"Zerna"_s}));
+    QCOMPARE(messages.texts().value(0), u"Programın Veri Dosyası Bulunamadı. ()"_s);
+    QVERIFY(messages.texts().value(1).contains(u"Çalışma Dizininiz Hatalıdır."_s));
+    QVERIFY(messages.texts().value(1).contains(u"Çalışma dosyası açılamadı."_s));
 
     base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(s.settings());
     QVERIFY2(rows, qPrintable(rows.error().text));
     QCOMPARE(rows->size(), 1);
     QCOMPARE(rows->first().code, 3044);
-    QCOMPARE(rows->first().module, QStringLiteral("FRMOGRENCI"));
-    QCOMPARE(rows->first().object, QStringLiteral("OgrenciGoster"));
+    QCOMPARE(rows->first().module, u"FRMOGRENCI"_s);
+    QCOMPARE(rows->first().object, u"OgrenciGoster"_s);
     store::setDefaultDatabase(nullptr);
 }
 

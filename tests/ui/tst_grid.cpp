@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace ui;
 
 namespace {
@@ -15,11 +17,11 @@ namespace {
 // Key, hidden; amount; due date; a locked note; a check.
 QList<GridColumn> columns()
 {
-    return {GridColumn{QStringLiteral("Kayıt"), ColumnKind::Number, 60, false, true},
-            GridColumn{QStringLiteral("Tutar"), ColumnKind::Money, 100},
-            GridColumn{QStringLiteral("Tarih"), ColumnKind::Date, 100},
-            GridColumn{QStringLiteral("Not"), ColumnKind::Text, 120, false},
-            GridColumn{QStringLiteral("Seç"), ColumnKind::Check, 40}};
+    return {GridColumn{u"Kayıt"_s, ColumnKind::Number, 60, false, true},
+            GridColumn{u"Tutar"_s, ColumnKind::Money, 100},
+            GridColumn{u"Tarih"_s, ColumnKind::Date, 100},
+            GridColumn{u"Not"_s, ColumnKind::Text, 120, false},
+            GridColumn{u"Seç"_s, ColumnKind::Check, 40}};
 }
 
 } // namespace
@@ -42,16 +44,13 @@ void tst_Grid::cellsTakeOnlyWhatTheyMean_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("shown");
     QTest::addColumn<bool>("refused");
-    QTest::addRow("tutar") << 1 << "1.250,5"
-                           << "1.250,50" << false;
-    QTest::addRow("tutar-harf") << 1 << "12a"
-                                << "7,00" << true;
-    QTest::addRow("tutar-nokta-ondalik") << 1 << "12.5"
-                                         << "7,00" << true;
-    QTest::addRow("tarih") << 2 << "29022024"
-                           << "29.02.2024" << false;
-    QTest::addRow("tarih-olmayan-gun") << 2 << "31022024"
-                                       << "01.01.2025" << true;
+    // clang-format off
+    QTest::addRow("tutar") << 1 << "1.250,5" << "1.250,50" << false;
+    QTest::addRow("tutar-harf") << 1 << "12a" << "7,00" << true;
+    QTest::addRow("tutar-nokta-ondalik") << 1 << "12.5" << "7,00" << true;
+    QTest::addRow("tarih") << 2 << "29022024" << "29.02.2024" << false;
+    QTest::addRow("tarih-olmayan-gun") << 2 << "31022024" << "01.01.2025" << true;
+    // clang-format on
 }
 
 void tst_Grid::cellsTakeOnlyWhatTheyMean()
@@ -99,14 +98,12 @@ void tst_Grid::everyKeyTypedIsKept_data()
     QTest::addColumn<int>("column");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("shown");
-    QTest::addRow("tutar") << 1 << "105"
-                           << "105,00";
-    QTest::addRow("isim") << 3 << "Mehmet"
-                          << "Mehmet";
-    QTest::addRow("turkce-ilk-harf") << 3 << "Şahin"
-                                     << "Şahin";
-    QTest::addRow("iki-kelime") << 3 << "Kardeş İndirimi"
-                                << "Kardeş İndirimi";
+    // clang-format off
+    QTest::addRow("tutar") << 1 << "105" << "105,00";
+    QTest::addRow("isim") << 3 << "Mehmet" << "Mehmet";
+    QTest::addRow("turkce-ilk-harf") << 3 << "Şahin" << "Şahin";
+    QTest::addRow("iki-kelime") << 3 << "Kardeş İndirimi" << "Kardeş İndirimi";
+    // clang-format on
 }
 
 void tst_Grid::everyKeyTypedIsKept()
@@ -124,7 +121,7 @@ void tst_Grid::everyKeyTypedIsKept()
     QApplication::setActiveWindow(&g);
     const int row = g.appendRow();
     g.setValue(row, 1, QVariant::fromValue(base::Para::fromUnits(7)));
-    g.setValue(row, 3, QStringLiteral("eski"));
+    g.setValue(row, 3, u"eski"_s);
     g.setFocus();
     g.setCurrentCell(row, column);
     testing::typeText(&g, typed.left(1));

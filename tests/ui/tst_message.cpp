@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The real message box, as an operator meets it: which button Enter presses.
 class tst_Message : public QObject
 {
@@ -21,8 +23,8 @@ void tst_Message::enterAnswersTheSafeWay_data()
     QTest::addColumn<bool>("losing");
     QTest::addColumn<QString>("defaultButton");
     QTest::addColumn<bool>("answer");
-    QTest::addRow("silme-sorusu") << true << QStringLiteral("&Hayır") << false;
-    QTest::addRow("siradan-soru") << false << QStringLiteral("&Evet") << true;
+    QTest::addRow("silme-sorusu") << true << u"&Hayır"_s << false;
+    QTest::addRow("siradan-soru") << false << u"&Evet"_s << true;
 }
 
 void tst_Message::enterAnswersTheSafeWay()
@@ -38,9 +40,9 @@ void tst_Message::enterAnswersTheSafeWay()
         seen = box->defaultButton() ? box->defaultButton()->text() : QString();
         QTest::keyClick(box, Qt::Key_Return);
     });
-    const QString text = QStringLiteral("Öğrenim aidat tanımını silmek istiyor musunuz?");
-    const bool yes = losing ? ui::askBeforeLosing(QStringLiteral("Uyarı"), text)
-                            : ui::askYesNo(QStringLiteral("Uyarı"), text);
+    const QString text = u"Öğrenim aidat tanımını silmek istiyor musunuz?"_s;
+    const bool yes
+        = losing ? ui::askBeforeLosing(u"Uyarı"_s, text) : ui::askYesNo(u"Uyarı"_s, text);
     QCOMPARE(seen, defaultButton);
     QCOMPARE(yes, answer);
     QCOMPARE(driver.remaining(), 0);

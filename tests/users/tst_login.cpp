@@ -18,29 +18,30 @@
 #include <unistd.h>
 #endif
 
+using namespace Qt::StringLiterals;
+
 using namespace users;
 
 namespace {
 
 bool putUser(store::Database &db, const QString &username, const QString &password)
 {
-    store::Query q(db, QStringLiteral("INSERT INTO Sifre (Username, Password) VALUES (?, ?)"));
+    store::Query q(db, u"INSERT INTO Sifre (Username, Password) VALUES (?, ?)"_s);
     q.bind(username).bind(password);
     return q.exec();
 }
 
 QString storedPassword(store::Database &db, const QString &name)
 {
-    store::Query q(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"));
+    store::Query q(db, u"SELECT Password FROM Sifre WHERE Username = ?"_s);
     q.bind(*Sifrele(name));
-    return q.exec() && q.next() ? q.text(0) : QStringLiteral("<yok>");
+    return q.exec() && q.next() ? q.text(0) : u"<yok>"_s;
 }
 
 bool putRight(store::Database &db, const QString &user, const QString &tool, int read, int write)
 {
-    store::Query q(
-        db, QStringLiteral("INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"));
+    store::Query q(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                       "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"_s);
     q.bind(user.isEmpty() ? QString() : *Sifrele(user)).bind(read).bind(write).bind(tool);
     return q.exec();
 }
@@ -68,16 +69,13 @@ void tst_Login::loginAnswers_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("password");
     QTest::addColumn<int>("answer");
-    QTest::addRow("dogru") << "Ayşe"
-                           << "Şifre-1" << int(GirisSonucu::Kabul);
-    QTest::addRow("buyuk-harf-baska-ad") << "AYŞE"
-                                         << "Şifre-1" << int(GirisSonucu::AdHatali);
-    QTest::addRow("bilinmeyen-ad") << "Fatma"
-                                   << "Şifre-1" << int(GirisSonucu::AdHatali);
-    QTest::addRow("yanlis-sifre") << "Ayşe"
-                                  << "şifre-1" << int(GirisSonucu::SifreHatali);
-    QTest::addRow("bos-sifre") << "Ayşe"
-                               << "" << int(GirisSonucu::SifreHatali);
+    // clang-format off
+    QTest::addRow("dogru") << "Ayşe" << "Şifre-1" << int(GirisSonucu::Kabul);
+    QTest::addRow("buyuk-harf-baska-ad") << "AYŞE" << "Şifre-1" << int(GirisSonucu::AdHatali);
+    QTest::addRow("bilinmeyen-ad") << "Fatma" << "Şifre-1" << int(GirisSonucu::AdHatali);
+    QTest::addRow("yanlis-sifre") << "Ayşe" << "şifre-1" << int(GirisSonucu::SifreHatali);
+    QTest::addRow("bos-sifre") << "Ayşe" << "" << int(GirisSonucu::SifreHatali);
+    // clang-format on
 }
 
 void tst_Login::loginAnswers()
@@ -86,14 +84,14 @@ void tst_Login::loginAnswers()
     QFETCH(QString, password);
     QFETCH(int, answer);
     testing::TestStore s(store::Engine::SQLite);
-    QVERIFY(KullaniciKaydet(s.db(), QStringLiteral("Ayşe"), QStringLiteral("Şifre-1")).ok());
+    QVERIFY(KullaniciKaydet(s.db(), u"Ayşe"_s, u"Şifre-1"_s).ok());
     const base::Result<GirisSonucu> r = SifreKontrol(s.db(), name, password);
     QVERIFY(r);
     QCOMPARE(int(*r), answer);
     // The typed name stands as the active user, even after a failed try.
     QCOMPARE(users::durum().AktifKullanici, name);
     // The password is kept as a hash, never as itself.
-    QVERIFY(SifreOzetiMi(storedPassword(s.db(), QStringLiteral("Ayşe"))));
+    QVERIFY(SifreOzetiMi(storedPassword(s.db(), u"Ayşe"_s)));
 }
 
 void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
@@ -102,31 +100,26 @@ void tst_Login::oldScrambledPasswordIsAcceptedOnceAndHashed()
     store::Database &db = s.db();
     QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
     // As the old program left them: both scrambled, one on each provider, one with no password.
-    QVERIFY(putUser(db, *Sifrele(QStringLiteral("admin")), *Sifrele(QStringLiteral("1234"))));
-    QVERIFY(putUser(db, *Sifrele(QStringLiteral("kasa"), Provider::Base),
-                    *Sifrele(QStringLiteral("para"), Provider::Base)));
-    QVERIFY(putUser(db, *Sifrele(QStringLiteral("misafir")), QString()));
+    QVERIFY(putUser(db, *Sifrele(u"admin"_s), *Sifrele(u"1234"_s)));
+    QVERIFY(putUser(db, *Sifrele(u"kasa"_s, Provider::Base), *Sifrele(u"para"_s, Provider::Base)));
+    QVERIFY(putUser(db, *Sifrele(u"misafir"_s), QString()));
 
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("123")),
-             GirisSonucu::SifreHatali);
-    QCOMPARE(storedPassword(db, QStringLiteral("admin")), *Sifrele(QStringLiteral("1234")));
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")),
-             GirisSonucu::Kabul);
-    const QString hashed = storedPassword(db, QStringLiteral("admin"));
+    QCOMPARE(*SifreKontrol(db, u"admin"_s, u"123"_s), GirisSonucu::SifreHatali);
+    QCOMPARE(storedPassword(db, u"admin"_s), *Sifrele(u"1234"_s));
+    QCOMPARE(*SifreKontrol(db, u"admin"_s, u"1234"_s), GirisSonucu::Kabul);
+    const QString hashed = storedPassword(db, u"admin"_s);
     QVERIFY(SifreOzetiMi(hashed));
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("admin"), QStringLiteral("1234")),
-             GirisSonucu::Kabul);
-    QCOMPARE(storedPassword(db, QStringLiteral("admin")), hashed);
+    QCOMPARE(*SifreKontrol(db, u"admin"_s, u"1234"_s), GirisSonucu::Kabul);
+    QCOMPARE(storedPassword(db, u"admin"_s), hashed);
 
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("para")), GirisSonucu::Kabul);
+    QCOMPARE(*SifreKontrol(db, u"kasa"_s, u"para"_s), GirisSonucu::Kabul);
     // A new password keeps such a user's own row.
-    QVERIFY(KullaniciKaydet(db, QStringLiteral("kasa"), QStringLiteral("yeni")).ok());
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 3);
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("kasa"), QStringLiteral("yeni")), GirisSonucu::Kabul);
+    QVERIFY(KullaniciKaydet(db, u"kasa"_s, u"yeni"_s).ok());
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Sifre"_s).toInt(), 3);
+    QCOMPARE(*SifreKontrol(db, u"kasa"_s, u"yeni"_s), GirisSonucu::Kabul);
     // A user stored without a password gets in with none, never.
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QString()), GirisSonucu::SifreHatali);
-    QCOMPARE(*SifreKontrol(db, QStringLiteral("misafir"), QStringLiteral("x")),
-             GirisSonucu::SifreHatali);
+    QCOMPARE(*SifreKontrol(db, u"misafir"_s, QString()), GirisSonucu::SifreHatali);
+    QCOMPARE(*SifreKontrol(db, u"misafir"_s, u"x"_s), GirisSonucu::SifreHatali);
 }
 
 void tst_Login::rightsByTableState()
@@ -135,29 +128,29 @@ void tst_Login::rightsByTableState()
     store::Database &db = s.db();
     QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
     users::CalismaDurumu &d = users::durum();
-    d.AktifKullanici = QStringLiteral("sekreter");
+    d.AktifKullanici = u"sekreter"_s;
     auto rights = [&db, &d](const QString &tool) {
         (void)HakKontrol(db, tool);
         return qMakePair(d.HakOkuma, d.HakYazma);
     };
     // No right defined at all: everyone may do everything.
-    QCOMPARE(rights(QStringLiteral("popKullanici")), qMakePair(true, true));
+    QCOMPARE(rights(u"popKullanici"_s), qMakePair(true, true));
     // Rows whose tool names are blank count as no rights at all.
-    QVERIFY(putRight(db, QStringLiteral("muhasebe"), QStringLiteral("  "), 0, 0));
-    QCOMPARE(rights(QStringLiteral("popKullanici")), qMakePair(true, true));
+    QVERIFY(putRight(db, u"muhasebe"_s, u"  "_s, 0, 0));
+    QCOMPARE(rights(u"popKullanici"_s), qMakePair(true, true));
     // Once a right exists, a command without a row is closed, for this user as for others.
-    QVERIFY(putRight(db, QStringLiteral("sekreter"), QStringLiteral("popOkulBilgileri"), 1, 0));
-    QCOMPARE(rights(QStringLiteral("popOkulBilgileri")), qMakePair(true, false));
-    QCOMPARE(rights(QStringLiteral("popKullanici")), qMakePair(false, false));
-    d.AktifKullanici = QStringLiteral("muhasebe");
-    QCOMPARE(rights(QStringLiteral("popOkulBilgileri")), qMakePair(false, false));
+    QVERIFY(putRight(db, u"sekreter"_s, u"popOkulBilgileri"_s, 1, 0));
+    QCOMPARE(rights(u"popOkulBilgileri"_s), qMakePair(true, false));
+    QCOMPARE(rights(u"popKullanici"_s), qMakePair(false, false));
+    d.AktifKullanici = u"muhasebe"_s;
+    QCOMPARE(rights(u"popOkulBilgileri"_s), qMakePair(false, false));
 }
 
 void tst_Login::failedLoginsSlowDown()
 {
     testing::TestStore s(store::Engine::SQLite);
     QVERIFY(store::DatabaseAc(s.db(), store::Store::Global, true, false));
-    const QString name = QStringLiteral("deneme");
+    const QString name = u"deneme"_s;
     for (int i = 0; i < 2; ++i)
         GirisSonucuKaydet(s.db(), name, false);
     QCOMPARE(GirisBeklemesi(s.db(), name), 0);
@@ -167,7 +160,7 @@ void tst_Login::failedLoginsSlowDown()
     GirisSonucuKaydet(s.db(), name, false);
     QVERIFY(GirisBeklemesi(s.db(), name) > third);
     // Another name is not slowed; a success clears the count.
-    QCOMPARE(GirisBeklemesi(s.db(), QStringLiteral("başka")), 0);
+    QCOMPARE(GirisBeklemesi(s.db(), u"başka"_s), 0);
     GirisSonucuKaydet(s.db(), name, true);
     QCOMPARE(GirisBeklemesi(s.db(), name), 0);
 }
@@ -184,16 +177,16 @@ void tst_Login::aFailedHashStoresNothing()
     const QString folder = s.settings().dataFolder;
     s.db().close();
     QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hash-child"), folder});
+    child.start(QCoreApplication::applicationFilePath(), {u"--hash-child"_s, folder});
     QVERIFY(child.waitForFinished(60000));
     const QString said = QString::fromUtf8(child.readAllStandardOutput());
-    if (!said.contains(QLatin1String("reached")))
-        QSKIP(qPrintable(QStringLiteral("the child did not reach the save: ") + said
+    if (!said.contains("reached"_L1))
+        QSKIP(qPrintable(u"the child did not reach the save: "_s + said
                          + QString::fromUtf8(child.readAllStandardError())));
-    QVERIFY2(said.contains(QStringLiteral("refused: Şifre saklanamadı")), qPrintable(said));
+    QVERIFY2(said.contains(u"refused: Şifre saklanamadı"_s), qPrintable(said));
     store::Database db(store::ConnectionSettings::sqlite(folder));
     QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
-    QCOMPARE(testing::scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 0);
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Sifre"_s).toInt(), 0);
 #endif
 }
 
@@ -207,7 +200,7 @@ int main(int argc, char **argv)
         if (!store::DatabaseAc(db, store::Store::Global, true, false))
             return 2;
         // Room for 32 MB more than the child holds now: the hash wants 64.
-        QFile statm(QStringLiteral("/proc/self/statm"));
+        QFile statm(u"/proc/self/statm"_s);
         if (!statm.open(QIODevice::ReadOnly))
             return 3;
         const qint64 pages = statm.readAll().split(' ').value(0).toLongLong();
@@ -216,9 +209,8 @@ int main(int argc, char **argv)
         if (setrlimit(RLIMIT_AS, &room) != 0)
             return 4;
         std::printf("reached\n");
-        const base::Status saved = KullaniciKaydet(db, QStringLiteral("Ayşe"), QStringLiteral("x"));
-        std::printf("%s\n",
-                    saved ? "saved" : qPrintable(QStringLiteral("refused: ") + saved.error().text));
+        const base::Status saved = KullaniciKaydet(db, u"Ayşe"_s, u"x"_s);
+        std::printf("%s\n", saved ? "saved" : qPrintable(u"refused: "_s + saved.error().text));
         return 0;
     }
 #endif

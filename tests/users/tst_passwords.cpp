@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using users::Provider;
 
 // Expected scrambled values were worked out apart from this program (RC4 over the Windows-1254
@@ -55,12 +57,12 @@ void tst_Passwords::knownAnswers_data()
     QTest::addRow("sondaki-bosluk-kalir") << "admin " << Provider::Base << "8F63694E20AA";
     QTest::addRow("sekme-bos-sayilmaz") << "\t" << Provider::Enhanced << "DE";
     QTest::addRow("turkce-harfler-enhanced")
-        << QStringLiteral("ÇçĞğİıÖöŞşÜü") << Provider::Enhanced << "10DD3E93DCEE3B831289BDB0";
+        << u"ÇçĞğİıÖöŞşÜü"_s << Provider::Enhanced << "10DD3E93DCEE3B831289BDB0";
     QTest::addRow("turkce-harfler-base")
-        << QStringLiteral("ÇçĞğİıÖöŞşÜü") << Provider::Base << "29E0D4D7937704DCCD1698AD";
-    QTest::addRow("turkce-ad") << QStringLiteral("Şükrü Güneş") << Provider::Enhanced
+        << u"ÇçĞğİıÖöŞşÜü"_s << Provider::Base << "29E0D4D7937704DCCD1698AD";
+    QTest::addRow("turkce-ad") << u"Şükrü Güneş"_s << Provider::Enhanced
                                << "09C68511FD33AA89A2129F";
-    QTest::addRow("euro-0x80") << QStringLiteral("€") << Provider::Enhanced << "57";
+    QTest::addRow("euro-0x80") << u"€"_s << Provider::Enhanced << "57";
     QTest::addRow("bos") << "" << Provider::Enhanced << "";
     QTest::addRow("yalniz-bosluk") << "   " << Provider::Base << "";
 }
@@ -84,18 +86,18 @@ void tst_Passwords::codePage_data()
 {
     QTest::addColumn<QString>("harf");
     QTest::addColumn<int>("bayt");
-    QTest::addRow("G-breve") << QStringLiteral("Ğ") << 0xD0;
-    QTest::addRow("g-breve") << QStringLiteral("ğ") << 0xF0;
-    QTest::addRow("I-noktali") << QStringLiteral("İ") << 0xDD;
-    QTest::addRow("i-noktasiz") << QStringLiteral("ı") << 0xFD;
-    QTest::addRow("S-cedilla") << QStringLiteral("Ş") << 0xDE;
-    QTest::addRow("s-cedilla") << QStringLiteral("ş") << 0xFE;
-    QTest::addRow("C-cedilla-latin1") << QStringLiteral("Ç") << 0xC7;
-    QTest::addRow("o-umlaut-latin1") << QStringLiteral("ö") << 0xF6;
-    QTest::addRow("Y-umlaut-0x9F") << QStringLiteral("Ÿ") << 0x9F;
-    QTest::addRow("eth-yerini-Ge-aldi") << QStringLiteral("Ð") << int('?');
-    QTest::addRow("thorn-yerini-se-aldi") << QStringLiteral("þ") << int('?');
-    QTest::addRow("sayfada-yok") << QStringLiteral("Ā") << int('?');
+    QTest::addRow("G-breve") << u"Ğ"_s << 0xD0;
+    QTest::addRow("g-breve") << u"ğ"_s << 0xF0;
+    QTest::addRow("I-noktali") << u"İ"_s << 0xDD;
+    QTest::addRow("i-noktasiz") << u"ı"_s << 0xFD;
+    QTest::addRow("S-cedilla") << u"Ş"_s << 0xDE;
+    QTest::addRow("s-cedilla") << u"ş"_s << 0xFE;
+    QTest::addRow("C-cedilla-latin1") << u"Ç"_s << 0xC7;
+    QTest::addRow("o-umlaut-latin1") << u"ö"_s << 0xF6;
+    QTest::addRow("Y-umlaut-0x9F") << u"Ÿ"_s << 0x9F;
+    QTest::addRow("eth-yerini-Ge-aldi") << u"Ð"_s << int('?');
+    QTest::addRow("thorn-yerini-se-aldi") << u"þ"_s << int('?');
+    QTest::addRow("sayfada-yok") << u"Ā"_s << int('?');
 }
 
 void tst_Passwords::codePage()
@@ -116,10 +118,10 @@ void tst_Passwords::everyByteSurvives()
 
 void tst_Passwords::hexOfEitherCase()
 {
-    for (const QString &hex : {QStringLiteral("b65e830a6f"), QStringLiteral("B65e830A6f")}) {
+    for (const QString &hex : {u"b65e830a6f"_s, u"B65e830A6f"_s}) {
         const auto cozulen = users::SifreCoz(hex);
         QVERIFY(cozulen.ok());
-        QCOMPARE(*cozulen, QStringLiteral("admin"));
+        QCOMPARE(*cozulen, u"admin"_s);
     }
 }
 
@@ -135,7 +137,7 @@ void tst_Passwords::malformedHex_data()
     QTest::addRow("arada-bosluk") << "B6 5E 830A6F";
     QTest::addRow("basta-sonda-bosluk") << " B65E830A6F ";
     QTest::addRow("yalniz-bosluk") << "  ";
-    QTest::addRow("tam-genislik-rakam") << QStringLiteral("０１");
+    QTest::addRow("tam-genislik-rakam") << u"０１"_s;
 }
 
 void tst_Passwords::malformedHex()
@@ -151,13 +153,12 @@ void tst_Passwords::hashVerifies_data()
 {
     QTest::addColumn<QString>("sifre");
     QTest::addColumn<QString>("yanlis");
-    QTest::addRow("buyuk-kucuk-harf") << "Admin"
-                                      << "admin";
-    QTest::addRow("sondaki-bosluk") << "admin"
-                                    << "admin ";
-    QTest::addRow("bos-sifre") << ""
-                               << " ";
-    QTest::addRow("turkce-harf-utf8") << QStringLiteral("ağaç") << QStringLiteral("aşaç");
+    // clang-format off
+    QTest::addRow("buyuk-kucuk-harf") << "Admin" << "admin";
+    QTest::addRow("sondaki-bosluk") << "admin" << "admin ";
+    QTest::addRow("bos-sifre") << "" << " ";
+    QTest::addRow("turkce-harf-utf8") << u"ağaç"_s << u"aşaç"_s;
+    // clang-format on
 }
 
 void tst_Passwords::hashVerifies()
@@ -189,7 +190,7 @@ void tst_Passwords::hashRefusesWhatIsNotAHash()
     QFETCH(QString, kayitli);
     QFETCH(bool, ozetMi);
     QCOMPARE(users::SifreOzetiMi(kayitli), ozetMi);
-    QVERIFY(!users::SifreOzetiDogrula(kayitli, QStringLiteral("admin")));
+    QVERIFY(!users::SifreOzetiDogrula(kayitli, u"admin"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_Passwords)

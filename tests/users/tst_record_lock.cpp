@@ -7,7 +7,8 @@
 #include <QTest>
 
 #include <atomic>
-#include <thread>
+
+using namespace Qt::StringLiterals;
 
 using namespace users;
 
@@ -16,8 +17,7 @@ namespace {
 bool addStudents(store::Database &db, int count)
 {
     for (int i = 1; i <= count; ++i) {
-        store::Query q(db,
-                       QStringLiteral("INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"));
+        store::Query q(db, u"INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"_s);
         q.bind(i).bind(i);
         if (!q.exec())
             return false;
@@ -27,10 +27,9 @@ bool addStudents(store::Database &db, int count)
 
 QString holderOf(store::Database &db, int id)
 {
-    store::Query q(
-        db, QStringLiteral("SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"));
+    store::Query q(db, u"SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"_s);
     q.bind(id);
-    return q.exec() && q.next() ? q.text(0) : QStringLiteral("<yok>");
+    return q.exec() && q.next() ? q.text(0) : u"<yok>"_s;
 }
 
 } // namespace
@@ -55,42 +54,42 @@ void tst_RecordLock::marksBetweenWorkstations()
     other->selectYear(1);
     QVERIFY(store::DatabaseAc(*other, store::Store::Year, true, false));
 
-    users::durum().AktifKullanici = QStringLiteral("ali");
+    users::durum().AktifKullanici = u"ali"_s;
     QVERIFY(OgrenciKilitle(s.db(), 1).ok());
     QVERIFY(OgrenciKilitle(s.db(), 1).ok()); // his own mark never stops him
-    QCOMPARE(holderOf(s.db(), 1), QStringLiteral("ali"));
+    QCOMPARE(holderOf(s.db(), 1), u"ali"_s);
 
     // At the other workstation another user is warned and takes nothing.
-    QCOMPARE(*KilidiAl(*other, 1, QStringLiteral("veli")), QStringLiteral("ali"));
-    users::durum().AktifKullanici = QStringLiteral("veli");
+    QCOMPARE(*KilidiAl(*other, 1, u"veli"_s), u"ali"_s);
+    users::durum().AktifKullanici = u"veli"_s;
     const base::Status refused = OgrenciKilitle(*other, 1);
     QVERIFY(!refused.ok() && refused.error().isRefusal());
     QVERIFY(!OgrenciKilitOK());
     QCOMPARE(refused.error().red->metin,
-             QStringLiteral("ali İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."));
-    QCOMPARE(refused.error().red->baslik, QStringLiteral("UYARI"));
+             u"ali İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."_s);
+    QCOMPARE(refused.error().red->baslik, u"UYARI"_s);
     const base::Status checked = OgrenciKilitKontrol(*other, 1);
     QVERIFY(!checked.ok() && checked.error().isRefusal());
-    QCOMPARE(holderOf(s.db(), 1), QStringLiteral("ali"));
+    QCOMPARE(holderOf(s.db(), 1), u"ali"_s);
     // Two sessions of one user name do not stop each other.
-    QCOMPARE(*KilidiAl(*other, 1, QStringLiteral("ali")), QString());
+    QCOMPARE(*KilidiAl(*other, 1, u"ali"_s), QString());
 
     // A user holds one student at a time.
-    QCOMPARE(*KilidiAl(s.db(), 2, QStringLiteral("ali")), QString());
+    QCOMPARE(*KilidiAl(s.db(), 2, u"ali"_s), QString());
     QCOMPARE(holderOf(s.db(), 1), QString());
-    QCOMPARE(holderOf(s.db(), 2), QStringLiteral("ali"));
-    QCOMPARE(*KilidiAl(*other, 3, QStringLiteral("veli")), QString());
+    QCOMPARE(holderOf(s.db(), 2), u"ali"_s);
+    QCOMPARE(*KilidiAl(*other, 3, u"veli"_s), QString());
 
     // Letting go: one's own marks, or every mark (a program killed on a workstation).
-    users::durum().AktifKullanici = QStringLiteral("ali");
+    users::durum().AktifKullanici = u"ali"_s;
     QVERIFY(OgrenciKilitBirak(s.db(), false).ok());
     QCOMPARE(holderOf(s.db(), 2), QString());
-    QCOMPARE(holderOf(s.db(), 3), QStringLiteral("veli"));
+    QCOMPARE(holderOf(s.db(), 3), u"veli"_s);
     QVERIFY(OgrenciKilitBirak(s.db(), true).ok());
     QCOMPARE(holderOf(s.db(), 3), QString());
 
     // A name longer than the mark's twenty characters is still its own holder.
-    users::durum().AktifKullanici = QStringLiteral("Muhasebe Müdür Yardımcısı");
+    users::durum().AktifKullanici = u"Muhasebe Müdür Yardımcısı"_s;
     QVERIFY(OgrenciKilitle(s.db(), 1).ok());
     QVERIFY(OgrenciKilitKontrol(s.db(), 1).ok());
     QVERIFY(OgrenciKilitle(s.db(), 1).ok());
@@ -104,30 +103,20 @@ void tst_RecordLock::twoWorkstationsAtOnceNeverBothTakeHim()
     const store::ConnectionSettings settings = s.settings();
     for (int round = 0; round < 10; ++round) {
         QVERIFY(OgrenciKilitBirak(s.db(), true).ok());
-        std::atomic<int> ready{0};
         std::atomic<int> winners{0};
-        std::atomic<int> failures{0};
-        auto workstation = [&](const QString &user) {
-            store::Database db(settings);
-            db.selectYear(1);
-            if (!store::DatabaseAc(db, store::Store::Year, true, false)) {
-                ++failures;
-                return;
-            }
-            ++ready;
-            while (ready < 2) {
-            }
-            const base::Result<QString> holder = KilidiAl(db, 1, user);
-            if (!holder)
-                ++failures;
-            else if (holder->isEmpty())
-                ++winners;
-        };
-        std::thread a(workstation, QStringLiteral("ayse"));
-        std::thread b(workstation, QStringLiteral("fatma"));
-        a.join();
-        b.join();
-        QCOMPARE(failures.load(), 0);
+        const QStringList failures
+            = testing::raceTwo(settings, [&](store::Database &db, int which) {
+                  const base::Result<QString> holder
+                      = KilidiAl(db, 1, which ? u"fatma"_s : u"ayse"_s);
+                  if (!holder) {
+                      return holder.error().text;
+                  }
+                  if (holder->isEmpty()) {
+                      ++winners;
+                  }
+                  return QString();
+              });
+        QCOMPARE(failures, QStringList());
         QCOMPARE(winners.load(), 1);
     }
 }

@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace users;
 using testing::scalar;
 
@@ -29,11 +31,9 @@ QList<HakSatiri> rights(const QHash<QString, QPair<bool, bool>> &marks)
     return list;
 }
 
-int rows(store::Database &db, const QString &ad, const QString &where = QStringLiteral("1 = 1"))
+int rows(store::Database &db, const QString &ad, const QString &where = u"1 = 1"_s)
 {
-    return scalar(db,
-                  QStringLiteral("SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND ")
-                      + where,
+    return scalar(db, u"SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND "_s + where,
                   {*Sifrele(ad)})
         .toInt();
 }
@@ -54,61 +54,53 @@ void tst_UserAdmin::nobodyIsLockedOutByTheFirstRights()
     VORTEL_STORE_FOR_ROW(s);
     store::Database &db = s.db();
     QVERIFY(store::DatabaseAc(db, store::Store::Global, true, false));
-    QVERIFY(KullaniciKaydet(db, QStringLiteral("Müdür"), QStringLiteral("1")).ok());
-    QVERIFY(KullaniciKaydet(db, QStringLiteral("zerna"), QStringLiteral("2")).ok());
+    QVERIFY(KullaniciKaydet(db, u"Müdür"_s, u"1"_s).ok());
+    QVERIFY(KullaniciKaydet(db, u"zerna"_s, u"2"_s).ok());
     const int commands = int(KomutTablosu().size());
 
     // The administrator only looked at his own rights (no row: no marks) and gave the new
     // secretary three read rights.
-    KullaniciSatiri sekreter{QStringLiteral("Sekreter"), QString(), false, QStringLiteral("abc"),
-                             true};
-    const QList<KullaniciSatiri> users
-        = {stored(QStringLiteral("Müdür")), stored(QStringLiteral("zerna")), sekreter};
+    KullaniciSatiri sekreter{u"Sekreter"_s, QString(), false, u"abc"_s, true};
+    const QList<KullaniciSatiri> users = {stored(u"Müdür"_s), stored(u"zerna"_s), sekreter};
     QHash<QString, QList<HakSatiri>> given;
     given.insert(users[0].kod, rights({}));
-    given.insert(QStringLiteral("Sekreter"),
-                 rights({{QStringLiteral("popOkulBilgileri"), {true, false}},
-                         {QStringLiteral("popOgrenciBilgileri"), {true, false}},
-                         {QStringLiteral("popYoneticiRaporu"), {true, false}}}));
+    given.insert(u"Sekreter"_s, rights({{u"popOkulBilgileri"_s, {true, false}},
+                                        {u"popOgrenciBilgileri"_s, {true, false}},
+                                        {u"popYoneticiRaporu"_s, {true, false}}}));
     const base::Status saved = KullanicilariKaydet(db, users, given);
     QVERIFY2(saved.ok(), qPrintable(saved.error().text));
 
     // Those who had no rows keep everything; the secretary has what she was given.
     for (const char *ad : {"Müdür", "zerna"}) {
-        QCOMPARE(rows(db, QString::fromUtf8(ad),
-                      QStringLiteral("Haklar_Okuma = 1 AND Haklar_Yazma = 1")),
+        QCOMPARE(rows(db, QString::fromUtf8(ad), u"Haklar_Okuma = 1 AND Haklar_Yazma = 1"_s),
                  commands);
     }
-    QCOMPARE(rows(db, QStringLiteral("Sekreter"), QStringLiteral("Haklar_Okuma = 1")), 3);
-    QCOMPARE(rows(db, QStringLiteral("Sekreter"), QStringLiteral("Haklar_Yazma = 1")), 0);
+    QCOMPARE(rows(db, u"Sekreter"_s, u"Haklar_Okuma = 1"_s), 3);
+    QCOMPARE(rows(db, u"Sekreter"_s, u"Haklar_Yazma = 1"_s), 0);
 
     // Saving the secretary again changes nobody else's rows.
     given.clear();
     given.insert(users[0].kod, rights({}));
-    given.insert(*Sifrele(QStringLiteral("Sekreter")),
-                 rights({{QStringLiteral("popOgrenciBilgileri"), {true, true}}}));
-    QList<KullaniciSatiri> again
-        = {stored(QStringLiteral("Müdür")), stored(QStringLiteral("zerna")),
-           stored(QStringLiteral("Sekreter"))};
+    given.insert(*Sifrele(u"Sekreter"_s), rights({{u"popOgrenciBilgileri"_s, {true, true}}}));
+    QList<KullaniciSatiri> again = {stored(u"Müdür"_s), stored(u"zerna"_s), stored(u"Sekreter"_s)};
     // The administrator's grid now shows no marks: that is a change, and it would leave only
     // the service user; still allowed.
     QVERIFY(KullanicilariKaydet(db, again, given).ok());
-    QCOMPARE(rows(db, QStringLiteral("zerna"), QStringLiteral("Haklar_Yazma = 1")), commands);
-    QCOMPARE(rows(db, QStringLiteral("Sekreter"), QStringLiteral("Haklar_Yazma = 1")), 1);
+    QCOMPARE(rows(db, u"zerna"_s, u"Haklar_Yazma = 1"_s), commands);
+    QCOMPARE(rows(db, u"Sekreter"_s, u"Haklar_Yazma = 1"_s), 1);
 
     // Taking the users screen from the last one who has it is refused, and nothing changes.
     given.clear();
-    given.insert(*Sifrele(QStringLiteral("zerna")),
-                 rights({{QStringLiteral("popOgrenciBilgileri"), {true, true}}}));
+    given.insert(*Sifrele(u"zerna"_s), rights({{u"popOgrenciBilgileri"_s, {true, true}}}));
     const base::Status refused = KullanicilariKaydet(db, again, given);
     QVERIFY(!refused.ok() && refused.error().isRefusal());
-    QCOMPARE(rows(db, QStringLiteral("zerna"), QStringLiteral("Haklar_Yazma = 1")), commands);
+    QCOMPARE(rows(db, u"zerna"_s, u"Haklar_Yazma = 1"_s), commands);
     // So is deleting him.
-    const base::Status deleted = KullaniciSil(db, *Sifrele(QStringLiteral("zerna")));
+    const base::Status deleted = KullaniciSil(db, *Sifrele(u"zerna"_s));
     QVERIFY(!deleted.ok() && deleted.error().isRefusal());
-    QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 3);
+    QCOMPARE(scalar(db, u"SELECT count(*) FROM Sifre"_s).toInt(), 3);
     // Deleting another user is no trouble.
-    QVERIFY(KullaniciSil(db, *Sifrele(QStringLiteral("Sekreter"))).ok());
+    QVERIFY(KullaniciSil(db, *Sifrele(u"Sekreter"_s)).ok());
 }
 
 QTEST_GUILESS_MAIN(tst_UserAdmin)

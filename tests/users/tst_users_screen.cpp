@@ -23,6 +23,8 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using testing::click;
 using testing::typeInto;
 
@@ -62,109 +64,104 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
     QVERIFY(testing::openOffice(db));
-    users::durum().AktifKullanici = QStringLiteral("Müdür");
+    users::durum().AktifKullanici = u"Müdür"_s;
     testing::MessageRecorder messages;
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
     w.show();
 
-    QVERIFY(users::KullaniciKaydet(db, QStringLiteral("zerna"), QStringLiteral("servis")).ok());
-    w.ActBar_Click(QStringLiteral("popKullanici"));
-    QMdiSubWindow *sub = w.screenWindow(QStringLiteral("Kullanici_Sifre"));
+    QVERIFY(users::KullaniciKaydet(db, u"zerna"_s, u"servis"_s).ok());
+    w.ActBar_Click(u"popKullanici"_s);
+    QMdiSubWindow *sub = w.screenWindow(u"Kullanici_Sifre"_s);
     QVERIFY(sub);
     QWidget *screen = sub->widget();
-    auto *users = screen->findChild<ui::Grid *>(QStringLiteral("vaSpread1"));
-    auto *rights = screen->findChild<ui::Grid *>(QStringLiteral("vaSpread2"));
+    auto *users = screen->findChild<ui::Grid *>(u"vaSpread1"_s);
+    auto *rights = screen->findChild<ui::Grid *>(u"vaSpread2"_s);
     // Every user who can log in is listed, the service user too; no password is shown.
     QCOMPARE(users->rowCount(), 2);
-    QCOMPARE(users->text(0, 0), QStringLiteral("Müdür"));
-    QCOMPARE(users->text(1, 0), QStringLiteral("zerna"));
-    QCOMPARE(users->text(0, 1), QStringLiteral("••••••"));
-    QCOMPARE(users->text(1, 1), QStringLiteral("••••••"));
+    QCOMPARE(users->text(0, 0), u"Müdür"_s);
+    QCOMPARE(users->text(1, 0), u"zerna"_s);
+    QCOMPARE(users->text(0, 1), u"••••••"_s);
+    QCOMPARE(users->text(1, 1), u"••••••"_s);
 
     // The administrator keeps every right: once any right exists, a command without one is closed.
     users->setCurrentCell(0, 0);
-    click(screen, QStringLiteral("Command3"));
-    click(screen, QStringLiteral("Command4"));
-    QCOMPARE(screen->findChild<QPushButton *>(QStringLiteral("Command3"))->text(),
-             QStringLiteral("&Okuma İşaretsiz"));
+    click(screen, u"Command3"_s);
+    click(screen, u"Command4"_s);
+    QCOMPARE(screen->findChild<QPushButton *>(u"Command3"_s)->text(), u"&Okuma İşaretsiz"_s);
     QVERIFY(rights->checked(0, 1) && rights->checked(rights->rowCount() - 1, 2));
 
     // A new user with no name, then with a password that is not confirmed, is refused.
-    click(screen, QStringLiteral("Command2"));
+    click(screen, u"Command2"_s);
     QCOMPARE(users->rowCount(), 3);
-    click(screen, QStringLiteral("Command2"));
-    QCOMPARE(messages.texts().value(0), QStringLiteral("Geçerli Bir Kullanıcı Tanımlamalısınız!"));
-    users->gridModel()->setData(users->gridModel()->index(2, 0), QStringLiteral("Sekreter"),
-                                Qt::EditRole);
-    typeInto(screen, QStringLiteral("Txt_Yeni1"), QStringLiteral("abc"));
-    typeInto(screen, QStringLiteral("Txt_Yeni2"), QStringLiteral("abd"));
-    click(screen, QStringLiteral("Cmd_Ok"));
-    QCOMPARE(messages.texts().value(1), QStringLiteral("Geçersiz veya yanlış şifre tanımlaması."));
+    click(screen, u"Command2"_s);
+    QCOMPARE(messages.texts().value(0), u"Geçerli Bir Kullanıcı Tanımlamalısınız!"_s);
+    users->gridModel()->setData(users->gridModel()->index(2, 0), u"Sekreter"_s, Qt::EditRole);
+    typeInto(screen, u"Txt_Yeni1"_s, u"abc"_s);
+    typeInto(screen, u"Txt_Yeni2"_s, u"abd"_s);
+    click(screen, u"Cmd_Ok"_s);
+    QCOMPARE(messages.texts().value(1), u"Geçersiz veya yanlış şifre tanımlaması."_s);
     QCOMPARE(users->text(2, 1), QString());
-    typeInto(screen, QStringLiteral("Txt_Yeni1"), QStringLiteral("abc"));
-    typeInto(screen, QStringLiteral("Txt_Yeni2"), QStringLiteral("abc"));
-    click(screen, QStringLiteral("Cmd_Ok"));
-    QCOMPARE(users->text(2, 1), QStringLiteral("••••••"));
+    typeInto(screen, u"Txt_Yeni1"_s, u"abc"_s);
+    typeInto(screen, u"Txt_Yeni2"_s, u"abc"_s);
+    click(screen, u"Cmd_Ok"_s);
+    QCOMPARE(users->text(2, 1), u"••••••"_s);
     // The secretary may read the school's settings, and nothing else.
-    const int okul = rowOf(rights, 3, QStringLiteral("popOkulBilgileri"));
+    const int okul = rowOf(rights, 3, u"popOkulBilgileri"_s);
     QVERIFY(okul >= 0);
     rights->gridModel()->setData(rights->gridModel()->index(okul, 1), Qt::Checked,
                                  Qt::CheckStateRole);
-    testing::screenshot(screen, QStringLiteral("kullanici-sifre"));
+    testing::screenshot(screen, u"kullanici-sifre"_s);
     messages.clear();
-    click(screen, QStringLiteral("cmdKaydet"));
-    QCOMPARE(messages.texts(), QStringList{QStringLiteral("Kullanıcılar ve hakları kaydedildi.")});
+    click(screen, u"cmdKaydet"_s);
+    QCOMPARE(messages.texts(), QStringList{u"Kullanıcılar ve hakları kaydedildi."_s});
     QCOMPARE(users->rowCount(), 3);
-    const QString sekreter = *users::Sifrele(QStringLiteral("Sekreter"));
+    const QString sekreter = *users::Sifrele(u"Sekreter"_s);
     QVERIFY(users::SifreOzetiMi(
-        scalar(db, QStringLiteral("SELECT Password FROM Sifre WHERE Username = ?"), {sekreter})
-            .toString()));
+        scalar(db, u"SELECT Password FROM Sifre WHERE Username = ?"_s, {sekreter}).toString()));
     QCOMPARE(scalar(db,
-                    QStringLiteral(
-                        "SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"),
+                    u"SELECT count(*) FROM Haklar WHERE Kullanici_Adi = ? AND Haklar_Okuma = 1"_s,
                     {sekreter})
                  .toInt(),
              1);
     sub->close();
-    QVERIFY(!w.screenWindow(QStringLiteral("Kullanici_Sifre")));
+    QVERIFY(!w.screenWindow(u"Kullanici_Sifre"_s));
 
     // The secretary logs in.
     testing::ModalDriver driver;
     driver.then([](QWidget *d) {
-        typeInto(d, QStringLiteral("txtKullaniciAdi"), QStringLiteral("Sekreter"));
-        typeInto(d, QStringLiteral("txtSifre"), QStringLiteral("abc"));
-        click(d, QStringLiteral("CmdOk"));
+        typeInto(d, u"txtKullaniciAdi"_s, u"Sekreter"_s);
+        typeInto(d, u"txtSifre"_s, u"abc"_s);
+        click(d, u"CmdOk"_s);
     });
     users::FrmSifre login(db);
     QCOMPARE(login.exec(), int(QDialog::Accepted));
-    QCOMPARE(users::durum().AktifKullanici, QStringLiteral("Sekreter"));
+    QCOMPARE(users::durum().AktifKullanici, u"Sekreter"_s);
 
     // The users screen is closed to her...
     messages.clear();
-    w.ActBar_Click(QStringLiteral("popKullanici"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral(
-                 "Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz.")});
-    QVERIFY(!w.screenWindow(QStringLiteral("Kullanici_Sifre")));
+    w.ActBar_Click(u"popKullanici"_s);
+    QCOMPARE(
+        messages.texts(),
+        QStringList{u"Bu programa giriş yetkiniz yok. Lütfen Sistem yetkilisi ile görüşünüz."_s});
+    QVERIFY(!w.screenWindow(u"Kullanici_Sifre"_s));
     // ...the school's settings open for reading, and the save is refused, by the screen and by
     // the store alike.
-    w.ActBar_Click(QStringLiteral("popOkulBilgileri"));
-    QMdiSubWindow *okulSub = w.screenWindow(QStringLiteral("FrmOkulBilgileri"));
+    w.ActBar_Click(u"popOkulBilgileri"_s);
+    QMdiSubWindow *okulSub = w.screenWindow(u"FrmOkulBilgileri"_s);
     QVERIFY(okulSub);
-    typeInto(okulSub->widget(), QStringLiteral("txtOkulAdi"), QStringLiteral("Değiştirilmiş Ad"));
+    typeInto(okulSub->widget(), u"txtOkulAdi"_s, u"Değiştirilmiş Ad"_s);
     messages.clear();
-    click(okulSub->widget(), QStringLiteral("cmdKaydet"));
-    QCOMPARE(messages.texts(),
-             QStringList{QStringLiteral(
-                 "Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz")});
+    click(okulSub->widget(), u"cmdKaydet"_s);
+    QCOMPARE(
+        messages.texts(),
+        QStringList{u"Değişiklik yapma yetkiniz yok. Lütfen sistem yetkilisi ile görüşünüz"_s});
     base::Result<maintenance::OkulBilgisi> row = maintenance::OkulbilgisiGetir(db);
-    row.value().OkulAdi = QStringLiteral("Arka Kapıdan");
+    row.value().OkulAdi = u"Arka Kapıdan"_s;
     const base::Status direct = maintenance::OkulbilgisiKaydet(db, *row);
     QVERIFY(!direct);
     QCOMPARE(direct.error().number, store::YazmaYetkisiYokHatasi);
-    QCOMPARE(scalar(db, QStringLiteral("SELECT OkulAdi FROM Sabit")).toString(),
-             QStringLiteral("Deneme Okulu"));
+    QCOMPARE(scalar(db, u"SELECT OkulAdi FROM Sabit"_s).toString(), u"Deneme Okulu"_s);
     static_cast<ui::Screen *>(okulSub->widget())->setDirty(false);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
@@ -176,31 +173,30 @@ void tst_UsersScreen::passwordMaintenanceScreen()
     store::Database &db = s.db();
     store::setDefaultDatabase(&db);
     QVERIFY(testing::openOffice(db));
-    QVERIFY(users::KullaniciSil(db, *users::Sifrele(QStringLiteral("Müdür"))).ok());
+    QVERIFY(users::KullaniciSil(db, *users::Sifrele(u"Müdür"_s)).ok());
     testing::MessageRecorder messages;
     shell::MDIAidat w(db);
     w.MenuDurumAyarla(true);
-    w.ActBar_Click(QStringLiteral("popProgramaGirisSifresiDegistirme"));
+    w.ActBar_Click(u"popProgramaGirisSifresiDegistirme"_s);
     QCOMPARE(
         messages.texts(),
-        QStringList{QStringLiteral(
-            "Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı tanımlayınız.")});
-    QWidget *screen = w.screenWindow(QStringLiteral("FrmProgramaGirisSifresiDegistirme"))->widget();
-    typeInto(screen, QStringLiteral("txtUsername"), QStringLiteral("Kasiyer"));
-    typeInto(screen, QStringLiteral("txtPassword"), QStringLiteral("x1"));
-    typeInto(screen, QStringLiteral("txtPassword2"), QStringLiteral("x1"));
-    click(screen, QStringLiteral("cmdKaydet"));
-    testing::screenshot(screen, QStringLiteral("giris-sifresi-degistirme"));
-    auto *list = screen->findChild<QListWidget *>(QStringLiteral("ListUsername"));
+        QStringList{
+            u"Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı tanımlayınız."_s});
+    QWidget *screen = w.screenWindow(u"FrmProgramaGirisSifresiDegistirme"_s)->widget();
+    typeInto(screen, u"txtUsername"_s, u"Kasiyer"_s);
+    typeInto(screen, u"txtPassword"_s, u"x1"_s);
+    typeInto(screen, u"txtPassword2"_s, u"x1"_s);
+    click(screen, u"cmdKaydet"_s);
+    testing::screenshot(screen, u"giris-sifresi-degistirme"_s);
+    auto *list = screen->findChild<QListWidget *>(u"ListUsername"_s);
     QCOMPARE(list->count(), 1);
-    QCOMPARE(list->item(0)->text(), QStringLiteral("Kasiyer"));
-    QCOMPARE(*users::SifreKontrol(db, QStringLiteral("Kasiyer"), QStringLiteral("x1")),
-             users::GirisSonucu::Kabul);
+    QCOMPARE(list->item(0)->text(), u"Kasiyer"_s);
+    QCOMPARE(*users::SifreKontrol(db, u"Kasiyer"_s, u"x1"_s), users::GirisSonucu::Kabul);
     // Choosing a name never brings its password back.
     list->setCurrentRow(0);
-    QCOMPARE(screen->findChild<QLineEdit *>(QStringLiteral("txtPassword"))->text(), QString());
-    click(screen, QStringLiteral("cmdSil"));
-    QCOMPARE(scalar(db, QStringLiteral("SELECT count(*) FROM Sifre")).toInt(), 0);
+    QCOMPARE(screen->findChild<QLineEdit *>(u"txtPassword"_s)->text(), QString());
+    click(screen, u"cmdSil"_s);
+    QCOMPARE(scalar(db, u"SELECT count(*) FROM Sifre"_s).toInt(), 0);
     w.mdiArea()->closeAllSubWindows();
     store::setDefaultDatabase(nullptr);
 }
