@@ -10,8 +10,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QMdiSubWindow>
+#include <QPlainTextEdit>
 #include <QTest>
 
 // Every screen opened from the command table takes the keyboard at once: the focus stands in
@@ -29,13 +29,20 @@ void tst_ScreenFocus::theFirstBoxHasTheFocus_data()
 {
     QTest::addColumn<QString>("tool");
     QTest::addColumn<QString>("screen");
-    QTest::addRow("okul") << "popOkulBilgileri" << "FrmOkulBilgileri";
-    QTest::addRow("kullanici") << "popKullanici" << "Kullanici_Sifre";
-    QTest::addRow("ogrenci") << "btnOgrenciBilgileri" << "FrmOgrenci";
-    QTest::addRow("aidat") << "popAidatTanimlama" << "FrmAidatTanimlama";
-    QTest::addRow("hizli-giris") << "popHizliOgrenciGirisi" << "FrmHizliOgrenciKayit";
-    QTest::addRow("sinif-atlatma") << "popSinifAtlatma" << "Form_Sinif_Atlatma";
-    QTest::addRow("toplu-sinif") << "popTopluBorcSinifDegistirme" << "FrmTopluSinifDegistirme";
+    QTest::addRow("okul") << "popOkulBilgileri"
+                          << "FrmOkulBilgileri";
+    QTest::addRow("kullanici") << "popKullanici"
+                               << "Kullanici_Sifre";
+    QTest::addRow("ogrenci") << "btnOgrenciBilgileri"
+                             << "FrmOgrenci";
+    QTest::addRow("aidat") << "popAidatTanimlama"
+                           << "FrmAidatTanimlama";
+    QTest::addRow("hizli-giris") << "popHizliOgrenciGirisi"
+                                 << "FrmHizliOgrenciKayit";
+    QTest::addRow("sinif-atlatma") << "popSinifAtlatma"
+                                   << "Form_Sinif_Atlatma";
+    QTest::addRow("toplu-sinif") << "popTopluBorcSinifDegistirme"
+                                 << "FrmTopluSinifDegistirme";
 }
 
 void tst_ScreenFocus::theFirstBoxHasTheFocus()
@@ -59,7 +66,8 @@ void tst_ScreenFocus::theFirstBoxHasTheFocus()
              qPrintable(focused ? focused->objectName() : QStringLiteral("<yok>")));
     // A box, a list or a grid that takes what is typed: not a tab bar, not a button.
     QVERIFY2(qobject_cast<QLineEdit *>(focused) || qobject_cast<QComboBox *>(focused)
-                 || qobject_cast<QAbstractItemView *>(focused) || qobject_cast<QPlainTextEdit *>(focused),
+                 || qobject_cast<QAbstractItemView *>(focused)
+                 || qobject_cast<QPlainTextEdit *>(focused),
              focused->metaObject()->className());
     sub->close();
     store::setDefaultDatabase(nullptr);
