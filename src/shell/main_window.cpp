@@ -30,6 +30,7 @@
 #include <QMenuBar>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPointer>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -518,6 +519,14 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
     sub->setProperty("hakYazma", write);
     sub->setWindowTitle(widget->windowTitle());
     sub->resize(widget->size().expandedTo(widget->sizeHint()) + QSize(16, 40));
+    // A screen that closes itself (its "Çıkış") takes its frame with it.
+    connect(
+        widget, &QObject::destroyed, this,
+        [frame = QPointer<QMdiSubWindow>(sub)] {
+            if (frame)
+                frame->close();
+        },
+        Qt::QueuedConnection);
     sub->show();
     ui::focusFirstBox(widget);
     return true;

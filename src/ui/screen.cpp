@@ -9,6 +9,7 @@
 #include <QAbstractSpinBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
@@ -86,6 +87,16 @@ void Screen::closeEvent(QCloseEvent *event)
         event->accept();
     else
         event->ignore();
+}
+
+void Screen::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        closeWindow();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void focusFirstBox(QWidget *screen)

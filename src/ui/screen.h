@@ -33,6 +33,8 @@ protected:
     // The screen's own save; true when it was written.
     virtual bool save() { return true; }
     void closeEvent(QCloseEvent *event) override;
+    // Escape that no box or list took for itself closes the screen, as its "Çıkış" does.
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     bool m_dirty = false;

@@ -6,13 +6,17 @@
 #include "store/database.h"
 #include "users/session.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 // Every screen opened from the command table takes the keyboard at once: the focus stands in
 // its first control, so that what the operator types lands there.
@@ -23,6 +27,8 @@ class tst_ScreenFocus : public QObject
 private slots:
     void theFirstBoxHasTheFocus_data();
     void theFirstBoxHasTheFocus();
+    void everyWayOfClosingTakesTheFrame_data();
+    void everyWayOfClosingTakesTheFrame();
 };
 
 void tst_ScreenFocus::theFirstBoxHasTheFocus_data()
@@ -70,6 +76,59 @@ void tst_ScreenFocus::theFirstBoxHasTheFocus()
                  || qobject_cast<QPlainTextEdit *>(focused),
              focused->metaObject()->className());
     sub->close();
+    store::setDefaultDatabase(nullptr);
+}
+
+void tst_ScreenFocus::everyWayOfClosingTakesTheFrame_data()
+{
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("way");
+    const QList<QPair<const char *, const char *>> screens
+        = {{"popOkulBilgileri", "FrmOkulBilgileri"},
+           {"popKullanici", "Kullanici_Sifre"},
+           {"btnOgrenciBilgileri", "FrmOgrenci"},
+           {"popAidatTanimlama", "FrmAidatTanimlama"},
+           {"popHizliOgrenciGirisi", "FrmHizliOgrenciKayit"},
+           {"popSinifAtlatma", "Form_Sinif_Atlatma"},
+           {"popTopluBorcSinifDegistirme", "FrmTopluSinifDegistirme"}};
+    for (const auto &[tool, screen] : screens) {
+        for (const char *way : {"cikis", "escape", "ctrl-f4"})
+            QTest::addRow("%s-%s", screen, way) << tool << screen << way;
+    }
+}
+
+void tst_ScreenFocus::everyWayOfClosingTakesTheFrame()
+{
+    QFETCH(QString, tool);
+    QFETCH(QString, screen);
+    QFETCH(QString, way);
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    store::setDefaultDatabase(&db);
+    QVERIFY(testing::openOffice(db));
+    testing::MessageRecorder messages;
+    shell::MDIAidat w(db);
+    w.MenuDurumAyarla(true);
+    w.show();
+    QApplication::setActiveWindow(&w);
+    w.ActBar_Click(tool);
+    // Asked for again while it is open, the screen comes forward: no second copy.
+    w.ActBar_Click(tool);
+    QCOMPARE(w.mdiArea()->subWindowList().size(), 1);
+    QMdiSubWindow *sub = w.screenWindow(screen);
+    QVERIFY(sub);
+    if (way == u"cikis") {
+        auto *cikis = sub->widget()->findChild<QAbstractButton *>(u"cmdCikis"_s);
+        QVERIFY(cikis);
+        cikis->click();
+    } else if (way == u"escape") {
+        QWidget *focused = QApplication::focusWidget();
+        QTest::keyClick(focused ? focused : sub->widget(), Qt::Key_Escape);
+    } else {
+        QTest::keyClick(sub, Qt::Key_F4, Qt::ControlModifier);
+    }
+    QTRY_COMPARE(w.mdiArea()->subWindowList().size(), 0);
     store::setDefaultDatabase(nullptr);
 }
 
