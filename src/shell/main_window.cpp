@@ -33,6 +33,7 @@
 #include <QPointer>
 #include <QResizeEvent>
 #include <QScrollBar>
+#include <QSettings>
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
@@ -260,12 +261,28 @@ void MDIAidat::buildBands()
     statusBar()->setObjectName(QStringLiteral("BndStatus"));
 }
 
+namespace {
+
+const QString s_geometryKey = QStringLiteral("anaPencere/geometri");
+
+} // namespace
+
+void MDIAidat::pencereyiGoster()
+{
+    const QByteArray kept = QSettings().value(s_geometryKey).toByteArray();
+    if (kept.isEmpty() || !restoreGeometry(kept)) {
+        showMaximized();
+        return;
+    }
+    show();
+}
+
 bool MDIAidat::MDIForm_Load()
 {
     m_background->show();
     MenuAciklamaOku();
     QCoreApplication::processEvents();
-    show();
+    pencereyiGoster();
 
     // With no user defined nobody could log in: the first one is made here.
     base::Result<bool> users = users::KullaniciVarMi(m_db);
@@ -539,6 +556,7 @@ void MDIAidat::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    QSettings().setValue(s_geometryKey, saveGeometry());
     store::DatabaseKapat(m_db);
     event->accept();
 }

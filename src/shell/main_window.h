@@ -32,6 +32,9 @@ public:
     // The start: background, login (and, on an empty user table, the first user), the working
     // year, the working month. False when the login was left: the program ends.
     bool MDIForm_Load();
+    // Shows the window where it stood when it was last closed on this workstation, else
+    // maximised on the screen it opens on.
+    void pencereyiGoster();
 
     void ActBar_Click(const QString &tool);
     void ActBar_ComboChange(const QString &tool);

@@ -22,6 +22,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QRadioButton>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTabWidget>
 #include <QTest>
 
@@ -58,6 +60,7 @@ private slots:
     void everyCommandOpensItsScreenOrSaysItIsNotReady();
     void rightsCloseCommandsOnceAnyRightExists();
     void explanationsFollowTheirSetting();
+    void theWindowOpensMaximisedThenWhereItWasLeft();
 };
 
 void tst_MainWindow::aNewOfficeStartsUp()
@@ -277,6 +280,28 @@ void tst_MainWindow::explanationsFollowTheirSetting()
     again.MenuAciklamaOku();
     QVERIFY(!again.background()->aciklamalarGorunur());
     store::setDefaultDatabase(nullptr);
+}
+
+void tst_MainWindow::theWindowOpensMaximisedThenWhereItWasLeft()
+{
+    // The workstation's settings of this test only.
+    QStandardPaths::setTestModeEnabled(true);
+    QSettings().clear();
+    testing::TestStore s(store::Engine::SQLite);
+    QVERIFY(testing::openOffice(s.db()));
+    {
+        shell::MDIAidat w(s.db());
+        w.pencereyiGoster();
+        QVERIFY(w.isMaximized());
+        w.showNormal();
+        w.setGeometry(40, 30, 1000, 700);
+        QVERIFY(w.close());
+    }
+    shell::MDIAidat again(s.db());
+    again.pencereyiGoster();
+    QVERIFY(!again.isMaximized());
+    QCOMPARE(again.size(), QSize(1000, 700));
+    QSettings().clear();
 }
 
 QTEST_MAIN(tst_MainWindow)
