@@ -3,8 +3,10 @@
 #include "base/turkish_text.h"
 #include "store/database.h"
 #include "store/schema.h"
+
 #include "store/settings.h"
 #include "users/session.h"
+#include <QRegularExpression>
 
 namespace maintenance {
 
@@ -63,13 +65,27 @@ QDateTime dateOrZero(const store::Query &q, const QString &field)
 
 } // namespace
 
-OkulBilgisi YeniOkulBilgisi(const QDate &bugun)
+std::optional<int> OkulYiliBasi(const QString &metin)
+{
+    static const QRegularExpression s_okulYili(
+        QStringLiteral("^\\s*(\\d{4})\\s*-\\s*(\\d{4})\\s*$"));
+    const QRegularExpressionMatch m = s_okulYili.match(metin);
+    if (!m.hasMatch() || m.captured(2).toInt() != m.captured(1).toInt() + 1)
+        return std::nullopt;
+    return m.captured(1).toInt();
+}
+
+OkulBilgisi YeniOkulBilgisi(const QDate &bugun, const QString &calismaAdi)
 {
     OkulBilgisi o;
-    const int first = bugun.month() >= 7 ? bugun.year() : bugun.year() - 1;
+    const std::optional<int> calismaYili = OkulYiliBasi(calismaAdi);
+    const int first
+        = calismaYili ? *calismaYili : (bugun.month() >= 7 ? bugun.year() : bugun.year() - 1);
+    // September to December belong to the school year's first year, the rest to its second.
+    const int cariYil = !calismaYili ? bugun.year() : (bugun.month() >= 9 ? first : first + 1);
     o.OgretimYili = QStringLiteral("%1-%2").arg(first).arg(first + 1);
     o.BaslangicAy = QStringLiteral("%1%2").arg(first).arg(9, 2, 10, QLatin1Char('0'));
-    o.CariAy = QStringLiteral("%1%2").arg(bugun.year()).arg(bugun.month(), 2, 10, QLatin1Char('0'));
+    o.CariAy = QStringLiteral("%1%2").arg(cariYil).arg(bugun.month(), 2, 10, QLatin1Char('0'));
     o.DonemBasTarihi = QDateTime(QDate(first, 9, 1), QTime(0, 0));
     o.DonemBitTarihi = QDateTime(QDate(first + 1, 6, 30), QTime(0, 0));
     return o;

@@ -6,6 +6,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <optional>
+
 namespace store {
 class Database;
 }
@@ -59,7 +61,11 @@ base::Status OkulbilgisiKaydet(store::Database &db, const OkulBilgisi &okul,
                                const OfisAyarlari *ofis = nullptr);
 base::Status OkulbilgisiSil(store::Database &db);
 // A new school's row: this school year, the working month, the period from September to June.
-OkulBilgisi YeniOkulBilgisi(const QDate &bugun);
+// When the working year's name reads as a school year ("2025-2026"), the new row is of that
+// school year, its working month today's month within it.
+OkulBilgisi YeniOkulBilgisi(const QDate &bugun, const QString &calismaAdi = QString());
+// The first year of a school year written "2025-2026"; nullopt for any other text.
+std::optional<int> OkulYiliBasi(const QString &metin);
 
 // Copies the row in force into the working state; true when a row was read. The currency is
 // YTL with two decimals afterwards, whatever the row says.

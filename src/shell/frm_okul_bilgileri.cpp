@@ -319,7 +319,9 @@ void FrmOkulBilgileri::OkulbilgisiGetir()
         ui::HataBildir(row.error());
         return;
     }
-    m_row = row->kayitVar ? *row : maintenance::YeniOkulBilgisi(QDate::currentDate());
+    m_row = row->kayitVar ? *row
+                          : maintenance::YeniOkulBilgisi(QDate::currentDate(),
+                                                         users::durum().AktifCalismaAdi);
     const maintenance::OkulBilgisi &o = m_row;
     m_okulAdi->setText(o.OkulAdi);
     m_il->setText(o.OkulIlAdi);
@@ -333,7 +335,9 @@ void FrmOkulBilgileri::OkulbilgisiGetir()
     m_vergiSicil->setText(o.VergiSicilNo);
     m_vergiDairesi->setText(o.VergiDairesiAdi);
     const QString year
-        = o.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate()) : o.OgretimYili;
+        = o.OgretimYili.isEmpty()
+              ? VarsayilanOgretimYili(QDate::currentDate(), users::durum().AktifCalismaAdi)
+              : o.OgretimYili;
     m_ogretimYili->setCurrentText(year);
     fillMonths(year);
     selectMonth(m_basAy, o.BaslangicAy);

@@ -396,10 +396,11 @@ void MDIAidat::MenuDurumAyarla(bool acik)
 void MDIAidat::CariAyDoldur()
 {
     users::CalismaDurumu &d = users::durum();
-    // Without a school year the selector shows this year and the next; the state keeps it empty,
-    // so that commands still ask for the school's settings.
-    const QString year
-        = d.OgretimYili.isEmpty() ? VarsayilanOgretimYili(QDate::currentDate()) : d.OgretimYili;
+    // Without a school year the selector shows the working year's, or this year and the next;
+    // the state keeps it empty, so that commands still ask for the school's settings.
+    const QString year = d.OgretimYili.isEmpty()
+                             ? VarsayilanOgretimYili(QDate::currentDate(), d.AktifCalismaAdi)
+                             : d.OgretimYili;
     const QList<AyGirdisi> months = CariAyListesi(year);
     m_filling = true;
     m_cmbCariAy->clear();

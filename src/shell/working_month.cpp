@@ -1,6 +1,7 @@
 #include "shell/working_month.h"
 
 #include "base/turkish_text.h"
+#include "maintenance/school.h"
 
 namespace shell {
 
@@ -17,9 +18,10 @@ QList<AyGirdisi> CariAyListesi(const QString &ogretimYili)
     return list;
 }
 
-QString VarsayilanOgretimYili(const QDate &bugun)
+QString VarsayilanOgretimYili(const QDate &bugun, const QString &calismaAdi)
 {
-    return QStringLiteral("%1-%2").arg(bugun.year()).arg(bugun.year() + 1);
+    const int first = maintenance::OkulYiliBasi(calismaAdi).value_or(bugun.year());
+    return QStringLiteral("%1-%2").arg(first).arg(first + 1);
 }
 
 int CariAySirasi(const QList<AyGirdisi> &liste, const QString &cariAy, const QString &ogretimYili,

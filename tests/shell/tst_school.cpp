@@ -38,6 +38,8 @@ private slots:
     void readingTheSchoolsRow();
     void workingMonthSelector_data();
     void workingMonthSelector();
+    void theWorkingYearGivesTheSchoolYear_data();
+    void theWorkingYearGivesTheSchoolYear();
     void dashboardFigures_data() { testing::addEngineRows(); }
     void dashboardFigures();
 };
@@ -124,6 +126,37 @@ void tst_School::workingMonthSelector_data()
     QTest::addRow("liste-disi-simdiki-ay") << "201905" << "2025-2026" << "KASIM - 2025";
     QTest::addRow("bozuk-metin") << "abc" << "2025-2026" << "KASIM - 2025";
     // clang-format on
+}
+
+void tst_School::theWorkingYearGivesTheSchoolYear_data()
+{
+    QTest::addColumn<QString>("calisma");
+    QTest::addColumn<QDate>("bugun");
+    QTest::addColumn<QString>("ogretimYili");
+    QTest::addColumn<QString>("cariAy");
+    QTest::addColumn<QString>("secici");
+    // clang-format off
+    QTest::addRow("gecen-yil-kasim") << "2025-2026" << QDate(2026, 11, 22) << "2025-2026" << "202511" << "2025-2026";
+    QTest::addRow("gecen-yil-mart") << "2025-2026" << QDate(2026, 3, 2) << "2025-2026" << "202603" << "2025-2026";
+    QTest::addRow("bosluklu") << " 2024 - 2025 " << QDate(2026, 9, 1) << "2024-2025" << "202409" << "2024-2025";
+    QTest::addRow("okul-yili-degil") << "Deneme" << QDate(2026, 11, 22) << "2026-2027" << "202611" << "2026-2027";
+    QTest::addRow("ardisik-degil") << "2025-2027" << QDate(2026, 3, 2) << "2025-2026" << "202603" << "2026-2027";
+    // clang-format on
+}
+
+void tst_School::theWorkingYearGivesTheSchoolYear()
+{
+    // A new year named "2025-2026" opened in November 2026 works in KASIM 2025, both in a new
+    // school row and in the selector of a year whose school has set no school year yet.
+    QFETCH(QString, calisma);
+    QFETCH(QDate, bugun);
+    QFETCH(QString, ogretimYili);
+    QFETCH(QString, cariAy);
+    QFETCH(QString, secici);
+    const maintenance::OkulBilgisi o = maintenance::YeniOkulBilgisi(bugun, calisma);
+    QCOMPARE(o.OgretimYili, ogretimYili);
+    QCOMPARE(o.CariAy, cariAy);
+    QCOMPARE(VarsayilanOgretimYili(bugun, calisma), secici);
 }
 
 void tst_School::workingMonthSelector()
