@@ -127,15 +127,20 @@ void ownerOnly(const QString &path)
 // journals name; SQLite removes it when the commit or its rollback is over. A kill at the
 // wrong moment can leave one behind that no journal names any more. It is removed only when
 // no journal is left in the folder at all, since removing one that a journal names would
-// commit half a transaction.
+// commit half a transaction, and when it is too old to be another program's commit.
 void removeStraySuperJournals(const QString &folder)
 {
     const QDir dir(folder);
     if (!dir.entryList({QStringLiteral("*-journal")}, QDir::Files | QDir::Hidden).isEmpty())
         return;
-    for (const QString &name :
-         dir.entryList({QStringLiteral("*.db-mj*")}, QDir::Files | QDir::Hidden))
-        QFile::remove(dir.filePath(name));
+    // A super-journal that another program on this machine is committing with right now is a
+    // few milliseconds old; one left by a kill is older than a minute.
+    const QDateTime aMinuteAgo = QDateTime::currentDateTimeUtc().addSecs(-60);
+    for (const QFileInfo &f :
+         dir.entryInfoList({QStringLiteral("*.db-mj*")}, QDir::Files | QDir::Hidden)) {
+        if (f.lastModified().toUTC() < aMinuteAgo)
+            QFile::remove(f.absoluteFilePath());
+    }
 }
 
 QString yearNumber(int calismaId)

@@ -132,6 +132,13 @@ public:
             (void)check(load());
     }
 
+    // Forgets a failure, to try a step again.
+    void clearFailure()
+    {
+        m_ok = true;
+        m_error = base::Error();
+    }
+
     bool check(const base::Status &status)
     {
         if (!status && m_ok) {
@@ -757,25 +764,39 @@ base::Status DatabaseGuncelle(Database &db)
             if (!result)
                 break;
             ++number;
-            Transaction tx(db, Transaction::Mode::Deferred);
-            if (!tx) {
-                result = tx.error();
-                break;
-            }
-            step(m, db);
-            if (number == s_failingStep) {
-                s_failingStep = 0;
-                m.check(base::Error{3061,
-                                    QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
-                                    s_label});
-            }
-            if (!m.ok()) {
-                result = m.error();
-                break;
-            }
-            if (!tx.commit()) {
-                result = tx.error();
-                break;
+            // A step reads before it writes. On SQLite a read that would then wait for another
+            // workstation's write is refused at once, to avoid a deadlock ("database is
+            // locked"): such a step is run again holding the write lock from its start.
+            for (Transaction::Mode mode :
+                 {Transaction::Mode::Deferred, Transaction::Mode::Immediate}) {
+                result = {};
+                Transaction tx(db, mode);
+                if (!tx) {
+                    result = tx.error();
+                } else {
+                    step(m, db);
+                    if (number == s_failingStep) {
+                        s_failingStep = 0;
+                        m.check(base::Error{
+                            3061, QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
+                            s_label});
+                    }
+                    if (!m.ok())
+                        result = m.error();
+                    else if (!tx.commit())
+                        result = tx.error();
+                }
+                const bool busy = !result && result.error().number == 3260
+                                  && db.engine() == Engine::SQLite
+                                  && mode == Transaction::Mode::Deferred;
+                if (!busy)
+                    break;
+                tx.rollback();
+                m.clearFailure();
+                if (base::Status reload = m.load(); !reload) {
+                    result = reload;
+                    break;
+                }
             }
         }
     }

@@ -531,10 +531,17 @@ void tst_Database::straySuperJournalsGoWhenNoJournalNamesThem()
     const QDir folder(s.settings().dataFolder);
     const QString stray = folder.filePath(u"Sabit.db-mj1A2B3C4D"_s);
     const QString journal = folder.filePath(u"Baska.db-journal"_s);
-    for (const QString &f : {stray, journal}) {
+    const QString fresh = folder.filePath(u"Sabit.db-mj5E6F7A8B"_s);
+    for (const QString &f : {stray, journal, fresh}) {
         QFile file(f);
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
+    // Left by a kill two minutes ago; the fresh one may be another program's commit under way.
+    QFile old(stray);
+    QVERIFY(old.open(QIODevice::ReadWrite));
+    QVERIFY(old.setFileTime(QDateTime::currentDateTime().addSecs(-120),
+                            QFileDevice::FileModificationTime));
+    old.close();
     // A journal in the folder may name it: it stays.
     s.db().selectYear(1);
     QVERIFY(DatabaseAc(s.db(), Store::Year, true, false));
@@ -543,6 +550,7 @@ void tst_Database::straySuperJournalsGoWhenNoJournalNamesThem()
     QVERIFY(QFile::remove(journal));
     QVERIFY(DatabaseAc(s.db(), Store::Year, true, false));
     QVERIFY(!QFile::exists(stray));
+    QVERIFY(QFile::exists(fresh));
 }
 
 // With "--compact-child <folder>" the test program is the child of aKilledCompactionLosesNoYear.
