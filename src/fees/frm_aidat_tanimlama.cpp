@@ -174,6 +174,7 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
     });
     for (ui::MoneyEdit *e : {m_birimFiyat, m_toplam, m_pesinat}) {
         e->setFormat(bicim);
+        e->setNegativeAllowed(false);
     }
     ondalikSecildi(false);
     Yeni();
@@ -693,11 +694,7 @@ bool FrmAidatTanimlama::AidatTaksitDetayKaydet()
     }
     for (ui::MoneyEdit *kutu : {m_toplam, m_pesinat, m_kdv, m_birimFiyat, m_miktar}) {
         if (!kutu->isAcceptable()) {
-            ui::notify(QStringLiteral("Dikkat"),
-                       QStringLiteral("\"%1\" geçerli bir tutar değil. Tutarı 1.250,50 biçiminde "
-                                      "giriniz.")
-                           .arg(kutu->text()),
-                       ui::Icon::Warning, this);
+            ui::notify(QStringLiteral("Dikkat"), kutu->refusal(), ui::Icon::Warning, this);
             kutu->setFocus();
             return false;
         }

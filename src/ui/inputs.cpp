@@ -3,6 +3,8 @@
 #include "base/turkish_text.h"
 #include "ui/message.h"
 
+#include <QRegularExpression>
+
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -101,6 +103,23 @@ std::optional<base::Para> MoneyEdit::value() const
     return base::ParaCoz(text());
 }
 
+QString MoneyEdit::refusal() const
+{
+    const std::optional<base::Para> v = value();
+    if (!v) {
+        // Digits that money cannot hold, or no amount at all.
+        static const QRegularExpression s_digits(QStringLiteral("^\\s*-?[0-9.]+(,[0-9]*)?\\s*$"));
+        if (s_digits.match(text()).hasMatch())
+            return QStringLiteral("Tutar çok büyük: hesap sınırı aşıldı.");
+        return QStringLiteral("\"%1\" bir tutar değil. Tutarı rakamla, 1.250,50 biçiminde "
+                              "giriniz.")
+            .arg(text().trimmed());
+    }
+    if (!m_negativeAllowed && v->isNegative())
+        return QStringLiteral("Bu alana eksi bir tutar girilemez.");
+    return QString();
+}
+
 void MoneyEdit::setValue(base::Para value)
 {
     setText(base::Bicimle(value, m_format));
@@ -118,8 +137,22 @@ void MoneyEdit::focusInEvent(QFocusEvent *event)
 void MoneyEdit::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
-    if (const std::optional<base::Para> v = value(); v && !text().trimmed().isEmpty())
-        setText(base::Bicimle(*v, m_format));
+    const QString why = refusal();
+    if (why.isEmpty()) {
+        if (const std::optional<base::Para> v = value(); v && !text().trimmed().isEmpty())
+            setText(base::Bicimle(*v, m_format));
+        return;
+    }
+    // Leaving the box for another one: the operator is told, and the focus comes back. A
+    // message box or a menu taking the focus is no leaving.
+    const Qt::FocusReason reason = event->reason();
+    if (m_warning || reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
+        return;
+    m_warning = true;
+    notify(QStringLiteral("UYARI"), why, Icon::Warning, this);
+    setFocus(Qt::OtherFocusReason);
+    selectAll();
+    m_warning = false;
 }
 
 // ---- moving through a screen ---------------------------------------------------------------

@@ -50,7 +50,12 @@ public:
     std::optional<base::Para> value() const;
     void setValue(base::Para value);
     void setFormat(const QString &format) { m_format = format; }
-    bool isAcceptable() const { return value().has_value(); }
+    // A unit price, a down payment or a total is never below zero.
+    void setNegativeAllowed(bool allowed) { m_negativeAllowed = allowed; }
+    bool isAcceptable() const { return refusal().isEmpty(); }
+    // Why the text cannot stand: not an amount, or below zero where that makes no sense; ""
+    // when it can.
+    QString refusal() const;
 
 protected:
     void focusOutEvent(QFocusEvent *event) override;
@@ -58,6 +63,8 @@ protected:
 
 private:
     QString m_format = QStringLiteral("#,##0.00");
+    bool m_negativeAllowed = true;
+    bool m_warning = false;
 };
 
 // Enter and the down arrow move to the next box, the up arrow to the previous one, in every
