@@ -447,6 +447,17 @@ bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
             return false;
         }
     }
+    // The address is a free text: one longer than its field is refused, never cut unsaid.
+    const store::schema::Field *adresAlani
+        = store::schema::field(store::Store::Year, u"Sabit"_s, u"Adres"_s);
+    const int adresBoyu = adresAlani ? adresAlani->size : 150;
+    if (m_adres->toPlainText().trimmed().size() > adresBoyu) {
+        refuse(QStringLiteral("Adres en fazla %1 karakter olabilir; şu anda %2 karakter.")
+                   .arg(adresBoyu)
+                   .arg(m_adres->toPlainText().trimmed().size()),
+               m_adres);
+        return false;
+    }
     if (m_kasaAktar->isChecked() && m_kasaKod->text().trimmed().isEmpty()) {
         refuse(QStringLiteral("Ödemelerin aktarılacağı kasa işlem kodunu giriniz."), m_kasaKod);
         return false;
@@ -458,7 +469,7 @@ bool FrmOkulBilgileri::formToRow(maintenance::OkulBilgisi &o)
     o.Telefon = m_telefon->text().trimmed();
     o.Banka = m_banka->text().trimmed();
     o.ResmiListeBaslik = m_resmiBaslik->text().trimmed();
-    o.Adres = m_adres->toPlainText().trimmed().left(150);
+    o.Adres = m_adres->toPlainText().trimmed();
     o.MersisNo = m_mersis->text().trimmed();
     o.TicaretSicilNo = m_ticaretSicil->text().trimmed();
     o.VergiSicilNo = m_vergiSicil->text().trimmed();

@@ -29,6 +29,7 @@ private slots:
     void theFirstBoxHasTheFocus();
     void everyWayOfClosingTakesTheFrame_data();
     void everyWayOfClosingTakesTheFrame();
+    void aTooLongAddressIsRefusedNotCut();
 };
 
 void tst_ScreenFocus::theFirstBoxHasTheFocus_data()
@@ -129,6 +130,29 @@ void tst_ScreenFocus::everyWayOfClosingTakesTheFrame()
         QTest::keyClick(sub, Qt::Key_F4, Qt::ControlModifier);
     }
     QTRY_COMPARE(w.mdiArea()->subWindowList().size(), 0);
+    store::setDefaultDatabase(nullptr);
+}
+
+void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    store::setDefaultDatabase(&db);
+    QVERIFY(testing::openOffice(db));
+    const QString before = testing::scalar(db, u"SELECT Adres FROM Sabit"_s).toString();
+    testing::MessageRecorder messages;
+    shell::MDIAidat w(db);
+    w.MenuDurumAyarla(true);
+    w.show();
+    w.ActBar_Click(u"popOkulBilgileri"_s);
+    QWidget *screen = w.screenWindow(u"FrmOkulBilgileri"_s)->widget();
+    auto *adres = screen->findChild<QPlainTextEdit *>(u"txtAdres"_s);
+    QVERIFY(adres);
+    adres->setPlainText(QString(151, u'a'));
+    testing::click(screen, u"cmdKaydet"_s);
+    QCOMPARE(messages.texts().value(0),
+             u"Adres en fazla 150 karakter olabilir; şu anda 151 karakter."_s);
+    QCOMPARE(testing::scalar(db, u"SELECT Adres FROM Sabit"_s).toString(), before);
     store::setDefaultDatabase(nullptr);
 }
 

@@ -57,8 +57,8 @@ void tst_Inputs::aMoneyBoxSaysNo()
     testing::typeText(money, typed);
     QTest::keyClick(money, Qt::Key_Tab);
     QCOMPARE(messages.texts(), message.isEmpty() ? QStringList() : QStringList{message});
-    QCOMPARE(QApplication::focusWidget(), message.isEmpty() ? static_cast<QWidget *>(next)
-                                                            : static_cast<QWidget *>(money));
+    QCOMPARE(QApplication::focusWidget(),
+             message.isEmpty() ? static_cast<QWidget *>(next) : static_cast<QWidget *>(money));
     QCOMPARE(money->text(), shown);
     QCOMPARE(money->isAcceptable(), message.isEmpty());
 }
