@@ -53,6 +53,8 @@ FrmBackGround::FrmBackGround(store::Database &db, QWidget *parent)
 
     m_pano = new QFrame(this);
     m_pano->setObjectName(QStringLiteral("Pano"));
+    // The figures stand only once a year is open: no empty panel before the login.
+    m_pano->hide();
     m_pano->setStyleSheet(
         QStringLiteral("#Pano { background: rgba(255,255,255,225); border: 1px solid "
                        "#8fa6c1; border-radius: 6px; } QLabel { color: #1d2b3a; }"));

@@ -61,6 +61,7 @@ private slots:
     void rightsCloseCommandsOnceAnyRightExists();
     void explanationsFollowTheirSetting();
     void theWindowOpensMaximisedThenWhereItWasLeft();
+    void theFiguresWaitForAnOpenYear();
 };
 
 void tst_MainWindow::aNewOfficeStartsUp()
@@ -302,6 +303,20 @@ void tst_MainWindow::theWindowOpensMaximisedThenWhereItWasLeft()
     QVERIFY(!again.isMaximized());
     QCOMPARE(again.size(), QSize(1000, 700));
     QSettings().clear();
+}
+
+void tst_MainWindow::theFiguresWaitForAnOpenYear()
+{
+    testing::TestStore s(store::Engine::SQLite);
+    QVERIFY(store::DatabaseAc(s.db(), store::Store::Global, true, false));
+    shell::FrmBackGround background(s.db());
+    background.show();
+    QWidget *pano = background.findChild<QWidget *>(u"Pano"_s);
+    QVERIFY(pano);
+    QVERIFY(!pano->isVisible());
+    QVERIFY(testing::openOffice(s.db()));
+    background.BilgiGuncelle();
+    QVERIFY(pano->isVisible());
 }
 
 QTEST_MAIN(tst_MainWindow)
