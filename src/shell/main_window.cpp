@@ -391,6 +391,20 @@ void MDIAidat::MenuDurumAyarla(bool acik)
             m->menuAction()->setEnabled(acik);
     }
     m_cmbCariAy->setEnabled(acik);
+    if (!acik)
+        return;
+    // Entries of commands the user may not read stand disabled (the rights test still runs
+    // when a command is given some other way).
+    const base::Result<std::optional<QSet<QString>>> okunur = users::OkunabilirKomutlar(m_db);
+    if (!okunur || !okunur->has_value())
+        return;
+    for (QAction *a : findChildren<QAction *>()) {
+        const QString tool = a->objectName();
+        if (!users::KomutBul(tool) || users::HakTestsiz(tool))
+            continue;
+        if (!(*okunur)->contains(tool))
+            a->setEnabled(false);
+    }
 }
 
 void MDIAidat::CariAyDoldur()

@@ -32,6 +32,32 @@ base::Result<Hak> HakOku(store::Database &db, const QString &tool)
     return Hak{row.integer(0) != 0, row.integer(1) != 0};
 }
 
+base::Result<std::optional<QSet<QString>>> OkunabilirKomutlar(store::Database &db)
+{
+    const store::Operation op(db, store::Store::Global, QStringLiteral("Modul:MenuDurumAyarla"));
+    if (!op)
+        return op.error();
+    store::Query count(db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE "
+                                          "TRIM(Kullanici_Program) <> ''"));
+    if (!count.exec() || !count.next())
+        return op.failed(count);
+    if (count.integer(0) == 0)
+        return std::optional<QSet<QString>>();
+    const CalismaDurumu &d = durum();
+    const QString kod = d.AktifKullaniciKodu.isEmpty()
+                            ? Sifrele(d.AktifKullanici).value_or(QString())
+                            : d.AktifKullaniciKodu;
+    store::Query rows(db, QStringLiteral("SELECT Kullanici_Program FROM Haklar WHERE "
+                                         "Kullanici_Adi = ? AND Haklar_Okuma <> 0"));
+    rows.bind(kod);
+    if (!rows.exec())
+        return op.failed(rows);
+    QSet<QString> tools;
+    while (rows.next())
+        tools.insert(rows.text(0));
+    return std::optional<QSet<QString>>(tools);
+}
+
 base::Result<bool> HakKontrol(store::Database &db, const QString &tool)
 {
     CalismaDurumu &d = durum();

@@ -2,7 +2,10 @@
 
 #include "base/result.h"
 
+#include <QSet>
 #include <QString>
+
+#include <optional>
 
 namespace store {
 class Database;
@@ -24,6 +27,10 @@ base::Result<Hak> HakOku(store::Database &db, const QString &tool);
 // blank) everyone may do everything; otherwise a command without a row for the user is closed.
 // When the rights cannot be read, both marks are cleared and the failure comes back.
 base::Result<bool> HakKontrol(store::Database &db, const QString &tool);
+
+// The commands the logged-in user may read, for the menus; nullopt while no right is defined
+// at all (everyone may do everything).
+base::Result<std::optional<QSet<QString>>> OkunabilirKomutlar(store::Database &db);
 
 // The write test at the head of every save and delete: a refusal with its notice ("Uyarı !")
 // when the last rights test gave no write right.

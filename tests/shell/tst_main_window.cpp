@@ -228,10 +228,17 @@ void tst_MainWindow::rightsCloseCommandsOnceAnyRightExists()
     q.bind(other).bind(u"Okul Bilgileri"_s).bind(u"popOkulBilgileri"_s);
     QVERIFY(q.exec());
     MDIAidat w(db);
+    users::durum().AktifKullanici = u"sekreter"_s;
     w.MenuDurumAyarla(true);
     testing::MessageRecorder messages;
+    // Her menus show what she may open and no more.
+    QVERIFY(!w.findChildren<QAction *>(u"popKullanici"_s).isEmpty());
+    for (QAction *a : w.findChildren<QAction *>(u"popKullanici"_s))
+        QVERIFY(!a->isEnabled());
+    QVERIFY(!w.findChildren<QAction *>(u"popOkulBilgileri"_s).isEmpty());
+    for (QAction *a : w.findChildren<QAction *>(u"popOkulBilgileri"_s))
+        QVERIFY(a->isEnabled());
 
-    users::durum().AktifKullanici = u"sekreter"_s;
     w.ActBar_Click(u"popKullanici"_s);
     QCOMPARE(
         messages.texts(),
