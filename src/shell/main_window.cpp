@@ -259,6 +259,11 @@ void MDIAidat::buildBands()
 
     // ---- status band
     statusBar()->setObjectName(QStringLiteral("BndStatus"));
+    // Who is at work and where the data is: a label of its own, which the menus' passing
+    // hints never wipe out.
+    m_durumYazisi = new QLabel(statusBar());
+    m_durumYazisi->setObjectName(QStringLiteral("lblDurum"));
+    statusBar()->addWidget(m_durumYazisi, 1);
 }
 
 namespace {
@@ -298,8 +303,8 @@ bool MDIAidat::MDIForm_Load()
     users::FrmSifre login(m_db, this);
     if (login.exec() != QDialog::Accepted)
         return false;
-    statusBar()->showMessage(QStringLiteral("Kullanıcı: %1     Veriler: %2")
-                                 .arg(users::durum().AktifKullanici, m_db.settings().describe()));
+    m_durumYazisi->setText(QStringLiteral("Kullanıcı: %1     Veriler: %2")
+                               .arg(users::durum().AktifKullanici, m_db.settings().describe()));
 
     m_calismaCaller.clear(); // the start-up, not the command, opens the working-year screen
     CalismaSec();

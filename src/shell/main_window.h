@@ -6,6 +6,7 @@
 
 class QAction;
 class QComboBox;
+class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
@@ -73,6 +74,7 @@ private:
     QMdiArea *m_mdi = nullptr;
     FrmBackGround *m_background = nullptr;
     QComboBox *m_cmbCariAy = nullptr;
+    QLabel *m_durumYazisi = nullptr;
     QHash<QString, QAction *> m_actions;
     QHash<QString, QMenu *> m_menus;
     QString m_calismaCaller;

@@ -18,12 +18,14 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QRadioButton>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -112,6 +114,12 @@ void tst_MainWindow::aNewOfficeStartsUp()
         QCOMPARE(driver.remaining(), 0);
         QCOMPARE(users::durum().AktifKullanici, u"Müdür"_s);
         QCOMPARE(db.openYear(), 1);
+        // Who is at work stays in the status band when a menu's hint passes over it.
+        auto *durum = w.findChild<QLabel *>(u"lblDurum"_s);
+        QVERIFY(durum && durum->text().startsWith(u"Kullanıcı: Müdür"_s));
+        w.statusBar()->showMessage(u"Okul Bilgileri"_s);
+        w.statusBar()->clearMessage();
+        QVERIFY(durum->isVisible() && durum->text().startsWith(u"Kullanıcı: Müdür"_s));
         QCOMPARE(w.windowTitle(), u"Zerna Vortel Programı (Ver.: 1.0.0) [ 2025-2026 Dönemi ]"_s);
         QVERIFY(w.action(u"btnCariDurum"_s)->isEnabled());
         // The year was born and migrated in one opening.
