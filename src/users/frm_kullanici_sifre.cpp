@@ -79,7 +79,8 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
         {ui::GridColumn{QStringLiteral("Program"), ui::ColumnKind::Text, 280, false},
          ui::GridColumn{QStringLiteral("Okuma"), ui::ColumnKind::Check, 56},
          ui::GridColumn{QStringLiteral("Yazma"), ui::ColumnKind::Check, 56},
-         ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false}});
+         // The command's tool name is the key the row is saved under, never shown.
+         ui::GridColumn{QStringLiteral("Araç Adı"), ui::ColumnKind::Text, 200, false, true}});
     m_vaSpread2->horizontalHeader()->setSectionResizeMode(HakAdi, QHeaderView::Stretch);
     m_okuma = ui::button(QStringLiteral("Command3"), QStringLiteral("&Okuma İşaretli  "), this);
     m_yazma = ui::button(QStringLiteral("Command4"), QStringLiteral("Ya&zma İşaretli  "), this);

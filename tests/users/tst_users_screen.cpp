@@ -107,6 +107,8 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     click(screen, u"Cmd_Ok"_s);
     QCOMPARE(users->text(2, 1), u"••••••"_s);
     // The secretary may read the school's settings, and nothing else.
+    // The grid names commands by their captions; the tool name stays out of sight.
+    QVERIFY(rights->isColumnHidden(3) && !rights->isColumnHidden(0));
     const int okul = rowOf(rights, 3, u"popOkulBilgileri"_s);
     QVERIFY(okul >= 0);
     rights->gridModel()->setData(rights->gridModel()->index(okul, 1), Qt::Checked,
