@@ -76,7 +76,7 @@ FrmOgrenci::FrmOgrenci(store::Database &db, QWidget *mainWindow, QWidget *parent
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("SSTab1"));
-    m_tabs->addTab(makeAccountPage(), QStringLiteral("&Aylık Borç"));
+    m_tabs->addTab(makeAccountPage(), QStringLiteral("Aylık B&orç"));
     m_tabs->addTab(makeFieldPage(Bolum::Veli, 3, m_tabs), QStringLiteral("&Veli Bilgileri"));
     auto *anaBaba = new QWidget(m_tabs);
     auto *anaBabaKutu = new QHBoxLayout(anaBaba);

@@ -95,7 +95,7 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
 
     auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *kilit = ui::button(QStringLiteral("cmdKilitKaldir"),
-                             QStringLiteral("Öğrenci &Kilitlerini Kaldır"), this);
+                             QStringLiteral("Öğrenci Ki&litlerini Kaldır"), this);
     kilit->setToolTip(
         QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
                        "işlem işaretlerini kaldırır."));

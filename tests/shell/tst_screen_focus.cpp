@@ -10,10 +10,13 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +33,8 @@ private slots:
     void everyWayOfClosingTakesTheFrame_data();
     void everyWayOfClosingTakesTheFrame();
     void aTooLongAddressIsRefusedNotCut();
+    void mnemonicsAreUnique_data() { theFirstBoxHasTheFocus_data(); }
+    void mnemonicsAreUnique();
 };
 
 void tst_ScreenFocus::theFirstBoxHasTheFocus_data()
@@ -153,6 +158,70 @@ void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
     QCOMPARE(messages.texts().value(0),
              u"Adres en fazla 150 karakter olabilir; şu anda 151 karakter."_s);
     QCOMPARE(testing::scalar(db, u"SELECT Adres FROM Sabit"_s).toString(), before);
+    store::setDefaultDatabase(nullptr);
+}
+
+void tst_ScreenFocus::mnemonicsAreUnique()
+{
+    // No two controls of a screen answer to the same Alt+letter: on each tab page, the page's
+    // own controls and those outside the pages together.
+    QFETCH(QString, tool);
+    QFETCH(QString, screen);
+    testing::TestStore s(store::Engine::SQLite);
+    store::Database &db = s.db();
+    store::setDefaultDatabase(&db);
+    QVERIFY(testing::openOffice(db));
+    testing::MessageRecorder messages;
+    shell::MDIAidat w(db);
+    w.MenuDurumAyarla(true);
+    w.show();
+    w.ActBar_Click(tool);
+    QWidget *root = w.screenWindow(screen)->widget();
+    const auto mnemonic = [](const QString &text) {
+        const qsizetype at = text.indexOf(u'&');
+        return at >= 0 && at + 1 < text.size() && text[at + 1] != u'&'
+                   ? QLocale(QLocale::Turkish).toUpper(text.mid(at + 1, 1))
+                   : QString();
+    };
+    // Every captioned control with the tab page it stands on (none for those outside pages).
+    QMultiHash<QWidget *, QPair<QString, QString>> byPage;
+    const auto pageOf = [root](QWidget *w) -> QWidget * {
+        for (QWidget *p = w->parentWidget(); p && p != root; p = p->parentWidget()) {
+            if (qobject_cast<QTabWidget *>(p->parentWidget() ? p->parentWidget()->parentWidget()
+                                                             : nullptr))
+                return p;
+        }
+        return nullptr;
+    };
+    for (QAbstractButton *b : root->findChildren<QAbstractButton *>()) {
+        if (const QString m = mnemonic(b->text()); !m.isEmpty())
+            byPage.insert(pageOf(b), {m, b->text()});
+    }
+    for (QLabel *l : root->findChildren<QLabel *>()) {
+        if (const QString m = mnemonic(l->text()); !m.isEmpty() && l->buddy())
+            byPage.insert(pageOf(l), {m, l->text()});
+    }
+    for (QTabWidget *tabs : root->findChildren<QTabWidget *>()) {
+        for (int i = 0; i < tabs->count(); ++i) {
+            if (const QString m = mnemonic(tabs->tabText(i)); !m.isEmpty())
+                byPage.insert(nullptr, {m, tabs->tabText(i)});
+        }
+    }
+    QStringList clashes;
+    const QList<QWidget *> pages = byPage.uniqueKeys();
+    for (QWidget *page : pages) {
+        QHash<QString, QString> seen;
+        QList<QPair<QString, QString>> all = byPage.values(page);
+        if (page)
+            all += byPage.values(nullptr);
+        for (const auto &[m, text] : all) {
+            if (seen.contains(m) && seen.value(m) != text)
+                clashes << seen.value(m) + u" / "_s + text;
+            seen.insert(m, text);
+        }
+    }
+    clashes.removeDuplicates();
+    QVERIFY2(clashes.isEmpty(), qPrintable(clashes.join(u"; "_s)));
     store::setDefaultDatabase(nullptr);
 }
 
