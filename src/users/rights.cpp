@@ -6,25 +6,40 @@
 
 namespace users {
 
+namespace {
+
+// The logged-in user's name as table Sifre keeps it.
+QString oturumKodu()
+{
+    const CalismaDurumu &d = durum();
+    return d.AktifKullaniciKodu.isEmpty() ? Sifrele(d.AktifKullanici).value_or(QString())
+                                          : d.AktifKullaniciKodu;
+}
+
+} // namespace
+
+base::Result<bool> HaklarTanimli(store::Database &db, const QString &label)
+{
+    store::Query count(db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE "
+                                          "TRIM(Kullanici_Program) <> ''"));
+    if (!count.exec() || !count.next())
+        return count.error(label);
+    return count.integer(0) > 0;
+}
+
 base::Result<Hak> HakOku(store::Database &db, const QString &tool)
 {
     const store::Operation op(db, store::Store::Global, QStringLiteral("Modul:HakKontrol"));
     if (!op)
         return op.error();
-    store::Query count(db,
-                       QStringLiteral("SELECT COUNT(Kullanici_Program) AS SAYI FROM Haklar WHERE "
-                                      "TRIM(Kullanici_Program) <> ''"));
-    if (!count.exec() || !count.next())
-        return op.failed(count);
-    if (count.integer(0) == 0)
+    const base::Result<bool> tanimli = HaklarTanimli(db, QStringLiteral("Modul:HakKontrol"));
+    if (!tanimli)
+        return tanimli.error();
+    if (!*tanimli)
         return Hak{true, true};
-    const CalismaDurumu &d = durum();
-    const QString kod = d.AktifKullaniciKodu.isEmpty()
-                            ? Sifrele(d.AktifKullanici).value_or(QString())
-                            : d.AktifKullaniciKodu;
     store::Query row(db, QStringLiteral("SELECT Haklar_Okuma, Haklar_Yazma FROM Haklar WHERE "
                                         "Kullanici_Adi = ? AND Kullanici_Program = ?"));
-    row.bind(kod).bind(tool);
+    row.bind(oturumKodu()).bind(tool);
     if (!row.exec())
         return op.failed(row);
     if (!row.next())
@@ -37,19 +52,14 @@ base::Result<std::optional<QSet<QString>>> OkunabilirKomutlar(store::Database &d
     const store::Operation op(db, store::Store::Global, QStringLiteral("Modul:MenuDurumAyarla"));
     if (!op)
         return op.error();
-    store::Query count(db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE "
-                                          "TRIM(Kullanici_Program) <> ''"));
-    if (!count.exec() || !count.next())
-        return op.failed(count);
-    if (count.integer(0) == 0)
+    const base::Result<bool> tanimli = HaklarTanimli(db, QStringLiteral("Modul:MenuDurumAyarla"));
+    if (!tanimli)
+        return tanimli.error();
+    if (!*tanimli)
         return std::optional<QSet<QString>>();
-    const CalismaDurumu &d = durum();
-    const QString kod = d.AktifKullaniciKodu.isEmpty()
-                            ? Sifrele(d.AktifKullanici).value_or(QString())
-                            : d.AktifKullaniciKodu;
     store::Query rows(db, QStringLiteral("SELECT Kullanici_Program FROM Haklar WHERE "
                                          "Kullanici_Adi = ? AND Haklar_Okuma <> 0"));
-    rows.bind(kod);
+    rows.bind(oturumKodu());
     if (!rows.exec())
         return op.failed(rows);
     QSet<QString> tools;

@@ -28,6 +28,9 @@ base::Result<Hak> HakOku(store::Database &db, const QString &tool);
 // When the rights cannot be read, both marks are cleared and the failure comes back.
 base::Result<bool> HakKontrol(store::Database &db, const QString &tool);
 
+// Whether any right names a command: while none does, everyone may do everything.
+base::Result<bool> HaklarTanimli(store::Database &db, const QString &label);
+
 // The commands the logged-in user may read, for the menus; nullopt while no right is defined
 // at all (everyone may do everything).
 base::Result<std::optional<QSet<QString>>> OkunabilirKomutlar(store::Database &db);

@@ -4,6 +4,7 @@
 #include "store/database.h"
 #include "users/command_table.h"
 #include "users/passwords.h"
+#include "users/rights.h"
 #include "users/secrets.h"
 
 #include <QCollator>
@@ -123,16 +124,6 @@ QString KayitTus(const QList<KullaniciSatiri> &satirlar, int satir)
 
 namespace {
 
-// The rows of Haklar that name a command: while there is none, everyone may do everything.
-base::Result<qint64> tanimliHakSayisi(store::Database &db, const QString &label)
-{
-    store::Query q(
-        db, QStringLiteral("SELECT COUNT(*) FROM Haklar WHERE TRIM(Kullanici_Program) <> ''"));
-    if (!q.exec() || !q.next())
-        return q.error(label);
-    return q.integer(0);
-}
-
 // Whether the rights shown for a user are those stored (a command without a row shows no
 // marks): rights that were only looked at are not written again.
 base::Result<bool> haklarDegisti(store::Database &db, const QString &kod,
@@ -192,7 +183,7 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
     store::Transaction tx(db);
     if (!tx)
         return tx.error();
-    const base::Result<qint64> oncekiHaklar = tanimliHakSayisi(db, label);
+    const base::Result<bool> oncekiHaklar = HaklarTanimli(db, label);
     if (!oncekiHaklar)
         return oncekiHaklar.error();
     for (const KullaniciSatiri &r : satirlar) {
@@ -269,14 +260,14 @@ base::Status KullanicilariKaydet(store::Database &db, const QList<KullaniciSatir
                 return op.failed(add);
         }
     }
-    const base::Result<qint64> sonrakiHaklar = tanimliHakSayisi(db, label);
+    const base::Result<bool> sonrakiHaklar = HaklarTanimli(db, label);
     if (!sonrakiHaklar)
         return sonrakiHaklar.error();
-    if (*oncekiHaklar == 0 && *sonrakiHaklar > 0) {
+    if (!*oncekiHaklar && *sonrakiHaklar) {
         if (base::Status s = ilkHaklariVer(db, label); !s)
             return s;
     }
-    if (*sonrakiHaklar > 0) {
+    if (*sonrakiHaklar) {
         if (base::Status s = yoneticiKaliyor(db, label); !s)
             return s;
     }
@@ -314,10 +305,10 @@ base::Status KullaniciSil(store::Database &db, const QString &kod)
         if (!q.exec())
             return q.error(label);
     }
-    const base::Result<qint64> kalanHaklar = tanimliHakSayisi(db, label);
+    const base::Result<bool> kalanHaklar = HaklarTanimli(db, label);
     if (!kalanHaklar)
         return kalanHaklar.error();
-    if (*kalanHaklar > 0) {
+    if (*kalanHaklar) {
         if (base::Status s = yoneticiKaliyor(db, label); !s)
             return s;
     }
