@@ -10,9 +10,12 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QTextEdit>
 
 namespace ui {
@@ -23,6 +26,64 @@ Screen::Screen(const QString &formName, const QString &title, QWidget *parent)
     setObjectName(formName);
     setWindowTitle(title);
     setAttribute(Qt::WA_DeleteOnClose);
+    qApp->installEventFilter(this);
+}
+
+namespace {
+
+// The letter a caption answers to with Alt, in Turkish capitals; "" when it has none.
+QString mnemonicOf(const QString &text)
+{
+    const qsizetype at = text.indexOf(u'&');
+    if (at < 0 || at + 1 >= text.size() || text[at + 1] == u'&')
+        return QString();
+    return QLocale(QLocale::Turkish).toUpper(text.mid(at + 1, 1));
+}
+
+} // namespace
+
+QWidget *Screen::mnemonicTarget(QKeyEvent *event, int *tab) const
+{
+    if (event->modifiers() != Qt::AltModifier || event->key() < Qt::Key_A || event->key() > 0xff)
+        return nullptr;
+    const QString letter = QLocale(QLocale::Turkish).toUpper(QString(QChar(event->key())));
+    for (QAbstractButton *b : findChildren<QAbstractButton *>()) {
+        if (b->isVisible() && b->isEnabled() && mnemonicOf(b->text()) == letter)
+            return b;
+    }
+    for (QLabel *l : findChildren<QLabel *>()) {
+        if (l->isVisible() && l->buddy() && l->buddy()->isEnabled()
+            && mnemonicOf(l->text()) == letter)
+            return l->buddy();
+    }
+    for (QTabWidget *tabs : findChildren<QTabWidget *>()) {
+        for (int i = 0; tabs->isVisible() && i < tabs->count(); ++i) {
+            if (tabs->isTabEnabled(i) && mnemonicOf(tabs->tabText(i)) == letter) {
+                if (tab)
+                    *tab = i;
+                return tabs;
+            }
+        }
+    }
+    return nullptr;
+}
+
+bool Screen::eventFilter(QObject *watched, QEvent *event)
+{
+    // Asked first whether the key is a shortcut: when it is one of this screen's letters and
+    // the focus is in the screen, it stays a key instead of opening a menu, and the screen
+    // takes it before the box in front can.
+    const QEvent::Type type = event->type();
+    if (type != QEvent::ShortcutOverride && type != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    auto *w = qobject_cast<QWidget *>(watched);
+    auto *key = static_cast<QKeyEvent *>(event);
+    if (!w || !(w == this || isAncestorOf(w)) || !mnemonicTarget(key))
+        return QWidget::eventFilter(watched, event);
+    event->accept();
+    if (type == QEvent::KeyPress)
+        keyPressEvent(key);
+    return true;
 }
 
 void Screen::watchForChanges(QWidget *root)
@@ -91,6 +152,17 @@ void Screen::closeEvent(QCloseEvent *event)
 
 void Screen::keyPressEvent(QKeyEvent *event)
 {
+    int tab = -1;
+    if (QWidget *target = mnemonicTarget(event, &tab)) {
+        event->accept();
+        if (auto *tabs = qobject_cast<QTabWidget *>(target); tabs && tab >= 0)
+            tabs->setCurrentIndex(tab);
+        else if (auto *b = qobject_cast<QAbstractButton *>(target))
+            b->animateClick();
+        else
+            target->setFocus(Qt::ShortcutFocusReason);
+        return;
+    }
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
         event->accept();
         closeWindow();

@@ -33,10 +33,17 @@ protected:
     // The screen's own save; true when it was written.
     virtual bool save() { return true; }
     void closeEvent(QCloseEvent *event) override;
-    // Escape that no box or list took for itself closes the screen, as its "Çıkış" does.
+    // Escape that no box or list took for itself closes the screen, as its "Çıkış" does; an
+    // Alt+letter of the screen's own presses its button, enters its box or opens its tab.
     void keyPressEvent(QKeyEvent *event) override;
+    // The screen's Alt+letters win over the main menu's while the focus is in the screen.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    // The control of the screen that answers to Alt+letter: a visible button, a box by its
+    // label, or a tab; nullptr when none does.
+    QWidget *mnemonicTarget(QKeyEvent *event, int *tab = nullptr) const;
+
     bool m_dirty = false;
     QString m_questionTitle = QStringLiteral("UYARI");
     QString m_questionText = QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?");

@@ -117,6 +117,7 @@ private slots:
     void mnemonicsAreUnique_data() { addScreenRows(); }
     void mnemonicsAreUnique();
     void aTooLongAddressIsRefusedNotCut();
+    void theScreensLetterWinsOverTheMenus();
 };
 
 void tst_ScreenFocus::theFirstBoxHasTheFocus()
@@ -217,6 +218,22 @@ void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
     QCOMPARE(office.messages.texts().value(0),
              u"Adres en fazla 150 karakter olabilir; şu anda 151 karakter."_s);
     QCOMPARE(testing::scalar(office.store.db(), u"SELECT Adres FROM Sabit"_s).toString(), before);
+}
+
+void tst_ScreenFocus::theScreensLetterWinsOverTheMenus()
+{
+    // Alt+D is the screen's "&Dönem ve Seçenekler" tab; Alt+K its "Çı&kış", not the "&Kasa"
+    // menu of the main window.
+    OpenOffice office;
+    QVERIFY(office.start());
+    QWidget *root = office.open(u"popOkulBilgileri"_s, u"FrmOkulBilgileri"_s);
+    auto *tabs = root->findChild<QTabWidget *>();
+    QVERIFY(tabs && tabs->currentIndex() == 0);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_D, Qt::AltModifier);
+    QCOMPARE(tabs->currentIndex(), 1);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_K, Qt::AltModifier);
+    QVERIFY(!QApplication::activePopupWidget());
+    QTRY_COMPARE(office.window->mdiArea()->subWindowList().size(), 0);
 }
 
 QTEST_MAIN(tst_ScreenFocus)
