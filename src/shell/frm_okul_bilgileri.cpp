@@ -95,7 +95,7 @@ const QList<FrmOkulBilgileri::BoxRow> &FrmOkulBilgileri::boxTable()
          &F::m_donemBas},
         {{u"txtDonemBitTarihi"_s, u"Dönem Bitiş Tarihi :"_s, K::Date}, Place::Year, 4,
          &F::m_donemBit},
-        {{u"CmbYuvarlama"_s, u"Taksit Yuvarlama :"_s, K::Typed, 0,
+        {{u"CmbYuvarlama"_s, u"Taksit Yuvarlama :"_s, K::Typed, 10,
           {u"0,01"_s, u"0,50"_s, u"1"_s, u"5"_s, u"10"_s, u"50"_s, u"100"_s}, {}, 0,
           u"Taksit tutarları bu tutarın katlarına yuvarlanır; artan kısım ilk taksite eklenir."_s},
          Place::Year, 5, &F::m_yuvarlama},

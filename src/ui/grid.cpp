@@ -102,6 +102,9 @@ public:
             auto *edit = new QLineEdit(parent);
             if (c.kind == ColumnKind::Text && c.maxLength > 0)
                 edit->setMaxLength(c.maxLength);
+            // A whole number is stored in a 32-bit field: nine digits always fit.
+            if (c.kind == ColumnKind::Number)
+                edit->setMaxLength(c.maxLength > 0 ? c.maxLength : 9);
             if (c.kind != ColumnKind::Text)
                 edit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             return edit;

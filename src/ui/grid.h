@@ -23,8 +23,8 @@ struct GridColumn
     int width = 100;
     bool editable = true;
     bool hidden = false;
-    int maxLength = 0;                           // Text: the field's size
-    QStringList items = {};                      // Combo: the entries
+    int maxLength = 0;      // Text, Combo: the field's size; Number: the digits (9 when 0)
+    QStringList items = {}; // Combo: the entries
     QString format = QStringLiteral("#,##0.00"); // Money: the picture
 };
 

@@ -116,6 +116,8 @@ private slots:
     void everyWayOfClosingTakesTheFrame();
     void mnemonicsAreUnique_data() { addScreenRows(); }
     void mnemonicsAreUnique();
+    void everyTextBoxHasItsLimit_data() { addScreenRows(); }
+    void everyTextBoxHasItsLimit();
     void aTooLongAddressIsRefusedNotCut();
     void theScreensLetterWinsOverTheMenus();
 };
@@ -202,6 +204,23 @@ void tst_ScreenFocus::mnemonicsAreUnique()
     }
     clashes.removeDuplicates();
     QVERIFY2(clashes.isEmpty(), qPrintable(clashes.join(u"; "_s)));
+}
+
+void tst_ScreenFocus::everyTextBoxHasItsLimit()
+{
+    // A box that takes typing stops at its field's size: none is left at the toolkit's 32767.
+    QFETCH(QString, tool);
+    QFETCH(QString, screen);
+    OpenOffice office;
+    QVERIFY(office.start());
+    QWidget *root = office.open(tool, screen);
+    QVERIFY(root);
+    QStringList unlimited;
+    for (QLineEdit *e : root->findChildren<QLineEdit *>()) {
+        if (!e->isReadOnly() && e->maxLength() == QLineEdit().maxLength())
+            unlimited << e->objectName() + u'/' + e->parentWidget()->objectName();
+    }
+    QVERIFY2(unlimited.isEmpty(), qPrintable(unlimited.join(u", "_s)));
 }
 
 void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
