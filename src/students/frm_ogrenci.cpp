@@ -1120,7 +1120,7 @@ bool FrmOgrenci::eventFilter(QObject *watched, QEvent *event)
     }
     auto *key = static_cast<QKeyEvent *>(event);
     if (key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) {
-        return false;
+        return ui::Screen::eventFilter(watched, event);
     }
     const int k = key->key();
     if (watched == m_numara && (k == Qt::Key_Return || k == Qt::Key_Enter || k == Qt::Key_Down)) {

@@ -44,9 +44,28 @@ QString mnemonicOf(const QString &text)
 
 QWidget *Screen::mnemonicTarget(QKeyEvent *event, int *tab) const
 {
-    if (event->modifiers() != Qt::AltModifier || event->key() < Qt::Key_A || event->key() > 0xff)
+    if (event->modifiers() != Qt::AltModifier)
         return nullptr;
-    const QString letter = QLocale(QLocale::Turkish).toUpper(QString(QChar(event->key())));
+    // The letter typed, as a Turkish keyboard gives it ("i" is "İ", "ı" is "I"), or else the
+    // key's own letter.
+    const QLocale turkish(QLocale::Turkish);
+    QString letter = turkish.toUpper(event->text());
+    if (letter.size() != 1 || !letter[0].isLetter()) {
+        if (event->key() < Qt::Key_A || event->key() > 0xff)
+            return nullptr;
+        letter = turkish.toUpper(QString(QChar(event->key())));
+    }
+    if (QWidget *target = mnemonicTarget(letter, tab))
+        return target;
+    // On a keyboard without "ı", Alt+I reaches a caption's "ı" as well as its "i".
+    const QString plain = turkish.toUpper(QString(QChar(event->key())));
+    return plain != letter && event->key() >= Qt::Key_A && event->key() <= Qt::Key_Z
+               ? mnemonicTarget(plain, tab)
+               : nullptr;
+}
+
+QWidget *Screen::mnemonicTarget(const QString &letter, int *tab) const
+{
     for (QAbstractButton *b : findChildren<QAbstractButton *>()) {
         if (b->isVisible() && b->isEnabled() && mnemonicOf(b->text()) == letter)
             return b;
@@ -94,12 +113,17 @@ void Screen::watchForChanges(QWidget *root)
             connect(e, &QLineEdit::textEdited, this, mark);
     }
     for (QComboBox *c : root->findChildren<QComboBox *>()) {
-        connect(c, &QComboBox::activated, this, mark);
-        if (c->isEditable())
-            connect(c, &QComboBox::editTextChanged, this, [this, c] {
-                if (c->hasFocus())
-                    m_dirty = true;
-            });
+        if (!c->isEditable()) {
+            connect(c, &QComboBox::activated, this, mark);
+            continue;
+        }
+        // An editable box says "activated" again when the focus merely leaves it: only what is
+        // typed, or an entry chosen from its list, changes it.
+        connect(c->lineEdit(), &QLineEdit::textEdited, this, mark);
+        connect(c, &QComboBox::currentIndexChanged, this, [this, c] {
+            if (c->hasFocus())
+                m_dirty = true;
+        });
     }
     for (QAbstractButton *b : root->findChildren<QAbstractButton *>()) {
         if (b->isCheckable())

@@ -43,6 +43,7 @@ private:
     // The control of the screen that answers to Alt+letter: a visible button, a box by its
     // label, or a tab; nullptr when none does.
     QWidget *mnemonicTarget(QKeyEvent *event, int *tab = nullptr) const;
+    QWidget *mnemonicTarget(const QString &letter, int *tab) const;
 
     bool m_dirty = false;
     QString m_questionTitle = QStringLiteral("UYARI");

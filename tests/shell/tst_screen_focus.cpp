@@ -120,6 +120,9 @@ private slots:
     void everyTextBoxHasItsLimit();
     void aTooLongAddressIsRefusedNotCut();
     void theScreensLetterWinsOverTheMenus();
+    void aSavedScreenClosesWithoutAsking();
+    void turkishLettersReachTheirButtons_data();
+    void turkishLettersReachTheirButtons();
 };
 
 void tst_ScreenFocus::theFirstBoxHasTheFocus()
@@ -253,6 +256,52 @@ void tst_ScreenFocus::theScreensLetterWinsOverTheMenus()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_K, Qt::AltModifier);
     QVERIFY(!QApplication::activePopupWidget());
     QTRY_COMPARE(office.window->mdiArea()->subWindowList().size(), 0);
+}
+
+void tst_ScreenFocus::aSavedScreenClosesWithoutAsking()
+{
+    // Saved, then looked through tab by tab: nothing is left to ask about on the way out.
+    OpenOffice office;
+    QVERIFY(office.start());
+    QVERIFY(office.open(u"popOkulBilgileri"_s, u"FrmOkulBilgileri"_s));
+    testing::typeText(QApplication::focusWidget(), u"Zerna Koleji"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::AltModifier);
+    QTRY_COMPARE(office.messages.texts(), QStringList{u"Okul bilgileri kaydedildi."_s});
+    for (Qt::Key tab : {Qt::Key_D, Qt::Key_E, Qt::Key_F, Qt::Key_O})
+        QTest::keyClick(QApplication::focusWidget(), tab, Qt::AltModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QCOMPARE(office.messages.texts(), QStringList{u"Okul bilgileri kaydedildi."_s});
+    QTRY_COMPARE(office.window->mdiArea()->subWindowList().size(), 0);
+}
+
+void tst_ScreenFocus::turkishLettersReachTheirButtons_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("button");
+    // "S&ınıf Listesi Göster": the Turkish keyboard's "ı", and Alt+I where there is no "ı".
+    QTest::newRow("ı") << int(Qt::Key_I) << u"ı"_s << u"cmdSinifListesi"_s;
+    QTest::newRow("I") << int(Qt::Key_I) << u"i"_s << u"cmdSinifListesi"_s;
+    QTest::newRow("ç") << int(Qt::Key_Ccedilla) << u"ç"_s << QString();
+    QTest::newRow("k") << int(Qt::Key_K) << u"k"_s << u"cmdCikis"_s;
+}
+
+void tst_ScreenFocus::turkishLettersReachTheirButtons()
+{
+    QFETCH(int, key);
+    QFETCH(QString, text);
+    QFETCH(QString, button);
+    OpenOffice office;
+    QVERIFY(office.start());
+    QWidget *root = office.open(u"btnOgrenciBilgileri"_s, u"FrmOgrenci"_s);
+    QVERIFY(root);
+    QHash<QString, int> pressed;
+    for (QAbstractButton *b : root->findChildren<QAbstractButton *>())
+        connect(b, &QAbstractButton::clicked, this, [&pressed, b] { ++pressed[b->objectName()]; });
+    QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key(key), text,
+                        Qt::AltModifier);
+    QTest::qWait(300); // a button pressed by its letter shows itself down for a moment
+    QCOMPARE(pressed.keys(), button.isEmpty() ? QStringList() : QStringList{button});
 }
 
 QTEST_MAIN(tst_ScreenFocus)
