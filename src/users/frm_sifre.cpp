@@ -45,9 +45,11 @@ FrmSifre::FrmSifre(store::Database &db, QWidget *parent)
     form->addRow(QStringLiteral("Kullanıcı Adı :"), m_ad);
     form->addRow(QStringLiteral("Şifre :"), m_sifre);
 
+    // The wait after wrong logins: its line is kept even when empty, so that the window never
+    // has to grow to show it.
     m_bekle = new QLabel(this);
     m_bekle->setObjectName(QStringLiteral("lblBekle"));
-    m_bekle->hide();
+    m_bekle->setMinimumHeight(m_bekle->fontMetrics().height());
 
     m_tamam = new QPushButton(QStringLiteral("&Tamam"), this);
     m_tamam->setObjectName(QStringLiteral("CmdOk"));
@@ -114,8 +116,7 @@ void FrmSifre::updateWait()
     --m_kalan;
     if (m_kalan <= 0) {
         m_timer->stop();
-        m_bekle->hide();
-        m_tamam->setEnabled(true);
+        m_bekle->clear();
         return;
     }
     m_bekle->setText(
@@ -127,11 +128,12 @@ void FrmSifre::CmdOk_Click()
     const QString ad = m_ad->text();
     if (s_throttle) {
         if (const int wait = GirisBeklemesi(m_db, ad); wait > 0) {
+            // "Tamam" stays where it is: were it disabled, Enter would move on to "Çıkış".
             m_kalan = wait + 1;
-            m_tamam->setEnabled(false);
-            m_bekle->show();
             updateWait();
             m_timer->start();
+            m_sifre->setFocus();
+            m_sifre->selectAll();
             return;
         }
     }

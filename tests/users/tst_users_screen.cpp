@@ -16,6 +16,7 @@
 #include "users/user_admin.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
@@ -56,6 +57,7 @@ private slots:
     }
     void administratorGivesLimitedRights();
     void passwordMaintenanceScreen();
+    void theWaitAfterWrongLoginsKeepsThePasswordBox();
 };
 
 void tst_UsersScreen::administratorGivesLimitedRights()
@@ -204,4 +206,25 @@ void tst_UsersScreen::passwordMaintenanceScreen()
 }
 
 QTEST_MAIN(tst_UsersScreen)
+void tst_UsersScreen::theWaitAfterWrongLoginsKeepsThePasswordBox()
+{
+    // Three wrong passwords: the next try is told to wait, in a line of the window, with the
+    // focus left in the password box and "Tamam" still in reach of Enter.
+    testing::TestStore s(store::Engine::SQLite);
+    QVERIFY(testing::openOffice(s.db()));
+    for (int i = 0; i < 3; ++i)
+        users::GirisSonucuKaydet(s.db(), u"Müdür"_s, false);
+    users::FrmSifre::setThrottleForTest(true);
+    users::FrmSifre login(s.db());
+    login.show();
+    QApplication::setActiveWindow(&login);
+    typeInto(&login, u"txtKullaniciAdi"_s, u"Müdür"_s);
+    typeInto(&login, u"txtSifre"_s, u"gizli"_s);
+    click(&login, u"CmdOk"_s);
+    QVERIFY(login.findChild<QLabel *>(u"lblBekle"_s)->text().contains(u"bekleyiniz"_s));
+    QVERIFY(login.findChild<QPushButton *>(u"CmdOk"_s)->isEnabled());
+    QCOMPARE(QApplication::focusWidget(), login.findChild<QLineEdit *>(u"txtSifre"_s));
+    QCOMPARE(login.result(), 0);
+}
+
 #include "tst_users_screen.moc"
