@@ -555,7 +555,10 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
     sub->setProperty("hakOkuma", read);
     sub->setProperty("hakYazma", write);
     sub->setWindowTitle(widget->windowTitle());
-    sub->resize(widget->size().expandedTo(widget->sizeHint()) + QSize(16, 40));
+    // As large as the screen asks, but never beyond the area: a screen taller than an office's
+    // 1366×768 display gives up its stretching lists' height, not its buttons.
+    const QSize room = m_mdi->viewport()->size();
+    sub->resize((widget->size().expandedTo(widget->sizeHint()) + QSize(16, 40)).boundedTo(room));
     // A screen that closes itself (its "Çıkış") takes its frame with it.
     connect(
         widget, &QObject::destroyed, this,
@@ -565,6 +568,10 @@ bool MDIAidat::openScreen(const QString &tool, const QString &screen, const QVar
         },
         Qt::QueuedConnection);
     sub->show();
+    // Placed within the area, so that no part of it starts out of sight.
+    const QRect frame = sub->geometry();
+    sub->move(qBound(0, frame.x(), qMax(0, room.width() - frame.width())),
+              qBound(0, frame.y(), qMax(0, room.height() - frame.height())));
     ui::focusFirstBox(widget);
     return true;
 }

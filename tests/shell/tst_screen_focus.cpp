@@ -15,6 +15,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -118,6 +119,8 @@ private slots:
     void mnemonicsAreUnique();
     void everyTextBoxHasItsLimit_data() { addScreenRows(); }
     void everyTextBoxHasItsLimit();
+    void everyScreenFitsAnOfficeDisplay_data() { addScreenRows(); }
+    void everyScreenFitsAnOfficeDisplay();
     void aTooLongAddressIsRefusedNotCut();
     void theScreensLetterWinsOverTheMenus();
     void aSavedScreenClosesWithoutAsking();
@@ -224,6 +227,31 @@ void tst_ScreenFocus::everyTextBoxHasItsLimit()
             unlimited << e->objectName() + u'/' + e->parentWidget()->objectName();
     }
     QVERIFY2(unlimited.isEmpty(), qPrintable(unlimited.join(u", "_s)));
+}
+
+void tst_ScreenFocus::everyScreenFitsAnOfficeDisplay()
+{
+    // On a 1366×768 display the screen lies whole inside the area, nothing to scroll to, and
+    // is not squeezed below what its controls need.
+    QFETCH(QString, tool);
+    QFETCH(QString, screen);
+    OpenOffice office;
+    QVERIFY(office.start());
+    office.window->showNormal();
+    office.window->resize(1366, 738); // a window manager's title bar takes the rest
+    QMdiArea *area = office.window->mdiArea();
+    QTRY_COMPARE(area->viewport()->width(), 1366);
+    QWidget *root = office.open(tool, screen);
+    QVERIFY(root);
+    const QRect frame = office.window->screenWindow(screen)->geometry();
+    QVERIFY2(
+        area->viewport()->rect().contains(frame),
+        qPrintable(
+            u"%1,%2 %3×%4"_s.arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height())));
+    QVERIFY(!area->horizontalScrollBar()->isVisible());
+    QVERIFY(!area->verticalScrollBar()->isVisible());
+    QVERIFY(root->width() >= root->minimumSizeHint().width());
+    QVERIFY(root->height() >= root->minimumSizeHint().height());
 }
 
 void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
