@@ -127,10 +127,9 @@ public:
                               ? base::Bicimle(v.value<base::Para>(), QStringLiteral("#,##0.00"))
                               : m_model->text(index.row(), index.column()));
         }
-        // The whole text is selected on entry, before the key that opened the cell reaches it,
-        // so that typing replaces it and every key after the first follows it.
-        if (auto *edit = qobject_cast<QLineEdit *>(editor))
-            QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
+        // The view selects the whole text as it opens the cell, before the key that opened it
+        // arrives: typing replaces the text, and every key after the first follows it. Nothing
+        // may select it again later, or keys typed quickly would land on a selection.
     }
 
     void setModelData(QWidget *editor, QAbstractItemModel *,
