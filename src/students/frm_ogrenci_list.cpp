@@ -68,8 +68,9 @@ FrmOgrenciList::FrmOgrenciList(store::Database &db, QWidget *parent)
                                            "öğrenciye gider; Enter listeyi bu öğrencilere "
                                            "indirir."),
                             this);
+    // In the window's own text colour: a greyed label reads as switched off, and is hard to read.
+    hint->setObjectName(QStringLiteral("lblAciklama"));
     hint->setWordWrap(true);
-    hint->setEnabled(false);
     boxes->addWidget(hint, 1, 0, 1, 4);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();

@@ -373,6 +373,7 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
         auto *list = qobject_cast<FrmOgrenciList *>(d);
         QVERIFY(list);
         QCOMPARE(list->rowCount(), 5);
+        QVERIFY(d->findChild<QLabel *>(u"lblAciklama"_s)->isEnabled()); // not greyed out
         typeInto(d, u"txtAd"_s, u"meht"_s);
         QCOMPARE(list->grid()->text(list->grid()->currentRowIndex(), 1), u"Mehtap"_s);
         typeInto(d, u"txtSoyad"_s, u"y"_s);
