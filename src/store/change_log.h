@@ -30,4 +30,37 @@ struct OgrenciLogSatiri
 base::Status LogOgrenci(Database &db, const OgrenciLogSatiri &ogrenci, const QString &islemTuru,
                         const QString &kullanici);
 
+// What the log keeps of a fee account's header.
+struct HesapLogSatiri
+{
+    qint64 ogrKayitId = 0;
+    qint64 kayitId = 0;
+    int sira = 0;
+    base::Para borc;
+    base::Para kalan;
+    qint64 aidatId = 0;
+    base::Para iskontoTutari;
+    int ytlCevrim = 0;
+    QString aidatTanim;
+};
+
+// What the log keeps of a payment.
+struct OdemeLogSatiri
+{
+    qint64 kayitId = 0;
+    int sira = 0;
+    QDateTime odemeTarihi;
+    base::Para odenen;
+    QString aciklama;
+    QString odemeSekli;
+    int pesinatTaksitId = 0;
+    qint64 fisNo = 0;
+};
+
+// The account and payment writers, alike: one row each, inside the caller's transaction.
+base::Status LogOgrenciAidatTanim(Database &db, const HesapLogSatiri &hesap,
+                                  const QString &islemTuru, const QString &kullanici);
+base::Status LogOgrenciAidatOdeme(Database &db, const OdemeLogSatiri &odeme,
+                                  const QString &islemTuru, const QString &kullanici);
+
 } // namespace store

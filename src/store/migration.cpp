@@ -226,6 +226,7 @@ const std::vector<Step> &steps()
             addFilled(m, t, QStringLiteral("IskontoTutari"), QStringLiteral("0"));
             m.index(t, QStringLiteral("OgrenciAidatTanim_index2"));
             m.add(t, QStringLiteral("Aidatiptal"));
+            addFilled(m, t, QStringLiteral("Surum"), QStringLiteral("0"));
         },
         // 3. payments
         [](Migrator &m, Database &) {

@@ -387,7 +387,10 @@ std::vector<Table> yearTables()
           f(QStringLiteral("Kalan"), T::Money), f(QStringLiteral("AidatID"), T::Long),
           text(QStringLiteral("AidatTanim"), 30), later(f(QStringLiteral("YTLCevrim"), T::Byte)),
           later(f(QStringLiteral("IskontoTutari"), T::Money)),
-          later(f(QStringLiteral("Aidatiptal"), T::Boolean))},
+          later(f(QStringLiteral("Aidatiptal"), T::Boolean)),
+          // Raised by every write of the account, so that a save can tell that the rows it
+          // read are still the stored ones.
+          later(f(QStringLiteral("Surum"), T::Long))},
          {laterIndex(QStringLiteral("OgrenciAidatTanim_index2"), {QStringLiteral("OgrKayitID")}),
           laterIndex(QStringLiteral("OgrenciAidatTanim_AidatID"), {QStringLiteral("AidatID")}),
           nullsOf(QStringLiteral("OgrenciAidatTanim"), QStringLiteral("YTLCevrim")),

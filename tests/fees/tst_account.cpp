@@ -1,0 +1,333 @@
+#include "fees_support.h"
+
+#include "fees/account.h"
+#include "store/database.h"
+#include "users/session.h"
+
+#include <QSqlRecord>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+using base::Para;
+using fees::DetaySatiri;
+using fees::HesapKaydi;
+using fees::OdemeSatiri;
+using testing::scalar;
+
+namespace {
+
+Para tl(const char *amount)
+{
+    return Para::fromDecimalString(QString::fromLatin1(amount)).value();
+}
+
+QDateTime gun(int y, int m, int d)
+{
+    return QDateTime(QDate(y, m, d), QTime(0, 0));
+}
+
+const fees::KayitBaglami s_baglam{u"Müdür"_s, 1, false};
+
+void addStudent(store::Database &db, qint64 kayitId)
+{
+    store::Query q(db, u"INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"_s);
+    q.bind(kayitId).bind(kayitId);
+    QVERIFY(q.exec());
+}
+
+// A tuition account of student 1: a down payment of 1.000 paid on 2 September, five
+// installments from September, two payments, a sibling discount.
+HesapKaydi tuition()
+{
+    HesapKaydi h;
+    h.satir.ogrKayitId = 1;
+    h.satir.aidatId = 7;
+    h.satir.aidatTanim = u"Öğrenim"_s;
+    h.satir.sira = 1;
+    h.satir.iskontoTutari = tl("500");
+    h.pesinat = tl("1000");
+    h.odenenPesinat = fees::OdenenPesinat{tl("1000"), QDate(2025, 9, 2), 1};
+    for (int i = 1; i <= 5; ++i)
+        h.taksitler.append(
+            DetaySatiri{i, gun(2025, 9, 5).addMonths(i - 1), tl("1700"), u"Nakit"_s, 0, 1, true});
+    OdemeSatiri o;
+    o.elle = true;
+    o.sira = 1;
+    o.odemeTarihi = gun(2025, 9, 5);
+    o.odenen = tl("1700");
+    o.odemeSekli = u"N"_s;
+    o.aciklama = u"Eylül"_s;
+    h.odemeler.append(o);
+    o.sira = 2;
+    o.odemeTarihi = gun(2025, 10, 7);
+    o.odenen = tl("850.50");
+    o.odemeSekli = u"K"_s;
+    o.aciklama = u"O'Neil ödedi"_s;
+    o.fisNo = 12;
+    h.odemeler.append(o);
+    h.iskontolar.append(fees::IskontoSatiri{3, u"Kardeş İndirimi"_s, tl("5"), tl("500"),
+                                            tl("10000"), 1, 0, 1});
+    return h;
+}
+
+// Every stored row of the account, in a fixed order, as text: what "unchanged" means.
+QString dump(store::Database &db, qint64 kayitId)
+{
+    QStringList rows;
+    const QStringList queries = {
+        u"SELECT AidatTanim, Borc, Kalan, AidatID, Sira, IskontoTutari, YTLCevrim "
+        "FROM OgrenciAidatTanim WHERE KayitID = ?"_s,
+        u"SELECT Sira, PesinatTaksitID, OdemeTarihi, Odenecek, OdemeSekli, Fatura_ID "
+        "FROM OgrenciAidatDetay WHERE KayitID = ? ORDER BY Sira"_s,
+        u"SELECT Sira, PesinatTaksitID, OdemeTarihi, Odenen, OdemeSekli, "
+        "Ogr_Cari_Durum_Aciklamasi, FisNo, Tahsilat_Vade_Tarihi, Pesinat_Tarihi "
+        "FROM OgrenciAidatOdeme WHERE KayitID = ? ORDER BY Sira, OdemeTarihi"_s,
+        u"SELECT IskontoID, IskontoAdi, IskontoOrani, IskontoMiktari, IskontoSirasi "
+        "FROM OgrenciIskonto WHERE KayitID = ? ORDER BY IskontoID"_s};
+    for (const QString &sql : queries) {
+        store::Query q(db, sql);
+        q.bind(kayitId);
+        if (!q.exec())
+            return q.error(QString()).text;
+        while (q.next()) {
+            QStringList cells;
+            for (int i = 0; i < q.raw().record().count(); ++i)
+                cells << q.value(i).toString();
+            rows << cells.join(u'|');
+        }
+    }
+    return rows.join(u'\n');
+}
+
+// Saves as the screen does; a failure is shown in the test's output.
+bool kaydet(store::Database &db, HesapKaydi &h)
+{
+    const base::Result<fees::KayitSonucu> r = fees::HesapKaydet(db, h, s_baglam);
+    if (!r)
+        qWarning("%s", qPrintable(r.error().text));
+    return bool(r);
+}
+
+int logRows(store::Database &db, const QString &table, const QString &islem)
+{
+    return scalar(db,
+                  u"SELECT count(*) FROM %1 WHERE Islem_Turu = ?"_s.arg(
+                      db.table(store::Store::Log, table)),
+                  {islem})
+        .toInt();
+}
+
+} // namespace
+
+class tst_Account : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { users::durum() = users::CalismaDurumu(); }
+    void anUnchangedAccountIsWrittenBackUnchanged_data() { testing::addEngineRows(); }
+    void anUnchangedAccountIsWrittenBackUnchanged();
+    void rowsKeepTheirSiraAndOnlyRealRowsAreWritten_data() { testing::addEngineRows(); }
+    void rowsKeepTheirSiraAndOnlyRealRowsAreWritten();
+    void aSaveOverAnotherWorkstationsWriteIsRefused_data() { testing::addEngineRows(); }
+    void aSaveOverAnotherWorkstationsWriteIsRefused();
+    void aFailedSaveWritesNothing_data() { testing::addEngineRows(); }
+    void aFailedSaveWritesNothing();
+    void cariDurum_data();
+    void cariDurum();
+};
+
+void tst_Account::anUnchangedAccountIsWrittenBackUnchanged()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    QVERIFY(h.satir.kayitId > 0);
+    // Borc and Kalan are the sums of what was written, the down payment included.
+    QCOMPARE(h.satir.borc, tl("9500"));
+    QCOMPARE(h.satir.kalan, tl("5949.50"));
+    QCOMPARE(scalar(db, u"SELECT Kalan FROM OgrenciAidatTanim"_s).toLongLong(),
+             tl("5949.50").raw());
+
+    // Rows as an older program left them: an installment without a date, a payment of 0.
+    QVERIFY(scalar(db,
+                   u"INSERT INTO OgrenciAidatDetay (KayitID, Sira, PesinatTaksitID, Odenecek, "
+                   "Fatura_ID, YTLCevrim) VALUES (?, 9, 0, 0, 0, 1) RETURNING KayitID"_s,
+                   {h.satir.kayitId})
+                .isValid());
+    store::Query zero(db, u"INSERT INTO OgrenciAidatOdeme (KayitID, Sira, PesinatTaksitID, "
+                          "OdemeTarihi, Odenen, FisNo, Fatura_ID, YTLCevrim) "
+                          "VALUES (?, 8, 0, ?, 0, 0, 0, 1)"_s);
+    zero.bind(h.satir.kayitId).bind(gun(2025, 11, 1));
+    QVERIFY(zero.exec());
+
+    const QString before = dump(db, h.satir.kayitId);
+    const base::Result<HesapKaydi> read = fees::HesapOku(db, h.satir.kayitId, false);
+    QVERIFY(read);
+    HesapKaydi again = *read;
+    QCOMPARE(again.taksitler.size(), 6);
+    QCOMPARE(again.taksitler.first().sira, 9); // the row without a date comes first
+    QCOMPARE(again.iskontolar, h.iskontolar);
+    QVERIFY(kaydet(db, again));
+    QCOMPARE(dump(db, h.satir.kayitId), before);
+    // One header entry and one entry per payment row, each save.
+    QCOMPARE(logRows(db, u"OgrenciAidatTanim"_s, u"AddNew"_s), 1);
+    QCOMPARE(logRows(db, u"OgrenciAidatTanim"_s, u"Edit"_s), 1);
+    QCOMPARE(logRows(db, u"OgrenciAidatOdeme"_s, u"AddNew"_s), 3 + 4);
+
+    QVERIFY(fees::AidatSil(db, again.satir, u"Müdür"_s));
+    QCOMPARE(dump(db, h.satir.kayitId), QString());
+    QCOMPARE(logRows(db, u"OgrenciAidatTanim"_s, u"Delete"_s), 1);
+}
+
+void tst_Account::rowsKeepTheirSiraAndOnlyRealRowsAreWritten()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    HesapKaydi shown = *fees::HesapOku(db, h.satir.kayitId, false);
+
+    // The second installment goes; a new one and two unfinished rows are typed.
+    shown.taksitler.removeAt(1);
+    shown.taksitler.append(
+        DetaySatiri{fees::YeniSira(shown.taksitler), gun(2026, 2, 5), tl("1700"), {}, 0, 1, true});
+    shown.taksitler.append(DetaySatiri{fees::YeniSira(shown.taksitler), {}, tl("99"), {}, 0, 1, true});
+    OdemeSatiri noAmount;
+    noAmount.elle = true;
+    noAmount.sira = fees::YeniSira(shown.odemeler);
+    noAmount.odemeTarihi = gun(2025, 11, 5);
+    shown.odemeler.append(noAmount);
+    const fees::Toplamlar t = fees::ToplamlariYenile(shown);
+    QCOMPARE(t.borc, tl("9500")); // 1.000 + 5 × 1.700: the undated 99 is not counted
+    QVERIFY(kaydet(db, shown));
+    QList<int> siras;
+    store::Query q(db, u"SELECT Sira FROM OgrenciAidatDetay ORDER BY Sira"_s);
+    QVERIFY(q.exec());
+    while (q.next())
+        siras << int(q.integer(0));
+    QCOMPARE(siras, (QList<int>{0, 1, 3, 4, 5, 6}));
+    QCOMPARE(scalar(db, u"SELECT count(*) FROM OgrenciAidatOdeme WHERE Sira > 0"_s).toInt(), 2);
+    QCOMPARE(scalar(db, u"SELECT Borc FROM OgrenciAidatTanim"_s).toLongLong(), t.borc.raw());
+}
+
+void tst_Account::aSaveOverAnotherWorkstationsWriteIsRefused()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+
+    // Two screens hold the account; the first to save wins, the second is told and writes
+    // nothing.
+    std::unique_ptr<store::Database> other = s.newConnection();
+    other->selectYear(1);
+    QVERIFY(store::DatabaseAc(*other, store::Store::Year, true, false));
+    HesapKaydi first = *fees::HesapOku(*other, h.satir.kayitId, false);
+    HesapKaydi second = *fees::HesapOku(db, h.satir.kayitId, false);
+    first.odemeler[1].odenen = tl("1700");
+    first.odemeler[1].elle = true;
+    QVERIFY(kaydet(*other, first));
+    const QString written = dump(db, h.satir.kayitId);
+    second.odemeler.removeAt(0);
+    const base::Result<fees::KayitSonucu> refused = fees::HesapKaydet(db, second, s_baglam);
+    QVERIFY(!refused);
+    QVERIFY(refused.error().isRefusal());
+    QVERIFY(refused.error().text.contains(u"başka bir yerde değiştirildi"_s));
+    QCOMPARE(dump(db, h.satir.kayitId), written);
+    // Read again, the account saves.
+    HesapKaydi fresh = *fees::HesapOku(db, h.satir.kayitId, false);
+    QVERIFY(kaydet(db, fresh));
+}
+
+void tst_Account::aFailedSaveWritesNothing()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    const QString before = dump(db, h.satir.kayitId);
+    const int logsBefore = logRows(db, u"OgrenciAidatOdeme"_s, u"AddNew"_s);
+    // Two installments with one Sira: the store refuses the second after the header, the
+    // first installments and nothing else were written.
+    HesapKaydi broken = h;
+    broken.odemeler.removeAt(0);
+    broken.taksitler[4].sira = 2;
+    broken.taksitler[4].elle = true;
+    QVERIFY(!fees::HesapKaydet(db, broken, s_baglam));
+    QCOMPARE(dump(db, h.satir.kayitId), before);
+    QCOMPARE(logRows(db, u"OgrenciAidatOdeme"_s, u"AddNew"_s), logsBefore);
+    QCOMPARE(logRows(db, u"OgrenciAidatTanim"_s, u"Edit"_s), 0);
+    // The account on screen is as it was: its version still matches the store.
+    QVERIFY(kaydet(db, h));
+}
+
+void tst_Account::cariDurum_data()
+{
+    QTest::addColumn<int>("engine");
+    QTest::addColumn<QString>("beklenen"); // "buAy/onceki|metin"
+    QTest::addColumn<QDate>("ay");
+    for (store::Engine e : testing::engines()) {
+        const char *en = testing::engineName(e);
+        const int g = int(e);
+        // Before the first installment: no arrears, September's 1.700 paid on time.
+        QTest::addRow("%s-eylul", en) << g << u"0/0|"_s << QDate(2025, 9, 1);
+        // November: September and October paid (the second only half), November open; the
+        // month's payment of row 9 meets no installment and stays out of the month's column.
+        QTest::addRow("%s-kasim", en)
+            << g << u"2000/849.5| Öğrenim : 2.549,50 TL. Yemek : 300,00 TL."_s
+            << QDate(2025, 11, 1);
+        // After the plan: the overpaid meal account lowers nothing below zero in arrears.
+        QTest::addRow("%s-mart", en)
+            << g << u"0/5949.5| Öğrenim : 5.949,50 TL."_s << QDate(2026, 3, 1);
+    }
+}
+
+void tst_Account::cariDurum()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    QFETCH(QString, beklenen);
+    QFETCH(QDate, ay);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    // Meals: 300 in November, 600 paid in advance in September under row 9.
+    HesapKaydi yemek;
+    yemek.satir = {0, 1, 8, u"Yemek"_s, 2};
+    yemek.taksitler.append(DetaySatiri{1, gun(2025, 11, 3), tl("300"), {}, 0, 1, true});
+    OdemeSatiri advance;
+    advance.elle = true;
+    advance.sira = 9;
+    advance.odemeTarihi = gun(2025, 9, 20);
+    advance.odenen = tl("600");
+    yemek.odemeler.append(advance);
+    advance.odemeTarihi = gun(2025, 11, 10);
+    advance.odenen = tl("50");
+    yemek.odemeler.append(advance);
+    QVERIFY(kaydet(db, yemek));
+
+    const base::Result<fees::CariDurum> c
+        = fees::CariDurumHesapla(db, 1, ay, u"#,##0.00"_s);
+    QVERIFY(c);
+    QCOMPARE(u"%1/%2|%3"_s.arg(c->buAykiBorc.toDecimalString(),
+                               c->oncekiAylarBorc.toDecimalString(), c->metin),
+             beklenen);
+    QCOMPARE(c->toplam(), c->buAykiBorc + c->oncekiAylarBorc);
+    // A student without accounts: nothing owed, no text.
+    QCOMPARE(fees::CariDurumHesapla(db, 2, ay, u"#,##0.00"_s)->metin, QString());
+}
+
+QTEST_MAIN(tst_Account)
+#include "tst_account.moc"
