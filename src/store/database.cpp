@@ -630,9 +630,7 @@ base::Status Database::openGlobal()
         return s;
     if (m_globalOpen)
         return {};
-    if (base::Status s = createGlobalTables(*this); !s)
-        return s;
-    if (base::Status s = HaklarTabloEkle(*this, Store::Global); !s)
+    if (base::Status s = prepareGlobalStore(*this); !s)
         return s;
     m_globalOpen = true;
     return {};
@@ -647,10 +645,10 @@ base::Status Database::openErrorStore()
 base::Status Database::ensureStore(Store store)
 {
     // A store with tables is left as it is, found without taking any lock.
-    base::Result<Catalog> catalog = m_dialect->readCatalog(*this, store);
-    if (!catalog)
-        return catalog.error();
-    if (!catalog->tableNames().isEmpty())
+    base::Result<bool> made = m_dialect->hasTables(*this, store);
+    if (!made)
+        return made.error();
+    if (*made)
         return {};
     // A new store is made by one workstation; another one that found it missing at the same
     // time waits for the lock and then finds it made.
@@ -663,11 +661,11 @@ base::Status Database::ensureStore(Store store)
     }
     // Read from the catalogue's tables, which show what the other workstation committed while
     // we waited (PostgreSQL's own name lookups may not have heard of it yet).
-    catalog = m_dialect->readCatalog(*this, store);
-    if (!catalog) {
-        return catalog.error();
+    made = m_dialect->hasTables(*this, store);
+    if (!made) {
+        return made.error();
     }
-    if (catalog->tableNames().isEmpty()) {
+    if (!*made) {
         if (engine() == Engine::PostgreSQL && !exists(store, m_openYear)) {
             if (base::Status s
                 = exec(QStringLiteral("CREATE SCHEMA ") + location(store, m_openYear),

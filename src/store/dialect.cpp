@@ -183,17 +183,32 @@ QString Dialect::renameColumn(const QString &qualifiedTable, const QString &from
     return QStringLiteral("ALTER TABLE %1 RENAME COLUMN %2 TO %3").arg(qualifiedTable, from, to);
 }
 
-base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
+namespace {
+
+// The columns of a store's tables in order, all of them or the named ones only.
+base::Status readColumnsInto(Database &db, Engine engine, Store store, const QStringList &tables,
+                             Catalog &catalog)
 {
-    Catalog catalog;
     const QString schemaName = db.schema(store);
-    if (m_engine == Engine::SQLite) {
+    QString only;
+    if (!tables.isEmpty()) {
+        QStringList marks;
+        for (qsizetype i = 0; i < tables.size(); ++i)
+            marks << QStringLiteral("?");
+        only = QStringLiteral(" AND lower(%1) IN (%2)")
+                   .arg(engine == Engine::SQLite ? QStringLiteral("m.name")
+                                                 : QStringLiteral("c.relname"),
+                        marks.join(QStringLiteral(", ")));
+    }
+    if (engine == Engine::SQLite) {
         Query columns(
             db, QStringLiteral("SELECT m.name, p.name, p.type, p.pk FROM %1.sqlite_master AS m "
                                "JOIN pragma_table_info(m.name, '%1') AS p "
-                               "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite_%' "
+                               "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite_%'%2 "
                                "ORDER BY m.name, p.cid")
-                    .arg(schemaName));
+                    .arg(schemaName, only));
+        for (const QString &t : tables)
+            columns.bind(t.toLower());
         if (!columns.exec())
             return columns.error(QStringLiteral("Catalog:readCatalog"));
         while (columns.next()) {
@@ -205,6 +220,39 @@ base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
                                && type.compare(QLatin1String("INTEGER"), Qt::CaseInsensitive)
                                       == 0});
         }
+        return {};
+    }
+    Query columns(
+        db, QStringLiteral("SELECT c.relname, a.attname, format_type(a.atttypid, a.atttypmod), "
+                           "a.attidentity FROM pg_catalog.pg_class c "
+                           "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
+                           "JOIN pg_catalog.pg_attribute a ON a.attrelid = c.oid "
+                           "WHERE n.nspname = ? AND c.relkind = 'r' AND a.attnum > 0 "
+                           "AND NOT a.attisdropped%1 ORDER BY c.relname, a.attnum")
+                .arg(only));
+    columns.bind(schemaName);
+    for (const QString &t : tables)
+        columns.bind(t.toLower());
+    if (!columns.exec())
+        return columns.error(QStringLiteral("Catalog:readCatalog"));
+    while (columns.next()) {
+        const QString type = columns.value(2).toString();
+        catalog.addColumn(columns.value(0).toString(),
+                          ColumnInfo{columns.value(1).toString(), type, sizeOf(type),
+                                     !columns.value(3).toString().trimmed().isEmpty()});
+    }
+    return {};
+}
+
+} // namespace
+
+base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
+{
+    Catalog catalog;
+    if (base::Status s = readColumnsInto(db, m_engine, store, {}, catalog); !s)
+        return s.error();
+    const QString schemaName = db.schema(store);
+    if (m_engine == Engine::SQLite) {
         Query tables(db,
                      QStringLiteral("SELECT type, name FROM %1.sqlite_master "
                                     "WHERE type IN ('table', 'index') AND name NOT LIKE 'sqlite_%'")
@@ -219,23 +267,6 @@ base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
         }
         return catalog;
     }
-
-    Query columns(
-        db, QStringLiteral("SELECT c.relname, a.attname, format_type(a.atttypid, a.atttypmod), "
-                           "a.attidentity FROM pg_catalog.pg_class c "
-                           "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
-                           "JOIN pg_catalog.pg_attribute a ON a.attrelid = c.oid "
-                           "WHERE n.nspname = ? AND c.relkind = 'r' AND a.attnum > 0 "
-                           "AND NOT a.attisdropped ORDER BY c.relname, a.attnum"));
-    columns.bind(schemaName);
-    if (!columns.exec())
-        return columns.error(QStringLiteral("Catalog:readCatalog"));
-    while (columns.next()) {
-        const QString type = columns.value(2).toString();
-        catalog.addColumn(columns.value(0).toString(),
-                          ColumnInfo{columns.value(1).toString(), type, sizeOf(type),
-                                     !columns.value(3).toString().trimmed().isEmpty()});
-    }
     Query indexes(db, QStringLiteral("SELECT c.relname FROM pg_catalog.pg_class c "
                                      "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
                                      "WHERE n.nspname = ? AND c.relkind = 'i'"));
@@ -245,6 +276,59 @@ base::Result<Catalog> Dialect::readCatalog(Database &db, Store store) const
     while (indexes.next())
         catalog.addIndex(indexes.value(0).toString());
     return catalog;
+}
+
+base::Result<Catalog> Dialect::readColumns(Database &db, Store store,
+                                           const QStringList &tables) const
+{
+    Catalog catalog;
+    if (tables.isEmpty())
+        return catalog;
+    if (base::Status s = readColumnsInto(db, m_engine, store, tables, catalog); !s)
+        return s.error();
+    return catalog;
+}
+
+base::Result<bool> Dialect::hasTables(Database &db, Store store) const
+{
+    const QString schemaName = db.schema(store);
+    Query q(db, m_engine == Engine::SQLite
+                    ? QStringLiteral("SELECT 1 FROM %1.sqlite_master WHERE type = 'table' "
+                                     "AND name NOT LIKE 'sqlite_%' LIMIT 1")
+                          .arg(schemaName)
+                    : QStringLiteral("SELECT 1 FROM pg_catalog.pg_class c "
+                                     "JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace "
+                                     "WHERE n.nspname = ? AND c.relkind = 'r' LIMIT 1"));
+    if (m_engine == Engine::PostgreSQL)
+        q.bind(schemaName);
+    if (!q.exec())
+        return q.error(QStringLiteral("Catalog:hasTables"));
+    return q.next();
+}
+
+base::Result<int> Dialect::schemaVersion(Database &db, Store store) const
+{
+    const QString schemaName = db.schema(store);
+    Query q(db, m_engine == Engine::SQLite
+                    ? QStringLiteral("PRAGMA %1.user_version").arg(schemaName)
+                    : QStringLiteral("SELECT obj_description(n.oid, 'pg_namespace') FROM "
+                                     "pg_catalog.pg_namespace n WHERE n.nspname = ?"));
+    if (m_engine == Engine::PostgreSQL)
+        q.bind(schemaName);
+    if (!q.exec())
+        return q.error(QStringLiteral("Catalog:schemaVersion"));
+    // A schema without a comment, or with one that is not ours, has no number.
+    return q.next() ? q.value(0).toString().toInt() : 0;
+}
+
+base::Status Dialect::setSchemaVersion(Database &db, Store store, int version) const
+{
+    const QString schemaName = db.schema(store);
+    return db.exec(
+        m_engine == Engine::SQLite
+            ? QStringLiteral("PRAGMA %1.user_version = %2").arg(schemaName).arg(version)
+            : QStringLiteral("COMMENT ON SCHEMA %1 IS '%2'").arg(schemaName).arg(version),
+        QStringLiteral("Catalog:setSchemaVersion"));
 }
 
 // ---- rebuilding a table on SQLite ----------------------------------------------------------

@@ -64,6 +64,16 @@ public:
 
     // Reads what a store holds.
     base::Result<Catalog> readCatalog(Database &db, Store store) const;
+    // Reads the columns of the named tables only; the indexes are not read.
+    base::Result<Catalog> readColumns(Database &db, Store store, const QStringList &tables) const;
+    // True when the store holds a table at all: a store without one is new.
+    base::Result<bool> hasTables(Database &db, Store store) const;
+
+    // The number that the migration leaves in a store once all of its steps have succeeded;
+    // 0 when none was left. SQLite keeps it in the file's header (user_version), PostgreSQL as
+    // the comment of the store's schema; both change with the transaction that sets them.
+    base::Result<int> schemaVersion(Database &db, Store store) const;
+    base::Status setSchemaVersion(Database &db, Store store, int version) const;
 
     // The name of the Turkish collation in column definitions.
     QString collation() const;

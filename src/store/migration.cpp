@@ -35,13 +35,32 @@ const Field &declared(Store store, const QString &table, const QString &field)
     return *f;
 }
 
+// A back-fill that every opening runs, on a new field or an old one.
+struct Fill
+{
+    QString table;
+    QString field;
+    QString value;
+
+    QString statement() const
+    {
+        return QStringLiteral("UPDATE %1 SET ") + field + QLatin1Char('=') + value
+               + QStringLiteral(" WHERE ") + field + QStringLiteral(" IS NULL");
+    }
+};
+
 // The running state of one migration: the catalogue as it stands, and the first failure.
+// Run over the steps with FillsOnly, it changes nothing and only notes the back-fills that
+// every opening runs, for a year whose shape is already current.
 class Migrator
 {
 public:
-    Migrator(Database &db, Store store)
+    enum class Mode { Full, FillsOnly };
+
+    Migrator(Database &db, Store store, Mode mode = Mode::Full)
         : m_db(db)
         , m_store(store)
+        , m_mode(mode)
     {}
 
     base::Status load()
@@ -55,6 +74,7 @@ public:
 
     bool ok() const { return m_ok; }
     const base::Error &error() const { return m_error; }
+    const QList<Fill> &fills() const { return m_fills; }
     const Catalog &catalog() const { return m_catalog; }
 
     QString qualified(const QString &table) const { return m_db.table(m_store, table); }
@@ -67,7 +87,7 @@ public:
     // Adds a declared field when missing; true when it was added now.
     bool add(const QString &table, const QString &fieldName)
     {
-        if (!m_ok || hasField(table, fieldName))
+        if (!changing() || hasField(table, fieldName))
             return false;
         const Field &field = declared(m_store, table, fieldName);
         if (field.autoNumber) {
@@ -84,7 +104,7 @@ public:
     // Runs a statement on a table of the store: "%1" stands for the table's qualified name.
     void run(const QString &statement, const QString &table)
     {
-        if (!m_ok)
+        if (!changing())
             return;
         check(m_db.exec(statement.arg(qualified(table)), label(table)));
     }
@@ -92,7 +112,7 @@ public:
     // Creates a declared table when missing; true when it was created now.
     bool createIfMissing(const QString &table)
     {
-        if (!m_ok || m_catalog.hasTable(table))
+        if (!changing() || m_catalog.hasTable(table))
             return false;
         const schema::Table *t = schema::table(m_store, table);
         Q_ASSERT(t);
@@ -103,7 +123,7 @@ public:
 
     void index(const QString &table, const QString &indexName)
     {
-        if (!m_ok || m_catalog.hasIndex(indexName))
+        if (!changing() || m_catalog.hasIndex(indexName))
             return;
         const schema::Table *t = schema::table(m_store, table);
         const schema::Index *ix = t ? t->index(indexName) : nullptr;
@@ -114,7 +134,7 @@ public:
 
     void rename(const QString &table, const QString &from, const QString &to)
     {
-        if (!m_ok || !hasField(table, from) || hasField(table, to))
+        if (!changing() || !hasField(table, from) || hasField(table, to))
             return;
         if (m_db.tryExec(m_db.dialect().renameColumn(qualified(table), from, to)))
             (void)check(load());
@@ -122,7 +142,7 @@ public:
 
     void changeType(const QString &table, const QString &fieldName)
     {
-        if (!m_ok)
+        if (!changing())
             return;
         const ColumnInfo *current = m_catalog.column(table, fieldName);
         const Field &field = declared(m_store, table, fieldName);
@@ -130,6 +150,16 @@ public:
             return;
         if (check(changeColumnType(m_db, m_store, table, field)))
             (void)check(load());
+    }
+
+    // "UPDATE t SET f=v WHERE f IS NULL", run at every opening.
+    void fill(const QString &table, const QString &field, const QString &value)
+    {
+        if (m_mode == Mode::FillsOnly) {
+            m_fills.append(Fill{table, field, value});
+            return;
+        }
+        run(Fill{table, field, value}.statement(), table);
     }
 
     // Forgets a failure, to try a step again.
@@ -150,9 +180,12 @@ public:
 
 private:
     static QString label(const QString &table) { return s_label + QLatin1Char(':') + table; }
+    bool changing() const { return m_ok && m_mode == Mode::Full; }
 
     Database &m_db;
     Store m_store;
+    Mode m_mode;
+    QList<Fill> m_fills;
     Catalog m_catalog;
     bool m_ok = true;
     base::Error m_error;
@@ -163,9 +196,7 @@ private:
 void addFilled(Migrator &m, const QString &table, const QString &field, const QString &value)
 {
     m.add(table, field);
-    m.run(QStringLiteral("UPDATE %1 SET ") + field + QLatin1Char('=') + value
-              + QStringLiteral(" WHERE ") + field + QStringLiteral(" IS NULL"),
-          table);
+    m.fill(table, field, value);
 }
 
 // Adds a field and, only when it is new, sets every row to the value.
@@ -241,7 +272,7 @@ const std::vector<Step> &steps()
             const QString t = QStringLiteral("OgrenciAidatDetay");
             m.add(t, QStringLiteral("YTLCevrim"));
             m.add(t, QStringLiteral("OdemeSekli"));
-            m.run(QStringLiteral("UPDATE %1 SET YTLCevrim=0 WHERE YTLCevrim IS NULL"), t);
+            m.fill(t, QStringLiteral("YTLCevrim"), QStringLiteral("0"));
             addFilled(m, t, QStringLiteral("Fatura_ID"), QStringLiteral("0"));
             m.add(t, QStringLiteral("ID"));
         },
@@ -402,6 +433,57 @@ const std::vector<Step> &steps()
         },
     };
     return s_steps;
+}
+
+// Raised by hand when a step changes in a way that neither the declaration nor the number of
+// steps shows (a back-fill of its own, say).
+constexpr int s_revision = 1;
+
+// The back-fills of an up-to-date year: one reading tells which of them have rows to fill, and
+// only those run, together in one transaction; with none, nothing is written. The rows are
+// found through the indexes of the Null rows, so a large ledger costs nothing here.
+base::Status runFills(Database &db, const QList<Fill> &fills)
+{
+    if (fills.isEmpty())
+        return {};
+    QStringList probes;
+    for (const Fill &f : fills) {
+        probes << QStringLiteral("EXISTS (SELECT 1 FROM %1 WHERE %2 IS NULL)")
+                      .arg(db.table(Store::Year, f.table), f.field);
+    }
+    QList<Fill> due;
+    {
+        Query q(db, QStringLiteral("SELECT ") + probes.join(QStringLiteral(", ")));
+        if (!q.exec() || !q.next())
+            return q.error(s_label);
+        for (qsizetype i = 0; i < fills.size(); ++i) {
+            if (q.value(int(i)).toBool())
+                due.append(fills.at(i));
+        }
+    }
+    if (due.isEmpty())
+        return {};
+    Transaction tx(db);
+    if (!tx)
+        return tx.error();
+    for (const Fill &f : std::as_const(due)) {
+        if (base::Status st = db.exec(f.statement().arg(db.table(Store::Year, f.table)),
+                                      s_label + QLatin1Char(':') + f.table);
+            !st) {
+            return st;
+        }
+    }
+    if (!tx.commit())
+        return tx.error();
+    return {};
+}
+
+base::Status fillsOnly(Database &db)
+{
+    Migrator m(db, Store::Year, Migrator::Mode::FillsOnly);
+    for (const Step &step : steps())
+        step(m, db);
+    return runFills(db, m.fills());
 }
 
 // One workstation brings a store forward at a time; the next one waits and then finds the work
@@ -639,6 +721,23 @@ base::Status createGlobalTables(Database &db)
     return {};
 }
 
+base::Status prepareGlobalStore(Database &db)
+{
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Global);
+    if (!c)
+        return c.error();
+    bool complete = c->columns(QStringLiteral("Haklar")).size() >= 5;
+    for (const schema::Table &t : schema::tables()) {
+        if (t.store == Store::Global && !t.added && !c->hasTable(t.name))
+            complete = false;
+    }
+    if (complete)
+        return {};
+    if (base::Status s = createGlobalTables(db); !s)
+        return s;
+    return HaklarTabloEkle(db, Store::Global);
+}
+
 base::Status createModel(Database &db)
 {
     Transaction tx(db);
@@ -747,63 +846,124 @@ void failMigrationStepForTest(int step)
     s_failingStep = step;
 }
 
-base::Status DatabaseGuncelle(Database &db)
+int yearSchemaVersion()
 {
-    const WriteGuardExemption own;
-    base::Status result;
-    {
-        // The catalogue is read once the lock is held, and no other workstation changes it
-        // until the lock is given back.
-        const MigrationLock lock(db, Store::Year);
-        result = lock.status();
-        Migrator m(db, Store::Year);
-        if (result) {
-            result = m.load();
+    static const int s_version = [] {
+        // FNV-1a over the declaration, a separator after each part.
+        quint32 hash = 2166136261u;
+        const auto mix = [&hash](const QString &part) {
+            for (const char c : part.toUtf8())
+                hash = (hash ^ quint8(c)) * 16777619u;
+            hash = (hash ^ 0xffu) * 16777619u;
+        };
+        mix(QString::number(s_revision));
+        mix(QString::number(steps().size()));
+        for (const schema::Table &t : schema::tables()) {
+            if (t.store != Store::Year)
+                continue;
+            mix(t.name);
+            for (const Field &f : t.fields) {
+                mix(QStringLiteral("%1 %2 %3 %4")
+                        .arg(f.name)
+                        .arg(int(f.type))
+                        .arg(f.size)
+                        .arg(f.autoNumber ? 1 : 0));
+            }
+            for (const schema::Index &ix : t.indexes) {
+                mix(QStringLiteral("%1 (%2) %3 %4")
+                        .arg(ix.name, ix.fields.join(QLatin1Char(',')))
+                        .arg(ix.unique ? 1 : 0)
+                        .arg(ix.where));
+            }
         }
-        int number = 0;
-        for (const Step &step : steps()) {
-            if (!result)
-                break;
-            ++number;
-            // A step reads before it writes. On SQLite a read that would then wait for another
-            // workstation's write is refused at once, to avoid a deadlock ("database is
-            // locked"): such a step is run again holding the write lock from its start.
-            for (Transaction::Mode mode :
-                 {Transaction::Mode::Deferred, Transaction::Mode::Immediate}) {
-                result = {};
-                Transaction tx(db, mode);
-                if (!tx) {
+        // Positive, and never 0, which stands for a store without a number.
+        return int(hash & 0x7fffffffu) | 1;
+    }();
+    return s_version;
+}
+
+namespace {
+
+base::Status migrate(Database &db)
+{
+    const int current = yearSchemaVersion();
+    // The number is left only by a migration that has finished: read without the lock, it
+    // tells an up-to-date year, whose shape nobody changes now.
+    base::Result<int> stored = db.dialect().schemaVersion(db, Store::Year);
+    if (!stored)
+        return stored.error();
+    if (*stored == current)
+        return fillsOnly(db);
+
+    // The catalogue is read once the lock is held, and no other workstation changes it
+    // until the lock is given back.
+    const MigrationLock lock(db, Store::Year);
+    if (!lock.status())
+        return lock.status();
+    // Another workstation may have brought the year forward while this one waited.
+    stored = db.dialect().schemaVersion(db, Store::Year);
+    if (!stored)
+        return stored.error();
+    if (*stored == current)
+        return fillsOnly(db);
+
+    Migrator m(db, Store::Year);
+    base::Status result = m.load();
+    const int last = int(steps().size());
+    int number = 0;
+    for (const Step &step : steps()) {
+        if (!result)
+            break;
+        ++number;
+        // A step reads before it writes. On SQLite a read that would then wait for another
+        // workstation's write is refused at once, to avoid a deadlock ("database is
+        // locked"): such a step is run again holding the write lock from its start.
+        for (Transaction::Mode mode : {Transaction::Mode::Deferred, Transaction::Mode::Immediate}) {
+            result = {};
+            Transaction tx(db, mode);
+            if (!tx) {
+                result = tx.error();
+            } else {
+                step(m, db);
+                if (number == s_failingStep) {
+                    s_failingStep = 0;
+                    m.check(base::Error{
+                        3061, QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
+                        s_label});
+                }
+                // The year is current when the last step commits, and not before.
+                if (number == last && m.ok())
+                    m.check(db.dialect().setSchemaVersion(db, Store::Year, current));
+                if (!m.ok())
+                    result = m.error();
+                else if (!tx.commit())
                     result = tx.error();
-                } else {
-                    step(m, db);
-                    if (number == s_failingStep) {
-                        s_failingStep = 0;
-                        m.check(base::Error{
-                            3061, QStringLiteral("Adım %1 bu dosyada tamamlanamadı.").arg(number),
-                            s_label});
-                    }
-                    if (!m.ok())
-                        result = m.error();
-                    else if (!tx.commit())
-                        result = tx.error();
-                }
-                const bool busy = !result && result.error().number == 3260
-                                  && db.engine() == Engine::SQLite
-                                  && mode == Transaction::Mode::Deferred;
-                if (!busy)
-                    break;
-                tx.rollback();
-                m.clearFailure();
-                if (base::Status reload = m.load(); !reload) {
-                    result = reload;
-                    break;
-                }
+            }
+            const bool busy = !result && result.error().number == 3260
+                              && db.engine() == Engine::SQLite
+                              && mode == Transaction::Mode::Deferred;
+            if (!busy)
+                break;
+            tx.rollback();
+            m.clearFailure();
+            if (base::Status reload = m.load(); !reload) {
+                result = reload;
+                break;
             }
         }
     }
+    return result;
+}
+
+} // namespace
+
+base::Status DatabaseGuncelle(Database &db)
+{
+    const WriteGuardExemption own;
+    // The lock is given back before anybody reads the notice.
+    const base::Status result = migrate(db);
     if (!result) {
-        // The steps done so far stay; the next opening goes on from here. The lock is given
-        // back before anybody reads the notice.
+        // The steps done so far stay; the next opening goes on from here.
         base::Error e = result.error().withLabel(s_label);
         e.bildiri = base::Bildiri{QStringLiteral("HATA"),
                                   QStringLiteral("Database güncellemede hata!\n") + e.text,
@@ -816,9 +976,10 @@ base::Status DatabaseGuncelle(Database &db)
 void SonAlanlariEkle(Database &db)
 {
     const WriteGuardExemption own;
-    // One reading of the catalogue serves the three tests; an add is refused, quietly, when
-    // the field is there after all.
-    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
+    // One reading of the two tables' columns serves the three tests; an add is refused,
+    // quietly, when the field is there after all.
+    base::Result<Catalog> c = db.dialect().readColumns(
+        db, Store::Year, {QStringLiteral("AidatTanim"), QStringLiteral("Sabit")});
     if (!c)
         return;
     const struct

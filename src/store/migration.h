@@ -32,6 +32,9 @@ base::Status AlanDegistir(Database &db, Store store, const QString &table,
 
 // The global store's own tables, made when missing (settings, SMS, free lists).
 base::Status createGlobalTables(Database &db);
+// What opening the global store makes when missing: its own tables and the rights table. One
+// reading of the catalogue when nothing is missing.
+base::Status prepareGlobalStore(Database &db);
 // A new working year at the model shape: the tables and fields that existed before anything
 // was added to the product. DatabaseGuncelle brings it forward.
 base::Status createModel(Database &db);
@@ -51,9 +54,15 @@ base::Status IskontoSirasiDoldur(Database &db);
 
 // Brings the open working year to the current schema, in a fixed order of steps, each in its
 // own transaction; every step is a no-op once done, so a second run changes nothing and a run
-// that failed goes on from where it stopped. A failure carries the notice "Database
-// güncellemede hata!" under "HATA".
+// that failed goes on from where it stopped. The transaction of the last step leaves the
+// year's schema version in the store; a year that has it runs only the back-fills that every
+// opening runs ("... WHERE f IS NULL"), without reading the catalogue, and writes nothing when
+// they find nothing. A failure carries the notice "Database güncellemede hata!" under "HATA".
 base::Status DatabaseGuncelle(Database &db);
+// The schema version of a working year that has gone through every step: a number drawn from
+// the year's declared tables (fields, types, sizes, indexes) and the steps, so that a change
+// of the declaration or a new step makes the stores of the older shape run the steps again.
+int yearSchemaVersion();
 // The steps of DatabaseGuncelle, counted (for tests).
 int migrationStepCount();
 // For tests: make the step with this number fail once, as a broken file would.

@@ -83,6 +83,8 @@ private slots:
     void aFailedMigrationLeavesTheYearOpenAndSaysSo();
     void lateFieldsOfTheMainWindowPassQuietly_data() { testing::addEngineRows(); }
     void lateFieldsOfTheMainWindowPassQuietly();
+    void onlyAnOlderVersionRunsTheSteps_data();
+    void onlyAnOlderVersionRunsTheSteps();
 };
 
 void tst_Migration::modelReachesFullSchemaOnceAndForAll()
@@ -112,6 +114,7 @@ void tst_Migration::modelReachesFullSchemaOnceAndForAll()
             QVERIFY2(c->hasIndex(ix.name), qPrintable(ix.name));
     }
     QVERIFY(!c->hasColumn(u"OgrenciAidatOdeme"_s, u"Aciklama"_s));
+    QCOMPARE(*db.dialect().schemaVersion(db, Store::Year), yearSchemaVersion());
 
     const QStringList once = snapshot(db);
     QVERIFY(DatabaseGuncelle(db).ok());
@@ -143,7 +146,9 @@ void tst_Migration::backFillsRunEveryTimeOrForNewFieldsOnly()
         scalar(db, u"SELECT count(*) FROM Ogrenci WHERE Ogr_Islem_Yapan_Kullanici = ''"_s).toInt(),
         1);
 
-    // The school's own months stay; Nulls of fields filled "every time" are filled again.
+    // The school's own months stay; Nulls of fields filled "every time" are filled again, in a
+    // year that is up to date.
+    QCOMPARE(*db.dialect().schemaVersion(db, Store::Year), yearSchemaVersion());
     QVERIFY(run(db, u"UPDATE Sabit SET EgitimDestekAy1 = 9, ParaTuru = NULL, OgrAOtoDeg = NULL"_s));
     QVERIFY(run(db, u"UPDATE Ogrenci SET Ogr_EgitimDestekDurumu = NULL"_s));
     QVERIFY(run(db, u"INSERT INTO OgrenciAidatDetay (KayitID, Sira, Odenecek) VALUES (1, 1, 0)"_s));
@@ -237,6 +242,7 @@ void tst_Migration::shortNoteFieldGrowsInPlace()
         = *schema::field(Store::Year, u"Ogrenci"_s, u"Ogr_Cari_Durum_Aciklama"_s);
     shortNote.size = 100;
     QVERIFY(AlanDegistir(db, Store::Year, u"Ogrenci"_s, shortNote).ok());
+    QVERIFY(db.dialect().setSchemaVersion(db, Store::Year, 0).ok());
     const int position = columnPosition(db, u"Ogrenci"_s, u"Ogr_Cari_Durum_Aciklama"_s);
     QVERIFY(position > 0);
     QVERIFY(run(db, u"INSERT INTO Ogrenci (Ogr_Numarasi, Ogr_Adi, Ogr_Cari_Durum_Aciklama) "
@@ -325,6 +331,40 @@ void tst_Migration::lateFieldsOfTheMainWindowPassQuietly()
     QCOMPARE(snapshot(db), once);
     QVERIFY(!Field_Exist(db, Store::Year, u"AidatTanim"_s, u"AidatBirimAdet"_s));
     QVERIFY(messages.texts().isEmpty());
+}
+
+void tst_Migration::onlyAnOlderVersionRunsTheSteps_data()
+{
+    QTest::addColumn<int>("engine");
+    QTest::addColumn<int>("version");
+    QTest::addColumn<bool>("stepsRun");
+    for (Engine e : testing::engines()) {
+        const char *en = testing::engineName(e);
+        QTest::addRow("%s-surumsuz", en) << int(e) << 0 << true;
+        QTest::addRow("%s-eski-surum", en) << int(e) << yearSchemaVersion() - 2 << true;
+        QTest::addRow("%s-guncel", en) << int(e) << yearSchemaVersion() << false;
+    }
+}
+
+void tst_Migration::onlyAnOlderVersionRunsTheSteps()
+{
+    QFETCH(int, version);
+    QFETCH(bool, stepsRun);
+    VORTEL_STORE_FOR_ROW(s);
+    Database &db = s.db();
+    QVERIFY(s.openYear());
+    // An index that a step makes is gone, and a fill is due.
+    QVERIFY(db.exec(u"DROP INDEX %1.OgrenciAidatOdeme_KayitID"_s.arg(db.schema(Store::Year))));
+    QVERIFY(run(db, u"INSERT INTO OgrenciAidatOdeme (KayitID, Sira, Odenen) VALUES (3, 1, 0)"_s));
+    QVERIFY(db.dialect().setSchemaVersion(db, Store::Year, version).ok());
+
+    QVERIFY(DatabaseGuncelle(db).ok());
+    QCOMPARE(Field_Exist(db, Store::Year, u"OgrenciAidatOdeme"_s, u"ID"_s), true);
+    base::Result<Catalog> c = db.dialect().readCatalog(db, Store::Year);
+    QVERIFY(c);
+    QCOMPARE(c->hasIndex(u"OgrenciAidatOdeme_KayitID"_s), stepsRun);
+    QCOMPARE(scalar(db, u"SELECT YTLCevrim FROM OgrenciAidatOdeme"_s).toInt(), 0);
+    QCOMPARE(*db.dialect().schemaVersion(db, Store::Year), yearSchemaVersion());
 }
 
 QTEST_GUILESS_MAIN(tst_Migration)
