@@ -8,7 +8,7 @@ namespace bench {
 
 using namespace store;
 
-bool generate(Database &db, int students)
+bool generate(Database &db, int students, int payments)
 {
     Transaction tx(db);
     QSqlQuery ogr(db.sql()), tanim(db.sql()), detay(db.sql()), odeme(db.sql());
@@ -59,7 +59,7 @@ bool generate(Database &db, int students)
                 detay.bindValue(3, qint64(10000000));
                 if (!detay.exec())
                     return false;
-                if (k <= 5) {
+                if (k <= payments) {
                     odeme.bindValue(0, account);
                     odeme.bindValue(1, k);
                     odeme.bindValue(2, due);
