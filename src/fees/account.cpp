@@ -114,8 +114,8 @@ base::Result<HesapKaydi> HesapOku(store::Database &db, qint64 kayitId, bool taks
                                                        "silinmiş olabilir."),
                                         base::Icon::Warning);
         }
-        h.satir = HesapSatiri{q.integer(0), q.integer(1), q.integer(2), q.text(3),
-                              int(q.integer(4)), q.para(5), q.para(6), q.para(7),
+        h.satir = HesapSatiri{q.integer(0),      q.integer(1), q.integer(2), q.text(3),
+                              int(q.integer(4)), q.para(5),    q.para(6),    q.para(7),
                               int(q.integer(8)), q.integer(9)};
     }
     {
@@ -149,17 +149,18 @@ base::Result<HesapKaydi> HesapOku(store::Database &db, qint64 kayitId, bool taks
                                           "Kullanici, YTLCevrim, Pesinat_Tarihi "
                                           "FROM OgrenciAidatOdeme WHERE KayitID = ? "
                                           "ORDER BY PesinatTaksitID DESC, %1Sira, ID")
-                               .arg(taksitFatura ? QString()
-                                                 : QStringLiteral(
-                                                       "CASE WHEN OdemeTarihi IS NULL THEN 0 "
-                                                       "ELSE 1 END, OdemeTarihi, ")));
+                               .arg(taksitFatura
+                                        ? QString()
+                                        : QStringLiteral("CASE WHEN OdemeTarihi IS NULL THEN 0 "
+                                                         "ELSE 1 END, OdemeTarihi, ")));
         q.bind(kayitId);
         if (!q.exec()) {
             return q.error(PaidLabel);
         }
         while (q.next()) {
             if (q.integer(0) == 1 && !h.odenenPesinat) {
-                h.odenenPesinat = OdenenPesinat{q.para(3), q.dateTime(14).date(), int(q.integer(13))};
+                h.odenenPesinat
+                    = OdenenPesinat{q.para(3), q.dateTime(14).date(), int(q.integer(13))};
                 continue;
             }
             OdemeSatiri o;
@@ -195,8 +196,8 @@ base::Result<HesapKaydi> HesapOku(store::Database &db, qint64 kayitId, bool taks
             if (!oran) {
                 return oran.error().withLabel(ReadLabel);
             }
-            h.iskontolar.append(IskontoSatiri{q.integer(0), q.text(1), *oran, q.para(3),
-                                              q.para(4), int(q.integer(5)), int(q.integer(6)),
+            h.iskontolar.append(IskontoSatiri{q.integer(0), q.text(1), *oran, q.para(3), q.para(4),
+                                              int(q.integer(5)), int(q.integer(6)),
                                               int(q.integer(7))});
         }
     }
@@ -234,21 +235,20 @@ base::Result<CariDurum> CariDurumHesapla(store::Database &db, qint64 ogrKayitId,
     // Installments and payments on either side of the month, the down payments (Sira 0) left
     // out; this month's payments count only where an installment of the same Sira exists.
     store::Query q(
-        db,
-        QStringLiteral(
-            "SELECT T.KayitID, T.AidatTanim, "
-            "(SELECT %1 FROM OgrenciAidatDetay D WHERE D.KayitID = T.KayitID AND D.Sira > 0 "
-            "AND D.OdemeTarihi < ?), "
-            "(SELECT %2 FROM OgrenciAidatOdeme P WHERE P.KayitID = T.KayitID AND P.Sira > 0 "
-            "AND P.OdemeTarihi < ?), "
-            "(SELECT %1 FROM OgrenciAidatDetay D WHERE D.KayitID = T.KayitID AND D.Sira > 0 "
-            "AND D.OdemeTarihi >= ? AND D.OdemeTarihi <= ?), "
-            "(SELECT %2 FROM OgrenciAidatDetay D JOIN OgrenciAidatOdeme P "
-            "ON P.KayitID = D.KayitID AND P.Sira = D.Sira WHERE D.KayitID = T.KayitID "
-            "AND D.Sira > 0 AND P.OdemeTarihi >= ? AND P.OdemeTarihi <= ?) "
-            "FROM Ogrenci O JOIN OgrenciAidatTanim T ON T.OgrKayitID = O.KayitID "
-            "WHERE O.KayitID = ? ORDER BY T.Sira, T.KayitID")
-            .arg(sumOf(QStringLiteral("D.Odenecek")), sumOf(QStringLiteral("P.Odenen"))));
+        db, QStringLiteral(
+                "SELECT T.KayitID, T.AidatTanim, "
+                "(SELECT %1 FROM OgrenciAidatDetay D WHERE D.KayitID = T.KayitID AND D.Sira > 0 "
+                "AND D.OdemeTarihi < ?), "
+                "(SELECT %2 FROM OgrenciAidatOdeme P WHERE P.KayitID = T.KayitID AND P.Sira > 0 "
+                "AND P.OdemeTarihi < ?), "
+                "(SELECT %1 FROM OgrenciAidatDetay D WHERE D.KayitID = T.KayitID AND D.Sira > 0 "
+                "AND D.OdemeTarihi >= ? AND D.OdemeTarihi <= ?), "
+                "(SELECT %2 FROM OgrenciAidatDetay D JOIN OgrenciAidatOdeme P "
+                "ON P.KayitID = D.KayitID AND P.Sira = D.Sira WHERE D.KayitID = T.KayitID "
+                "AND D.Sira > 0 AND P.OdemeTarihi >= ? AND P.OdemeTarihi <= ?) "
+                "FROM Ogrenci O JOIN OgrenciAidatTanim T ON T.OgrKayitID = O.KayitID "
+                "WHERE O.KayitID = ? ORDER BY T.Sira, T.KayitID")
+                .arg(sumOf(QStringLiteral("D.Odenecek")), sumOf(QStringLiteral("P.Odenen"))));
     q.bind(ilkGun).bind(ilkGun).bind(ilkGun).bind(sonGun).bind(ilkGun).bind(sonGun).bind(
         ogrKayitId);
     if (!q.exec()) {
@@ -326,9 +326,9 @@ base::Status writeHeader(store::Database &db, store::Transaction &tx, HesapKaydi
         tx.rollback();
         return changedElsewhere().withLabel(SaveLabel);
     }
-    const store::HesapLogSatiri log{s.ogrKayitId, s.kayitId,  s.sira,          t.borc,
-                                    t.kalan(),    s.aidatId, s.iskontoTutari, b.paraTuru,
-                                    s.aidatTanim.left(30)};
+    const store::HesapLogSatiri log{s.ogrKayitId,    s.kayitId,  s.sira,
+                                    t.borc,          t.kalan(),  s.aidatId,
+                                    s.iskontoTutari, b.paraTuru, s.aidatTanim.left(30)};
     if (base::Status st = store::LogOgrenciAidatTanim(
             db, log, yeni ? store::LogYeniKayit : store::LogDegisiklik, b.kullanici);
         !st) {
@@ -351,15 +351,14 @@ base::Status writeInstallments(store::Database &db, store::Transaction &tx, cons
                                          "Fatura_ID, YTLCevrim) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
     // The down-payment row stands on every saved account; it keeps the moment it was first
     // written, so that an unchanged account is written back unchanged.
-    const QDateTime pesinatAni = h.pesinatKayitTarihi.isValid()
-                                     ? h.pesinatKayitTarihi
-                                     : QDateTime::currentDateTime();
+    const QDateTime pesinatAni
+        = h.pesinatKayitTarihi.isValid() ? h.pesinatKayitTarihi : QDateTime::currentDateTime();
     ekle.bind(h.satir.kayitId)
         .bind(0)
         .bind(1)
-        .bind(QDateTime(pesinatAni.date(),
-                        QTime(pesinatAni.time().hour(), pesinatAni.time().minute(),
-                              pesinatAni.time().second())))
+        .bind(
+            QDateTime(pesinatAni.date(), QTime(pesinatAni.time().hour(), pesinatAni.time().minute(),
+                                               pesinatAni.time().second())))
         .bind(h.pesinat)
         .bind(QString())
         .bind(qint64(0))
@@ -403,12 +402,13 @@ base::Status writePayments(store::Database &db, store::Transaction &tx, const He
         }
         return base::Status();
     };
-    store::Query ekle(db, QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, "
-                                         "PesinatTaksitID, OdemeTarihi, Odenen, OdemeSekli, "
-                                         "Ogr_Cari_Durum_Aciklamasi, FisNo, Fatura_ID, BankaAdi, "
-                                         "Tahsilat_Vade_Tarihi, Sube, Ciro, Kullanici, YTLCevrim, "
-                                         "Pesinat_Tarihi) "
-                                         "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
+    store::Query ekle(db,
+                      QStringLiteral("INSERT INTO OgrenciAidatOdeme (KayitID, Sira, "
+                                     "PesinatTaksitID, OdemeTarihi, Odenen, OdemeSekli, "
+                                     "Ogr_Cari_Durum_Aciklamasi, FisNo, Fatura_ID, BankaAdi, "
+                                     "Tahsilat_Vade_Tarihi, Sube, Ciro, Kullanici, YTLCevrim, "
+                                     "Pesinat_Tarihi) "
+                                     "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
     if (h.odenenPesinat && h.odenenPesinat->tutar > Para()) {
         const OdenenPesinat &p = *h.odenenPesinat;
         ekle.bind(hesap)
@@ -459,17 +459,17 @@ base::Status writePayments(store::Database &db, store::Transaction &tx, const He
         if (!ekle.exec()) {
             return rollBack(tx, ekle, SaveLabel);
         }
-        if (base::Status st = log({hesap, o.sira, o.odemeTarihi, o.odenen, o.aciklama,
-                                   o.odemeSekli, 0, o.fisNo},
-                                  store::LogYeniKayit);
+        if (base::Status st
+            = log({hesap, o.sira, o.odemeTarihi, o.odenen, o.aciklama, o.odemeSekli, 0, o.fisNo},
+                  store::LogYeniKayit);
             !st) {
             return st;
         }
     }
     for (const OdemeSatiri &o : h.silinenOdemeler) {
-        if (base::Status st = log({hesap, o.sira, o.odemeTarihi, o.odenen, o.aciklama,
-                                   o.odemeSekli, 0, o.fisNo},
-                                  store::LogKayitSil);
+        if (base::Status st
+            = log({hesap, o.sira, o.odemeTarihi, o.odenen, o.aciklama, o.odemeSekli, 0, o.fisNo},
+                  store::LogKayitSil);
             !st) {
             return st;
         }
@@ -507,14 +507,14 @@ base::Status writeDiscounts(store::Database &db, store::Transaction &tx, const H
 
 } // namespace
 
-base::Result<KayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesap,
-                                      const KayitBaglami &baglam)
+base::Result<HesapKayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesap,
+                                           const KayitBaglami &baglam)
 {
     if (base::Status yetki = users::YazmaYetkisiVar(); !yetki) {
         return yetki.error();
     }
     if (hesap.satir.aidatTanim.trimmed().isEmpty()) {
-        return KayitSonucu{};
+        return HesapKayitSonucu{};
     }
     const Toplamlar toplam = ToplamlariYenile(hesap);
     for (const Para p : {toplam.borc, toplam.odenen, toplam.kalan()}) {
@@ -552,7 +552,7 @@ base::Result<KayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesap,
     hesap.satir.kalan = toplam.kalan();
     hesap.satir.surum += 1;
     hesap.silinenOdemeler.clear();
-    return KayitSonucu{};
+    return HesapKayitSonucu{};
 }
 
 base::Status AidatSil(store::Database &db, const HesapSatiri &satir, const QString &kullanici)
@@ -578,8 +578,8 @@ base::Status AidatSil(store::Database &db, const HesapSatiri &satir, const QStri
             return rollBack(tx, q, DeleteLabel);
         }
     }
-    const store::HesapLogSatiri log{satir.ogrKayitId, satir.kayitId, satir.sira,
-                                    satir.borc,       satir.kalan,   satir.aidatId,
+    const store::HesapLogSatiri log{satir.ogrKayitId,    satir.kayitId,   satir.sira,
+                                    satir.borc,          satir.kalan,     satir.aidatId,
                                     satir.iskontoTutari, satir.ytlCevrim, satir.aidatTanim};
     if (base::Status s = store::LogOgrenciAidatTanim(db, log, store::LogKayitSil, kullanici); !s) {
         tx.rollback();

@@ -106,12 +106,12 @@ struct OdenenPesinat
 struct HesapKaydi
 {
     HesapSatiri satir;
-    Para pesinat; // the planned down payment: the installment row with Sira 0
+    Para pesinat;                 // the planned down payment: the installment row with Sira 0
     QDateTime pesinatKayitTarihi; // that row's moment of first writing; invalid until then
     std::optional<OdenenPesinat> odenenPesinat;
     QList<DetaySatiri> taksitler; // in the screen's order: by due date, then Sira
     QList<OdemeSatiri> odemeler;
-    QList<IskontoSatiri> iskontolar; // by IskontoSirasi, then IskontoID
+    QList<IskontoSatiri> iskontolar;    // by IskontoSirasi, then IskontoID
     QList<OdemeSatiri> silinenOdemeler; // removed on screen since the last save: the log hears
 
     friend bool operator==(const HesapKaydi &, const HesapKaydi &) = default;
@@ -138,8 +138,8 @@ base::Result<HesapKaydi> HesapOku(store::Database &db, qint64 kayitId, bool taks
 
 struct Toplamlar
 {
-    Para borc;    // the installments the save writes, and the planned down payment
-    Para odenen;  // the payments the save writes, and the down payment paid
+    Para borc;   // the installments the save writes, and the planned down payment
+    Para odenen; // the payments the save writes, and the down payment paid
     Para kalan() const { return borc - odenen; }
 };
 
@@ -178,13 +178,13 @@ base::Result<CariDurum> CariDurumHesapla(store::Database &db, qint64 ogrKayitId,
 
 struct KayitBaglami
 {
-    QString kullanici;   // who saves, for the change log
-    int paraTuru = 1;    // the money scale stamped on every row written (YTLCevrim)
+    QString kullanici;         // who saves, for the change log
+    int paraTuru = 1;          // the money scale stamped on every row written (YTLCevrim)
     bool taksitFatura = false; // installments carry their invoice numbers
 };
 
 // What a save says besides its refusals: notes for the operator that did not stop it.
-struct KayitSonucu
+struct HesapKayitSonucu
 {
     QStringList uyarilar;
 };
@@ -193,8 +193,8 @@ struct KayitSonucu
 // rows, all payment rows and the discount rows, with their change-log rows, in one transaction.
 // Refused, with nothing written, when another workstation changed the account since it was
 // read. On success the account learns its key, its new version and the totals written.
-base::Result<KayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesap,
-                                      const KayitBaglami &baglam);
+base::Result<HesapKayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesap,
+                                           const KayitBaglami &baglam);
 
 // Deletes the account with its installments, payments, invoices and discounts, and logs it.
 base::Status AidatSil(store::Database &db, const HesapSatiri &satir, const QString &kullanici);

@@ -66,8 +66,8 @@ HesapKaydi tuition()
     o.aciklama = u"O'Neil ödedi"_s;
     o.fisNo = 12;
     h.odemeler.append(o);
-    h.iskontolar.append(fees::IskontoSatiri{3, u"Kardeş İndirimi"_s, tl("5"), tl("500"),
-                                            tl("10000"), 1, 0, 1});
+    h.iskontolar.append(
+        fees::IskontoSatiri{3, u"Kardeş İndirimi"_s, tl("5"), tl("500"), tl("10000"), 1, 0, 1});
     return h;
 }
 
@@ -75,16 +75,16 @@ HesapKaydi tuition()
 QString dump(store::Database &db, qint64 kayitId)
 {
     QStringList rows;
-    const QStringList queries = {
-        u"SELECT AidatTanim, Borc, Kalan, AidatID, Sira, IskontoTutari, YTLCevrim "
-        "FROM OgrenciAidatTanim WHERE KayitID = ?"_s,
-        u"SELECT Sira, PesinatTaksitID, OdemeTarihi, Odenecek, OdemeSekli, Fatura_ID "
-        "FROM OgrenciAidatDetay WHERE KayitID = ? ORDER BY Sira"_s,
-        u"SELECT Sira, PesinatTaksitID, OdemeTarihi, Odenen, OdemeSekli, "
-        "Ogr_Cari_Durum_Aciklamasi, FisNo, Tahsilat_Vade_Tarihi, Pesinat_Tarihi "
-        "FROM OgrenciAidatOdeme WHERE KayitID = ? ORDER BY Sira, OdemeTarihi"_s,
-        u"SELECT IskontoID, IskontoAdi, IskontoOrani, IskontoMiktari, IskontoSirasi "
-        "FROM OgrenciIskonto WHERE KayitID = ? ORDER BY IskontoID"_s};
+    const QStringList queries
+        = {u"SELECT AidatTanim, Borc, Kalan, AidatID, Sira, IskontoTutari, YTLCevrim "
+           "FROM OgrenciAidatTanim WHERE KayitID = ?"_s,
+           u"SELECT Sira, PesinatTaksitID, OdemeTarihi, Odenecek, OdemeSekli, Fatura_ID "
+           "FROM OgrenciAidatDetay WHERE KayitID = ? ORDER BY Sira"_s,
+           u"SELECT Sira, PesinatTaksitID, OdemeTarihi, Odenen, OdemeSekli, "
+           "Ogr_Cari_Durum_Aciklamasi, FisNo, Tahsilat_Vade_Tarihi, Pesinat_Tarihi "
+           "FROM OgrenciAidatOdeme WHERE KayitID = ? ORDER BY Sira, OdemeTarihi"_s,
+           u"SELECT IskontoID, IskontoAdi, IskontoOrani, IskontoMiktari, IskontoSirasi "
+           "FROM OgrenciIskonto WHERE KayitID = ? ORDER BY IskontoID"_s};
     for (const QString &sql : queries) {
         store::Query q(db, sql);
         q.bind(kayitId);
@@ -103,7 +103,7 @@ QString dump(store::Database &db, qint64 kayitId)
 // Saves as the screen does; a failure is shown in the test's output.
 bool kaydet(store::Database &db, HesapKaydi &h)
 {
-    const base::Result<fees::KayitSonucu> r = fees::HesapKaydet(db, h, s_baglam);
+    const base::Result<fees::HesapKayitSonucu> r = fees::HesapKaydet(db, h, s_baglam);
     if (!r)
         qWarning("%s", qPrintable(r.error().text));
     return bool(r);
@@ -198,7 +198,8 @@ void tst_Account::rowsKeepTheirSiraAndOnlyRealRowsAreWritten()
     shown.taksitler.removeAt(1);
     shown.taksitler.append(
         DetaySatiri{fees::YeniSira(shown.taksitler), gun(2026, 2, 5), tl("1700"), {}, 0, 1, true});
-    shown.taksitler.append(DetaySatiri{fees::YeniSira(shown.taksitler), {}, tl("99"), {}, 0, 1, true});
+    shown.taksitler.append(
+        DetaySatiri{fees::YeniSira(shown.taksitler), {}, tl("99"), {}, 0, 1, true});
     OdemeSatiri noAmount;
     noAmount.elle = true;
     noAmount.sira = fees::YeniSira(shown.odemeler);
@@ -238,7 +239,7 @@ void tst_Account::aSaveOverAnotherWorkstationsWriteIsRefused()
     QVERIFY(kaydet(*other, first));
     const QString written = dump(db, h.satir.kayitId);
     second.odemeler.removeAt(0);
-    const base::Result<fees::KayitSonucu> refused = fees::HesapKaydet(db, second, s_baglam);
+    const base::Result<fees::HesapKayitSonucu> refused = fees::HesapKaydet(db, second, s_baglam);
     QVERIFY(!refused);
     QVERIFY(refused.error().isRefusal());
     QVERIFY(refused.error().text.contains(u"başka bir yerde değiştirildi"_s));
@@ -318,8 +319,7 @@ void tst_Account::cariDurum()
     yemek.odemeler.append(advance);
     QVERIFY(kaydet(db, yemek));
 
-    const base::Result<fees::CariDurum> c
-        = fees::CariDurumHesapla(db, 1, ay, u"#,##0.00"_s);
+    const base::Result<fees::CariDurum> c = fees::CariDurumHesapla(db, 1, ay, u"#,##0.00"_s);
     QVERIFY(c);
     QCOMPARE(u"%1/%2|%3"_s.arg(c->buAykiBorc.toDecimalString(),
                                c->oncekiAylarBorc.toDecimalString(), c->metin),

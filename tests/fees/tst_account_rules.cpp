@@ -1,0 +1,148 @@
+#include "fees/account_rules.h"
+#include "fees/definitions.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+using base::Para;
+using fees::DetaySatiri;
+using fees::HesapKaydi;
+
+namespace {
+
+Para tl(const char *amount)
+{
+    return Para::fromDecimalString(QString::fromLatin1(amount)).value();
+}
+
+QList<Para> amounts(const QString &list)
+{
+    QList<Para> out;
+    for (const QString &a : list.split(u' ', Qt::SkipEmptyParts))
+        out << Para::fromDecimalString(a).value();
+    return out;
+}
+
+} // namespace
+
+class tst_AccountRules : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void paymentCodes_data();
+    void paymentCodes();
+    void firstInFirstOut_data();
+    void firstInFirstOut();
+    void payingAnInstallment();
+    void replacingTheFee();
+};
+
+void tst_AccountRules::paymentCodes_data()
+{
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("code");
+    // The installment list's own words, then those it shares with the payment kinds.
+    QTest::newRow("kredi-karti") << u"Kredi Kartı"_s << u"K"_s;
+    QTest::newRow("havale") << u"Banka Havalesi"_s << u"B"_s;
+    QTest::newRow("kart-taksit") << u"Kredi Kart Taksit"_s << u"T"_s;
+    QTest::newRow("nakit") << u"Nakit"_s << u"N"_s;
+    QTest::newRow("cek") << u"Çek"_s << u"C"_s;
+    QTest::newRow("senet") << u"Senet"_s << u"S"_s;
+    QTest::newRow("bloke") << u"Bloke"_s << u"L"_s;
+    QTest::newRow("diger") << u"Diğer"_s << u"D"_s;
+    QTest::newRow("bos") << QString() << QString();
+    QTest::newRow("bilinmeyen") << u"Havale"_s << QString();
+}
+
+void tst_AccountRules::paymentCodes()
+{
+    QFETCH(QString, word);
+    QFETCH(QString, code);
+    QCOMPARE(fees::OdemeSekliKodu(word), code);
+}
+
+void tst_AccountRules::firstInFirstOut_data()
+{
+    QTest::addColumn<QString>("installments");
+    QTest::addColumn<QString>("paid");
+    QTest::addColumn<QString>("unpaid");
+    QTest::newRow("nothing-paid") << "100 100 100" << "0" << "100 100 100";
+    QTest::newRow("exactly-one") << "100 100 100" << "100" << "0 100 100";
+    QTest::newRow("part-of-second") << "100 100 100" << "150.25" << "0 49.75 100";
+    QTest::newRow("overpaid") << "100 100" << "250" << "0 0";
+    QTest::newRow("zero-installment") << "0 100" << "50" << "0 50";
+    QTest::newRow("refund-owes-more") << "100 100" << "-20" << "120 100";
+}
+
+void tst_AccountRules::firstInFirstOut()
+{
+    QFETCH(QString, installments);
+    QFETCH(QString, paid);
+    QFETCH(QString, unpaid);
+    QCOMPARE(fees::OdenmemisKisimlar(amounts(installments), amounts(paid).value(0)),
+             amounts(unpaid));
+}
+
+void tst_AccountRules::payingAnInstallment()
+{
+    HesapKaydi h;
+    h.taksitler = {DetaySatiri{1, QDateTime(QDate(2025, 9, 5), QTime(0, 0)), tl("1700"),
+                               u"Banka Havalesi"_s},
+                   DetaySatiri{4, QDateTime(QDate(2025, 10, 5), QTime(0, 0)), tl("1700")},
+                   DetaySatiri{5, {}, tl("1700")}};
+    QVERIFY(!fees::TaksidiOdeSorusu(h, 0));
+    QCOMPARE(*fees::TaksidiOde(h, 0), 0);
+    QCOMPARE(*fees::TaksidiOde(h, 1), 1);
+    // The payment carries the installment's Sira, date, amount and way of payment.
+    const fees::OdemeSatiri &o = h.odemeler.at(1);
+    QCOMPARE(o.sira, 4);
+    QCOMPARE(o.odemeTarihi.date(), QDate(2025, 10, 5));
+    QCOMPARE(o.odenen, tl("1700"));
+    QCOMPARE(h.odemeler.at(0).odemeSekli, u"B"_s);
+    QVERIFY(o.elle);
+    // Paid again: asked first, Enter answering No.
+    const std::optional<base::Soru> soru = fees::TaksidiOdeSorusu(h, 1);
+    QVERIFY(soru);
+    QCOMPARE(soru->metin, u"05.10.2025 tarihinde yapılmış ödeme bulundu. \nİşleme devam etmek "
+                          "istediğinizden emin misiniz?"_s);
+    QVERIFY(!soru->evetVarsayilan);
+    // An installment without a date pays nothing.
+    QVERIFY(!fees::TaksidiOde(h, 2));
+    QCOMPARE(h.odemeler.size(), 2);
+}
+
+void tst_AccountRules::replacingTheFee()
+{
+    HesapKaydi h;
+    h.satir.aidatTanim = u"Aidat Tanımı"_s;
+    h.satir.iskontoTutari = tl("500");
+    h.iskontolar.append(fees::IskontoSatiri{3, u"Kardeş"_s});
+    h.taksitler = {DetaySatiri{7, {}, tl("1")}};
+    h.odemeler.append(fees::OdemeSatiri{2});
+    fees::AidatTanimi tanim;
+    tanim.kayitId = 9;
+    tanim.aidatTanim = u"Servis"_s;
+    tanim.pesinat = tl("300");
+    tanim.taksitler = {{QDate(2025, 9, 1), tl("350")}, {QDate(1899, 12, 30), tl("350")}};
+    QVERIFY(fees::AidatEkle(h, tanim));
+    QCOMPARE(h.satir.aidatTanim, u"Servis"_s);
+    QCOMPARE(h.satir.aidatId, qint64(9));
+    QCOMPARE(h.pesinat, tl("300"));
+    QCOMPARE(h.taksitler.size(), 2);
+    QCOMPARE(h.taksitler.at(1).sira, 2);
+    QVERIFY(!h.taksitler.at(1).odemeTarihi.isValid()); // the zero date is no due date
+    QVERIFY(h.iskontolar.isEmpty());
+    QCOMPARE(h.satir.iskontoTutari, Para());
+    QCOMPARE(h.odemeler.size(), 1);
+
+    // Once an installment is invoiced the plan stays.
+    h.taksitler[0].faturaNo = 41;
+    const HesapKaydi invoiced = h;
+    QVERIFY(!fees::AidatEkle(h, tanim));
+    QCOMPARE(h, invoiced);
+}
+
+QTEST_MAIN(tst_AccountRules)
+#include "tst_account_rules.moc"
