@@ -195,6 +195,16 @@ void Screen::keyPressEvent(QKeyEvent *event)
     QWidget::keyPressEvent(event);
 }
 
+void setTabOrder(std::initializer_list<QWidget *> order)
+{
+    QWidget *previous = nullptr;
+    for (QWidget *w : order) {
+        if (previous)
+            QWidget::setTabOrder(previous, w);
+        previous = w;
+    }
+}
+
 void focusFirstBox(QWidget *screen)
 {
     // A box, a list or a grid: not the tab bar above them, nor a button.

@@ -16,6 +16,7 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -99,6 +100,67 @@ QWidget *pageOf(QWidget *root, QWidget *w)
     return nullptr;
 }
 
+// Where a control stands, in the screen's own coordinates.
+QRect placeIn(QWidget *root, QWidget *w)
+{
+    return QRect(w->mapTo(root, QPoint(0, 0)), w->size());
+}
+
+// The controls Tab goes through, from the first one of the screen until it comes round again
+// or leaves the screen. A grid is one stop however many cells Tab walks in it.
+QList<QWidget *> tabWalk(QWidget *root)
+{
+    QWidget *first = nullptr;
+    for (QWidget *w = root->nextInFocusChain(); w != root; w = w->nextInFocusChain()) {
+        if (w->isVisible() && w->isEnabled() && (w->focusPolicy() & Qt::TabFocus)
+            && !w->focusProxy()) {
+            first = w;
+            break;
+        }
+    }
+    QList<QWidget *> walk;
+    if (!first)
+        return walk;
+    first->setFocus(Qt::TabFocusReason);
+    for (int keys = 0; keys < 500; ++keys) {
+        QWidget *w = QApplication::focusWidget();
+        if (!w || !root->isAncestorOf(w))
+            break;
+        if (walk.isEmpty() || walk.last() != w) {
+            if (walk.contains(w))
+                break;
+            walk.append(w);
+        }
+        QTest::keyClick(w, Qt::Key_Tab);
+    }
+    return walk;
+}
+
+// Two controls out of the order the eye reads them in: the later one stands above the earlier
+// in the same column, or left of it in the same row. A second column may start at the top
+// again once the first is done, and a column may be a group of boxes of its own.
+QString outOfOrder(QWidget *root, const QList<QWidget *> &walk)
+{
+    const auto name = [](QWidget *w) {
+        return w->objectName().isEmpty() ? QString::fromLatin1(w->metaObject()->className())
+                                         : w->objectName();
+    };
+    for (qsizetype i = 0; i < walk.size(); ++i) {
+        const QRect a = placeIn(root, walk[i]);
+        for (qsizetype j = i + 1; j < walk.size(); ++j) {
+            const QRect b = placeIn(root, walk[j]);
+            const bool sameRow = (b.center().y() >= a.top() && b.center().y() <= a.bottom())
+                                 || (a.center().y() >= b.top() && a.center().y() <= b.bottom());
+            const bool sameColumn = (b.center().x() >= a.left() && b.center().x() <= a.right())
+                                    || (a.center().x() >= b.left() && a.center().x() <= b.right());
+            if ((sameRow && b.center().x() < a.center().x())
+                || (sameColumn && !sameRow && b.center().y() < a.center().y()))
+                return name(walk[i]) + u" → "_s + name(walk[j]);
+        }
+    }
+    return QString();
+}
+
 } // namespace
 
 // Every screen opened from the command table takes the keyboard at once, closes whole, and
@@ -117,6 +179,8 @@ private slots:
     void everyWayOfClosingTakesTheFrame();
     void mnemonicsAreUnique_data() { addScreenRows(); }
     void mnemonicsAreUnique();
+    void tabFollowsTheScreensLayout_data() { addScreenRows(); }
+    void tabFollowsTheScreensLayout();
     void everyTextBoxHasItsLimit_data() { addScreenRows(); }
     void everyTextBoxHasItsLimit();
     void everyScreenFitsAnOfficeDisplay_data() { addScreenRows(); }
@@ -252,6 +316,35 @@ void tst_ScreenFocus::everyScreenFitsAnOfficeDisplay()
     QVERIFY(!area->verticalScrollBar()->isVisible());
     QVERIFY(root->width() >= root->minimumSizeHint().width());
     QVERIFY(root->height() >= root->minimumSizeHint().height());
+}
+
+void tst_ScreenFocus::tabFollowsTheScreensLayout()
+{
+    // On the screen and on each page of its tabs, Tab reads as the eye does.
+    QFETCH(QString, tool);
+    QFETCH(QString, screen);
+    OpenOffice office;
+    QVERIFY(office.start());
+    QWidget *root = office.open(tool, screen);
+    QVERIFY(root);
+    QList<QTabWidget *> tabs = root->findChildren<QTabWidget *>();
+    if (tabs.isEmpty())
+        tabs.append(nullptr); // the screen as it is
+    for (QTabWidget *tab : tabs) {
+        for (int page = 0; page < (tab ? tab->count() : 1); ++page) {
+            if (tab) {
+                if (!tab->isVisible() || !tab->isTabEnabled(page))
+                    continue;
+                tab->setCurrentIndex(page);
+            }
+            QList<QWidget *> walk = tabWalk(root);
+            walk.removeIf([](QWidget *w) { return qobject_cast<QTabBar *>(w) != nullptr; });
+            QVERIFY2(walk.size() > 1, qPrintable(screen));
+            const QString where = tab ? tab->tabText(page) : screen;
+            QVERIFY2(outOfOrder(root, walk).isEmpty(),
+                     qPrintable(where + u": "_s + outOfOrder(root, walk)));
+        }
+    }
 }
 
 void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
