@@ -46,6 +46,10 @@ private:
     // label, or a tab; nullptr when none does.
     QWidget *mnemonicTarget(QKeyEvent *event, int *tab = nullptr) const;
     QWidget *mnemonicTarget(const QString &letter, int *tab) const;
+    // Ctrl+PgDn and Ctrl+PgUp from `from`: the next or the previous page of the tabs around it
+    // (or of the screen's tabs) comes up, with the focus in its first box. False when the key
+    // is not one of these or the screen has no tabs.
+    bool turnPage(QWidget *from, QKeyEvent *event, bool turn);
 
     bool m_dirty = false;
     QString m_questionTitle = QStringLiteral("UYARI");

@@ -181,6 +181,10 @@ private slots:
     void mnemonicsAreUnique();
     void tabFollowsTheScreensLayout_data() { addScreenRows(); }
     void tabFollowsTheScreensLayout();
+    void ctrlTabGoesRoundTheOpenScreens_data();
+    void ctrlTabGoesRoundTheOpenScreens();
+    void ctrlPageTurnsTheTabs_data();
+    void ctrlPageTurnsTheTabs();
     void everyTextBoxHasItsLimit_data() { addScreenRows(); }
     void everyTextBoxHasItsLimit();
     void everyScreenFitsAnOfficeDisplay_data() { addScreenRows(); }
@@ -345,6 +349,95 @@ void tst_ScreenFocus::tabFollowsTheScreensLayout()
                      qPrintable(where + u": "_s + outOfOrder(root, walk)));
         }
     }
+}
+
+void tst_ScreenFocus::ctrlTabGoesRoundTheOpenScreens_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control"); // "": the screen's tab bar
+    QTest::addRow("okul-adres-kutusu") << u"FrmOkulBilgileri"_s << u"txtAdres"_s;
+    QTest::addRow("okul-sekmeleri") << u"FrmOkulBilgileri"_s << QString();
+    QTest::addRow("kullanici-tablosu") << u"Kullanici_Sifre"_s << u"vaSpread1"_s;
+    QTest::addRow("ogrenci-kutusu") << u"FrmOgrenci"_s << u"Ogr_Numarasi"_s;
+}
+
+void tst_ScreenFocus::ctrlTabGoesRoundTheOpenScreens()
+{
+    // Ctrl+Tab brings another open screen forward and Ctrl+Shift+Tab the one left, the focus
+    // in each, whatever control had the key.
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    OpenOffice office;
+    QVERIFY(office.start());
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(office.open(QString::fromLatin1(s_screens[i].first),
+                            QString::fromLatin1(s_screens[i].second)));
+    QMdiArea *area = office.window->mdiArea();
+    QMdiSubWindow *start = office.window->screenWindow(screen);
+    area->setActiveSubWindow(start);
+    QWidget *w = control.isEmpty() ? start->widget()->findChild<QTabBar *>()
+                                   : start->widget()->findChild<QWidget *>(control);
+    QVERIFY(w);
+    w->setFocus();
+    QCOMPARE(QApplication::focusWidget(), w);
+    const auto focusIn = [](QMdiSubWindow *sub) {
+        return sub && sub->widget()->isAncestorOf(QApplication::focusWidget());
+    };
+    // The key moves between the screens only: no page of the screen's tabs turns with it.
+    auto *tabs = start->widget()->findChild<QTabWidget *>();
+    const int page = tabs ? tabs->currentIndex() : -1;
+    QTest::keyClick(w, Qt::Key_Tab, Qt::ControlModifier);
+    QMdiSubWindow *next = area->activeSubWindow();
+    QVERIFY(next && next != start);
+    QVERIFY(focusIn(next));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab,
+                    Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(area->activeSubWindow(), start);
+    QVERIFY(focusIn(start));
+    QCOMPARE(tabs ? tabs->currentIndex() : -1, page);
+}
+
+void tst_ScreenFocus::ctrlPageTurnsTheTabs_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("first");
+    const int down = Qt::Key_PageDown;
+    const int up = Qt::Key_PageUp;
+    const QString okul = u"FrmOkulBilgileri"_s;
+    QTest::addRow("okul-kutudan") << okul << u"txtOkulAdi"_s << down << 1 << u"CmbOgretimYili"_s;
+    QTest::addRow("okul-dugmeden") << okul << u"cmdKaydet"_s << down << 1 << u"CmbOgretimYili"_s;
+    QTest::addRow("okul-ilkten-sona") << okul << u"txtTelefon"_s << up << 3 << u"chkOkKilit"_s;
+    QTest::addRow("ogrenci-ust-kutudan")
+        << u"FrmOgrenci"_s << u"Ogr_Numarasi"_s << down << 1 << u"Ogr_Veli_Adi"_s;
+    QTest::addRow("ogrenci-tablodan")
+        << u"FrmOgrenci"_s << u"grdBuAy"_s << down << 1 << u"Ogr_Veli_Adi"_s;
+}
+
+void tst_ScreenFocus::ctrlPageTurnsTheTabs()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    QFETCH(int, key);
+    QFETCH(int, page);
+    QFETCH(QString, first);
+    OpenOffice office;
+    QVERIFY(office.start());
+    const auto at = std::find_if(s_screens.begin(), s_screens.end(),
+                                 [&](const auto &s) { return screen == QLatin1String(s.second); });
+    QWidget *root = office.open(QString::fromLatin1(at->first), screen);
+    QVERIFY(root);
+    auto *tabs = root->findChild<QTabWidget *>();
+    QVERIFY(tabs && tabs->currentIndex() == 0);
+    auto *w = root->findChild<QWidget *>(control);
+    QVERIFY(w);
+    w->setFocus();
+    QTest::keyClick(w, Qt::Key(key), Qt::ControlModifier);
+    QCOMPARE(tabs->currentIndex(), page);
+    QVERIFY(QApplication::focusWidget());
+    QCOMPARE(QApplication::focusWidget()->objectName(), first);
 }
 
 void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
