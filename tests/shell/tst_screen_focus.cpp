@@ -14,6 +14,8 @@
 #include <QLocale>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTabBar>
@@ -191,6 +193,7 @@ private slots:
     void everyScreenFitsAnOfficeDisplay();
     void aTooLongAddressIsRefusedNotCut();
     void theScreensLetterWinsOverTheMenus();
+    void everyMenuEntryHasItsOwnLetter();
     void aSavedScreenClosesWithoutAsking();
     void turkishLettersReachTheirButtons_data();
     void turkishLettersReachTheirButtons();
@@ -458,8 +461,8 @@ void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
 
 void tst_ScreenFocus::theScreensLetterWinsOverTheMenus()
 {
-    // Alt+D is the screen's "&Dönem ve Seçenekler" tab; Alt+K its "Çı&kış", not the "&Kasa"
-    // menu of the main window.
+    // Alt+D is the screen's "&Dönem ve Seçenekler" tab; Alt+K its "Çı&kış", not the "Çı&kış"
+    // of the main window's menu band, which would end the program.
     OpenOffice office;
     QVERIFY(office.start());
     QWidget *root = office.open(u"popOkulBilgileri"_s, u"FrmOkulBilgileri"_s);
@@ -516,6 +519,32 @@ void tst_ScreenFocus::turkishLettersReachTheirButtons()
                         Qt::AltModifier);
     QTest::qWait(300); // a button pressed by its letter shows itself down for a moment
     QCOMPARE(pressed.keys(), button.isEmpty() ? QStringList() : QStringList{button});
+}
+
+void tst_ScreenFocus::everyMenuEntryHasItsOwnLetter()
+{
+    // On the menu band and in each menu under it, every entry answers to a letter of its own.
+    OpenOffice office;
+    QVERIFY(office.start());
+    QList<QWidget *> menus{office.window->menuBar()};
+    for (QMenu *m : office.window->menuBar()->findChildren<QMenu *>())
+        menus.append(m);
+    QVERIFY(menus.size() > 10);
+    QStringList faults;
+    for (QWidget *menu : menus) {
+        QHash<QString, QString> seen;
+        for (QAction *a : menu->actions()) {
+            if (a->isSeparator())
+                continue;
+            const QString m = mnemonic(a->text());
+            if (m.isEmpty() || m == u"İ"_s || m == u"I"_s) // Qt takes i and ı for one letter
+                faults << a->text();
+            else if (seen.contains(m))
+                faults << seen.value(m) + u" / "_s + a->text();
+            seen.insert(m, a->text());
+        }
+    }
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u"; "_s)));
 }
 
 QTEST_MAIN(tst_ScreenFocus)
