@@ -58,7 +58,8 @@ struct FrmOkulBilgileri::BoxRow
     ui::BoxMember<FrmOkulBilgileri> member;
 };
 
-// The boxes in the order Tab goes through them; the school's texts are cut to their fields.
+// The boxes of each place; Tab goes through a place by its rows. The school's texts are cut to
+// their fields.
 const QList<FrmOkulBilgileri::BoxRow> &FrmOkulBilgileri::boxTable()
 {
     using K = ui::BoxKind;
@@ -140,19 +141,20 @@ const QList<FrmOkulBilgileri::BoxRow> &FrmOkulBilgileri::boxTable()
 
 QList<std::pair<ui::Box, QWidget *>> FrmOkulBilgileri::makeBoxes(Place place, QWidget *parent)
 {
-    QList<std::pair<int, std::pair<ui::Box, QWidget *>>> made;
+    // Made in the order of their rows, so that Tab goes down the place as it is seen.
+    QList<const BoxRow *> rows;
     for (const BoxRow &r : boxTable()) {
         if (r.place == place) {
-            QWidget *box = ui::makeBox(r.box, parent);
-            ui::keepBox(*this, r.member, box);
-            made.append({r.row, {r.box, box}});
+            rows.append(&r);
         }
     }
-    std::stable_sort(made.begin(), made.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const BoxRow *a, const BoxRow *b) { return a->row < b->row; });
     QList<std::pair<ui::Box, QWidget *>> boxes;
-    for (const auto &[row, box] : made) {
-        boxes.append(box);
+    for (const BoxRow *r : rows) {
+        QWidget *box = ui::makeBox(r->box, parent);
+        ui::keepBox(*this, r->member, box);
+        boxes.append({r->box, box});
     }
     return boxes;
 }
@@ -253,8 +255,8 @@ FrmOkulBilgileri::FrmOkulBilgileri(store::Database &db, QWidget *parent)
     tabs->addTab(ofis, QStringLiteral("O&fis Ayarları"));
 
     // ---- commands
-    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *sil = ui::button(QStringLiteral("cmdSil"), QStringLiteral("&Sil"), this);
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(sil);

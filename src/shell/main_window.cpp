@@ -174,7 +174,15 @@ void MDIAidat::buildBands()
     // ---- menu band
     QMenuBar *bar = menuBar();
     bar->setObjectName(QStringLiteral("BndMenu"));
+    QHash<QMenu *, QMenu *> unplaced; // a menu inside another, not yet in its place there
     for (const users::AnaMenu &m : users::AnaMenuler()) {
+        if (!m.parent.isEmpty()) {
+            auto *menu = new QMenu(m.caption, m_menus.value(m.parent));
+            menu->setObjectName(m.tool);
+            m_menus.insert(m.tool, menu);
+            unplaced.insert(menu, m_menus.value(m.parent));
+            continue;
+        }
         const users::Komut *direct = users::KomutBul(m.tool);
         if (direct) {
             QAction *a = bar->addAction(m.caption);
@@ -193,7 +201,9 @@ void MDIAidat::buildBands()
         QMenu *menu = m_menus.value(k.menu);
         if (!menu)
             continue;
-        QAction *a = menu->addAction(k.caption);
+        if (QMenu *parent = unplaced.take(menu))
+            parent->addMenu(menu);
+        QAction *a = menu->addAction(k.menuCaption);
         a->setObjectName(k.tool);
         connect(a, &QAction::triggered, this, [this, tool = k.tool] { ActBar_Click(tool); });
         if (!m_actions.contains(k.tool))

@@ -74,6 +74,7 @@ Form_Sinif_Atlatma::Form_Sinif_Atlatma(store::Database &db, QWidget *parent)
     layout->addLayout(top);
     layout->addWidget(m_grid, 1);
     layout->addLayout(ticks);
+    ui::setTabOrder({m_siniflar, goster, m_siniflar2, m_grid, tumu, hicbiri, kaydet, cikis});
     resize(640, 520);
 
     connect(goster, &QPushButton::clicked, this, &Form_Sinif_Atlatma::OgrenciGoster);

@@ -80,8 +80,8 @@ FrmHizliOgrenciKayit::FrmHizliOgrenciKayit(store::Database &db, QWidget *parent)
     m_durum = new QLabel(this);
     m_durum->setObjectName(QStringLiteral("lblDurum"));
 
-    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *satirSil = ui::button(QStringLiteral("cmdSatirSil"), QStringLiteral("Satırı &Sil"), this);
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(satirSil);

@@ -327,6 +327,7 @@ QWidget *FrmOgrenci::makeSiblingsPage()
     auto *kardesKutu = new QVBoxLayout(kardes);
     kardesKutu->addLayout(kardesUst);
     kardesKutu->addWidget(m_kardesler);
+    ui::setTabOrder({m_kardesSayisi, ekle, sil, m_kardesler});
     return kardes;
 }
 
@@ -335,20 +336,20 @@ QHBoxLayout *FrmOgrenci::makeCommandRow()
     using F = FrmOgrenci;
     // clang-format off
     static const ui::Command<F> dugmeler[] = {
-        {u"cmdKaydet"_s, u"K&aydet"_s, [](F &f) { f.OgrenciKaydet(); }, {}, &F::m_cmdKaydet},
         {u"cmdSil"_s, u"&Sil"_s, [](F &f) { f.OgrenciSil(); }, {}, &F::m_cmdSil},
         {u"cmdDegistir"_s, u"Numara Ad Soyad Sınıf &Değiştirme"_s,
          [](F &f) { f.OgrenciBilgiDegistir(); }, {}, &F::m_cmdDegistir},
-        {u"cmdCariDurum"_s, u"&Cari Durum (F4)"_s, [](F &f) { f.cariDurum(); }, {},
-         &F::m_cmdCariDurum},
-        {u"cmdGecmisYil"_s, u"Öğrenci Geçmiş Yıl Aidatları (F2)"_s,
-         [](F &f) { f.gecmisYilAidatlari(); }},
         {u"cmdSinifListesi"_s, u"S&ınıf Listesi Göster"_s,
          [](F &f) { ui::notReady(u"Sınıf Listesi"_s, &f); }},
+        {u"cmdGecmisYil"_s, u"Öğrenci Geçmiş Yıl Aidatları (F2)"_s,
+         [](F &f) { f.gecmisYilAidatlari(); }},
+        {u"cmdCariDurum"_s, u"&Cari Durum (F4)"_s, [](F &f) { f.cariDurum(); }, {},
+         &F::m_cmdCariDurum},
+        {u"cmdKaydet"_s, u"K&aydet"_s, [](F &f) { f.OgrenciKaydet(); }, {}, &F::m_cmdKaydet},
         {u"cmdCikis"_s, u"Çı&kış"_s, [](F &f) { f.closeWindow(); }},
     };
     // clang-format on
-    const auto [kaydet, sil, degistir, cariDurum, gecmis, sinifListesi, cikis]
+    const auto [sil, degistir, sinifListesi, gecmis, cariDurum, kaydet, cikis]
         = ui::makeCommands(*this, dugmeler, this);
     auto *komutlar = new QHBoxLayout;
     komutlar->addWidget(sil);

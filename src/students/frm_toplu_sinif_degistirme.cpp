@@ -80,6 +80,7 @@ FrmTopluSinifDegistirme::FrmTopluSinifDegistirme(store::Database &db, QWidget *p
     layout->addLayout(top);
     layout->addWidget(m_grid, 1);
     layout->addLayout(bottom);
+    ui::setTabOrder({m_combo1, goster, m_combo2, tasi, m_grid, isaretli, isaretsiz, kayit, cikis});
     resize(660, 520);
 
     connect(goster, &QPushButton::clicked, this, &FrmTopluSinifDegistirme::OgrenciGetir);

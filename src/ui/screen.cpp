@@ -15,6 +15,7 @@
 #include <QLocale>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTextEdit>
 
@@ -87,6 +88,46 @@ QWidget *Screen::mnemonicTarget(const QString &letter, int *tab) const
     return nullptr;
 }
 
+bool Screen::turnPage(QWidget *from, QKeyEvent *event, bool turn)
+{
+    if (event->modifiers() != Qt::ControlModifier
+        || (event->key() != Qt::Key_PageDown && event->key() != Qt::Key_PageUp))
+        return false;
+    QTabWidget *tabs = nullptr;
+    for (QWidget *w = from; w && w != this && !tabs; w = w->parentWidget())
+        tabs = qobject_cast<QTabWidget *>(w);
+    if (!tabs) {
+        for (QTabWidget *t : findChildren<QTabWidget *>()) {
+            if (t->isVisible()) {
+                tabs = t;
+                break;
+            }
+        }
+    }
+    if (!tabs || tabs->count() < 2)
+        return false;
+    if (!turn)
+        return true;
+    const int step = event->key() == Qt::Key_PageDown ? 1 : tabs->count() - 1;
+    int page = tabs->currentIndex();
+    for (int tries = 0; tries < tabs->count(); ++tries) {
+        page = (page + step) % tabs->count();
+        if (tabs->isTabEnabled(page))
+            break;
+    }
+    tabs->setCurrentIndex(page);
+    QWidget *shown = tabs->currentWidget();
+    for (QWidget *w = nextInFocusChain(); w && w != this; w = w->nextInFocusChain()) {
+        if (shown->isAncestorOf(w) && w->isVisible() && w->isEnabled()
+            && (w->focusPolicy() & Qt::TabFocus) && !w->focusProxy()
+            && !qobject_cast<QTabBar *>(w)) {
+            w->setFocus(Qt::TabFocusReason);
+            break;
+        }
+    }
+    return true;
+}
+
 bool Screen::eventFilter(QObject *watched, QEvent *event)
 {
     // Asked first whether the key is a shortcut: when it is one of this screen's letters and
@@ -97,7 +138,14 @@ bool Screen::eventFilter(QObject *watched, QEvent *event)
         return QWidget::eventFilter(watched, event);
     auto *w = qobject_cast<QWidget *>(watched);
     auto *key = static_cast<QKeyEvent *>(event);
-    if (!w || !(w == this || isAncestorOf(w)) || !mnemonicTarget(key))
+    if (!w || !(w == this || isAncestorOf(w)))
+        return QWidget::eventFilter(watched, event);
+    // Ctrl+PgDn and Ctrl+PgUp turn the screen's pages wherever the focus is in it.
+    if (turnPage(w, key, type == QEvent::KeyPress)) {
+        event->accept();
+        return true;
+    }
+    if (!mnemonicTarget(key))
         return QWidget::eventFilter(watched, event);
     event->accept();
     if (type == QEvent::KeyPress)
@@ -193,6 +241,16 @@ void Screen::keyPressEvent(QKeyEvent *event)
         return;
     }
     QWidget::keyPressEvent(event);
+}
+
+void setTabOrder(std::initializer_list<QWidget *> order)
+{
+    QWidget *previous = nullptr;
+    for (QWidget *w : order) {
+        if (previous)
+            QWidget::setTabOrder(previous, w);
+        previous = w;
+    }
 }
 
 void focusFirstBox(QWidget *screen)

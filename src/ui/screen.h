@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <initializer_list>
+
 // A screen that lives as a child window of the main window. It keeps the form's name as its
 // object name, tracks unsaved changes, and asks about them before it closes.
 namespace ui {
@@ -44,11 +46,19 @@ private:
     // label, or a tab; nullptr when none does.
     QWidget *mnemonicTarget(QKeyEvent *event, int *tab = nullptr) const;
     QWidget *mnemonicTarget(const QString &letter, int *tab) const;
+    // Ctrl+PgDn and Ctrl+PgUp from `from`: the next or the previous page of the tabs around it
+    // (or of the screen's tabs) comes up, with the focus in its first box. False when the key
+    // is not one of these or the screen has no tabs.
+    bool turnPage(QWidget *from, QKeyEvent *event, bool turn);
 
     bool m_dirty = false;
     QString m_questionTitle = QStringLiteral("UYARI");
     QString m_questionText = QStringLiteral("Değişen Bilgileri Kaydetmek İstiyor Musunuz?");
 };
+
+// Tab goes through the controls in the order given, as the eye reads the screen; the controls
+// not named keep their places after the last one.
+void setTabOrder(std::initializer_list<QWidget *> order);
 
 // Puts the focus in the first control of a screen, in tab order, unless one of its controls
 // has it already: an operator starts typing as soon as the screen is there.

@@ -16,14 +16,16 @@ struct Komut
     bool okulTesti = false;
     QString menu; // the menu it stands under ("" when it is on the tool band only)
     bool toolBand = false;
+    QString menuCaption = {}; // the caption in its menu, its Alt letter marked by '&'
 };
 
-// A menu of the menu band; the entries whose tool is listed in MenuDurumAyarla are enabled only
-// with an open working year.
+// A menu of the menu band, or one inside another menu; the entries whose tool is listed in
+// MenuDurumAyarla are enabled only with an open working year.
 struct AnaMenu
 {
     QString tool;
     QString caption;
+    QString parent = {}; // the menu it stands in, where its first entry would; "" on the band
 };
 
 const QList<Komut> &KomutTablosu();

@@ -93,12 +93,12 @@ Kullanici_Sifre::Kullanici_Sifre(store::Database &db, QWidget *parent)
     right->addWidget(m_vaSpread2, 1);
     right->addLayout(toggles);
 
-    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *kilit = ui::button(QStringLiteral("cmdKilitKaldir"),
                              QStringLiteral("Öğrenci Ki&litlerini Kaldır"), this);
     kilit->setToolTip(
         QStringLiteral("Kapanmadan kalmış bir programın öğrenciler üzerinde bıraktığı "
                        "işlem işaretlerini kaldırır."));
+    auto *kaydet = ui::button(QStringLiteral("cmdKaydet"), QStringLiteral("K&aydet"), this);
     auto *cikis = ui::button(QStringLiteral("cmdCikis"), QStringLiteral("Çı&kış"), this);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(kilit);

@@ -14,8 +14,11 @@
 #include <QLocale>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -99,6 +102,67 @@ QWidget *pageOf(QWidget *root, QWidget *w)
     return nullptr;
 }
 
+// Where a control stands, in the screen's own coordinates.
+QRect placeIn(QWidget *root, QWidget *w)
+{
+    return QRect(w->mapTo(root, QPoint(0, 0)), w->size());
+}
+
+// The controls Tab goes through, from the first one of the screen until it comes round again
+// or leaves the screen. A grid is one stop however many cells Tab walks in it.
+QList<QWidget *> tabWalk(QWidget *root)
+{
+    QWidget *first = nullptr;
+    for (QWidget *w = root->nextInFocusChain(); w != root; w = w->nextInFocusChain()) {
+        if (w->isVisible() && w->isEnabled() && (w->focusPolicy() & Qt::TabFocus)
+            && !w->focusProxy()) {
+            first = w;
+            break;
+        }
+    }
+    QList<QWidget *> walk;
+    if (!first)
+        return walk;
+    first->setFocus(Qt::TabFocusReason);
+    for (int keys = 0; keys < 500; ++keys) {
+        QWidget *w = QApplication::focusWidget();
+        if (!w || !root->isAncestorOf(w))
+            break;
+        if (walk.isEmpty() || walk.last() != w) {
+            if (walk.contains(w))
+                break;
+            walk.append(w);
+        }
+        QTest::keyClick(w, Qt::Key_Tab);
+    }
+    return walk;
+}
+
+// Two controls out of the order the eye reads them in: the later one stands above the earlier
+// in the same column, or left of it in the same row. A second column may start at the top
+// again once the first is done, and a column may be a group of boxes of its own.
+QString outOfOrder(QWidget *root, const QList<QWidget *> &walk)
+{
+    const auto name = [](QWidget *w) {
+        return w->objectName().isEmpty() ? QString::fromLatin1(w->metaObject()->className())
+                                         : w->objectName();
+    };
+    for (qsizetype i = 0; i < walk.size(); ++i) {
+        const QRect a = placeIn(root, walk[i]);
+        for (qsizetype j = i + 1; j < walk.size(); ++j) {
+            const QRect b = placeIn(root, walk[j]);
+            const bool sameRow = (b.center().y() >= a.top() && b.center().y() <= a.bottom())
+                                 || (a.center().y() >= b.top() && a.center().y() <= b.bottom());
+            const bool sameColumn = (b.center().x() >= a.left() && b.center().x() <= a.right())
+                                    || (a.center().x() >= b.left() && a.center().x() <= b.right());
+            if ((sameRow && b.center().x() < a.center().x())
+                || (sameColumn && !sameRow && b.center().y() < a.center().y()))
+                return name(walk[i]) + u" → "_s + name(walk[j]);
+        }
+    }
+    return QString();
+}
+
 } // namespace
 
 // Every screen opened from the command table takes the keyboard at once, closes whole, and
@@ -117,12 +181,19 @@ private slots:
     void everyWayOfClosingTakesTheFrame();
     void mnemonicsAreUnique_data() { addScreenRows(); }
     void mnemonicsAreUnique();
+    void tabFollowsTheScreensLayout_data() { addScreenRows(); }
+    void tabFollowsTheScreensLayout();
+    void ctrlTabGoesRoundTheOpenScreens_data();
+    void ctrlTabGoesRoundTheOpenScreens();
+    void ctrlPageTurnsTheTabs_data();
+    void ctrlPageTurnsTheTabs();
     void everyTextBoxHasItsLimit_data() { addScreenRows(); }
     void everyTextBoxHasItsLimit();
     void everyScreenFitsAnOfficeDisplay_data() { addScreenRows(); }
     void everyScreenFitsAnOfficeDisplay();
     void aTooLongAddressIsRefusedNotCut();
     void theScreensLetterWinsOverTheMenus();
+    void everyMenuEntryHasItsOwnLetter();
     void aSavedScreenClosesWithoutAsking();
     void turkishLettersReachTheirButtons_data();
     void turkishLettersReachTheirButtons();
@@ -254,6 +325,124 @@ void tst_ScreenFocus::everyScreenFitsAnOfficeDisplay()
     QVERIFY(root->height() >= root->minimumSizeHint().height());
 }
 
+void tst_ScreenFocus::tabFollowsTheScreensLayout()
+{
+    // On the screen and on each page of its tabs, Tab reads as the eye does.
+    QFETCH(QString, tool);
+    QFETCH(QString, screen);
+    OpenOffice office;
+    QVERIFY(office.start());
+    QWidget *root = office.open(tool, screen);
+    QVERIFY(root);
+    QList<QTabWidget *> tabs = root->findChildren<QTabWidget *>();
+    if (tabs.isEmpty())
+        tabs.append(nullptr); // the screen as it is
+    for (QTabWidget *tab : tabs) {
+        for (int page = 0; page < (tab ? tab->count() : 1); ++page) {
+            if (tab) {
+                if (!tab->isVisible() || !tab->isTabEnabled(page))
+                    continue;
+                tab->setCurrentIndex(page);
+            }
+            QList<QWidget *> walk = tabWalk(root);
+            walk.removeIf([](QWidget *w) { return qobject_cast<QTabBar *>(w) != nullptr; });
+            QVERIFY2(walk.size() > 1, qPrintable(screen));
+            const QString where = tab ? tab->tabText(page) : screen;
+            QVERIFY2(outOfOrder(root, walk).isEmpty(),
+                     qPrintable(where + u": "_s + outOfOrder(root, walk)));
+        }
+    }
+}
+
+void tst_ScreenFocus::ctrlTabGoesRoundTheOpenScreens_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control"); // "": the screen's tab bar
+    QTest::addRow("okul-adres-kutusu") << u"FrmOkulBilgileri"_s << u"txtAdres"_s;
+    QTest::addRow("okul-sekmeleri") << u"FrmOkulBilgileri"_s << QString();
+    QTest::addRow("kullanici-tablosu") << u"Kullanici_Sifre"_s << u"vaSpread1"_s;
+    QTest::addRow("ogrenci-kutusu") << u"FrmOgrenci"_s << u"Ogr_Numarasi"_s;
+}
+
+void tst_ScreenFocus::ctrlTabGoesRoundTheOpenScreens()
+{
+    // Ctrl+Tab brings another open screen forward and Ctrl+Shift+Tab the one left, the focus
+    // in each, whatever control had the key.
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    OpenOffice office;
+    QVERIFY(office.start());
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(office.open(QString::fromLatin1(s_screens[i].first),
+                            QString::fromLatin1(s_screens[i].second)));
+    QMdiArea *area = office.window->mdiArea();
+    QMdiSubWindow *start = office.window->screenWindow(screen);
+    area->setActiveSubWindow(start);
+    QWidget *w = control.isEmpty() ? start->widget()->findChild<QTabBar *>()
+                                   : start->widget()->findChild<QWidget *>(control);
+    QVERIFY(w);
+    w->setFocus();
+    QCOMPARE(QApplication::focusWidget(), w);
+    const auto focusIn = [](QMdiSubWindow *sub) {
+        return sub && sub->widget()->isAncestorOf(QApplication::focusWidget());
+    };
+    // The key moves between the screens only: no page of the screen's tabs turns with it.
+    auto *tabs = start->widget()->findChild<QTabWidget *>();
+    const int page = tabs ? tabs->currentIndex() : -1;
+    QTest::keyClick(w, Qt::Key_Tab, Qt::ControlModifier);
+    QMdiSubWindow *next = area->activeSubWindow();
+    QVERIFY(next && next != start);
+    QVERIFY(focusIn(next));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab,
+                    Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(area->activeSubWindow(), start);
+    QVERIFY(focusIn(start));
+    QCOMPARE(tabs ? tabs->currentIndex() : -1, page);
+}
+
+void tst_ScreenFocus::ctrlPageTurnsTheTabs_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("first");
+    const int down = Qt::Key_PageDown;
+    const int up = Qt::Key_PageUp;
+    const QString okul = u"FrmOkulBilgileri"_s;
+    QTest::addRow("okul-kutudan") << okul << u"txtOkulAdi"_s << down << 1 << u"CmbOgretimYili"_s;
+    QTest::addRow("okul-dugmeden") << okul << u"cmdKaydet"_s << down << 1 << u"CmbOgretimYili"_s;
+    QTest::addRow("okul-ilkten-sona") << okul << u"txtTelefon"_s << up << 3 << u"chkOkKilit"_s;
+    QTest::addRow("ogrenci-ust-kutudan")
+        << u"FrmOgrenci"_s << u"Ogr_Numarasi"_s << down << 1 << u"Ogr_Veli_Adi"_s;
+    QTest::addRow("ogrenci-tablodan")
+        << u"FrmOgrenci"_s << u"grdBuAy"_s << down << 1 << u"Ogr_Veli_Adi"_s;
+}
+
+void tst_ScreenFocus::ctrlPageTurnsTheTabs()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    QFETCH(int, key);
+    QFETCH(int, page);
+    QFETCH(QString, first);
+    OpenOffice office;
+    QVERIFY(office.start());
+    const auto at = std::find_if(s_screens.begin(), s_screens.end(),
+                                 [&](const auto &s) { return screen == QLatin1String(s.second); });
+    QWidget *root = office.open(QString::fromLatin1(at->first), screen);
+    QVERIFY(root);
+    auto *tabs = root->findChild<QTabWidget *>();
+    QVERIFY(tabs && tabs->currentIndex() == 0);
+    auto *w = root->findChild<QWidget *>(control);
+    QVERIFY(w);
+    w->setFocus();
+    QTest::keyClick(w, Qt::Key(key), Qt::ControlModifier);
+    QCOMPARE(tabs->currentIndex(), page);
+    QVERIFY(QApplication::focusWidget());
+    QCOMPARE(QApplication::focusWidget()->objectName(), first);
+}
+
 void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
 {
     OpenOffice office;
@@ -272,8 +461,8 @@ void tst_ScreenFocus::aTooLongAddressIsRefusedNotCut()
 
 void tst_ScreenFocus::theScreensLetterWinsOverTheMenus()
 {
-    // Alt+D is the screen's "&Dönem ve Seçenekler" tab; Alt+K its "Çı&kış", not the "&Kasa"
-    // menu of the main window.
+    // Alt+D is the screen's "&Dönem ve Seçenekler" tab; Alt+K its "Çı&kış", not the "Çı&kış"
+    // of the main window's menu band, which would end the program.
     OpenOffice office;
     QVERIFY(office.start());
     QWidget *root = office.open(u"popOkulBilgileri"_s, u"FrmOkulBilgileri"_s);
@@ -330,6 +519,32 @@ void tst_ScreenFocus::turkishLettersReachTheirButtons()
                         Qt::AltModifier);
     QTest::qWait(300); // a button pressed by its letter shows itself down for a moment
     QCOMPARE(pressed.keys(), button.isEmpty() ? QStringList() : QStringList{button});
+}
+
+void tst_ScreenFocus::everyMenuEntryHasItsOwnLetter()
+{
+    // On the menu band and in each menu under it, every entry answers to a letter of its own.
+    OpenOffice office;
+    QVERIFY(office.start());
+    QList<QWidget *> menus{office.window->menuBar()};
+    for (QMenu *m : office.window->menuBar()->findChildren<QMenu *>())
+        menus.append(m);
+    QVERIFY(menus.size() > 10);
+    QStringList faults;
+    for (QWidget *menu : menus) {
+        QHash<QString, QString> seen;
+        for (QAction *a : menu->actions()) {
+            if (a->isSeparator())
+                continue;
+            const QString m = mnemonic(a->text());
+            if (m.isEmpty() || m == u"İ"_s || m == u"I"_s) // Qt takes i and ı for one letter
+                faults << a->text();
+            else if (seen.contains(m))
+                faults << seen.value(m) + u" / "_s + a->text();
+            seen.insert(m, a->text());
+        }
+    }
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u"; "_s)));
 }
 
 QTEST_MAIN(tst_ScreenFocus)
