@@ -73,40 +73,32 @@ void tst_ChangeCheck::decides_data()
         const char *en = testing::engineName(e);
         const int g = int(e);
         const qint64 o = 5;
+        // clang-format off
         QTest::addRow("%s-okul-yok", en)
-            << g << "" << o << qint64(3) << H{} << false << "Okul kaydı bulunamadı."
-            << "";
-        QTest::addRow("%s-ogrenci-secilmemis", en)
-            << g << "1" << qint64(0) << qint64(3) << H{} << false << "Lütfen öğrenci seçiniz."
-            << "";
-        QTest::addRow("%s-bu-aidatta-hesap-yok", en)
-            << g << "0" << o << qint64(3) << H{{8, "Öğrenim", "1000", "400"}} << true << ""
-            << "1000";
-        QTest::addRow("%s-odeme-var-secenek-acik", en)
-            << g << "1" << o << qint64(3) << H{{3, "Öğrenim", "1000", "999.99"}} << false
-            << odemeVar << "1000";
-        QTest::addRow("%s-fazla-odeme", en)
-            << g << "1" << o << qint64(3) << H{{3, "Öğrenim", "1000", "-50"}} << false << odemeVar
-            << "1000";
-        QTest::addRow("%s-dokunulmamis-secenek-acik", en)
-            << g << "1" << o << qint64(3) << H{{3, "Öğrenim", "1000", "1000"}} << true << ""
-            << "1000";
-        QTest::addRow("%s-dokunulmamis-secenek-kapali", en)
-            << g << "0" << o << qint64(3) << H{{3, "Öğrenim", "1000", "1000"}} << false << secenek
-            << "1000";
+            << g << "" << o << qint64(3) << H{} << false << "Okul kaydı bulunamadı." << "";
+        QTest::addRow("%s-ogrenci-secilmemis", en) << g << "1" << qint64(0) << qint64(3) << H{}
+            << false << "Lütfen öğrenci seçiniz." << "";
+        QTest::addRow("%s-bu-aidatta-hesap-yok", en) << g << "0" << o << qint64(3)
+            << H{{8, "Öğrenim", "1000", "400"}} << true << "" << "1000";
+        QTest::addRow("%s-odeme-var-secenek-acik", en) << g << "1" << o << qint64(3)
+            << H{{3, "Öğrenim", "1000", "999.99"}} << false << odemeVar << "1000";
+        QTest::addRow("%s-fazla-odeme", en) << g << "1" << o << qint64(3)
+            << H{{3, "Öğrenim", "1000", "-50"}} << false << odemeVar << "1000";
+        QTest::addRow("%s-dokunulmamis-secenek-acik", en) << g << "1" << o << qint64(3)
+            << H{{3, "Öğrenim", "1000", "1000"}} << true << "" << "1000";
+        QTest::addRow("%s-dokunulmamis-secenek-kapali", en) << g << "0" << o << qint64(3)
+            << H{{3, "Öğrenim", "1000", "1000"}} << false << secenek << "1000";
         // Spent placeholders go to zero (the one still owing stays), then the school decides.
-        QTest::addRow("%s-harcanmis-yer-tutucu-onarilir", en)
-            << g << "1" << o << qint64(0)
+        QTest::addRow("%s-harcanmis-yer-tutucu-onarilir", en) << g << "1" << o << qint64(0)
             << H{{0, yer, "750", "0"}, {0, yer, "300", "-20"}, {0, yer, "200", "50"}} << true << ""
             << "0 0 200";
         QTest::addRow("%s-harcanmis-yer-tutucu-secenek-kapali", en)
             << g << "0" << o << qint64(0) << H{{0, yer, "750", "-5"}} << false << secenek << "0";
-        QTest::addRow("%s-yer-tutucu-borclu", en)
-            << g << "1" << o << qint64(0) << H{{0, yer, "750", "250"}} << false << odemeVar
-            << "750";
-        QTest::addRow("%s-baska-adli-sifir-aidat", en)
-            << g << "1" << o << qint64(0) << H{{0, "Eski Aidat", "750", "0"}} << false << odemeVar
-            << "750";
+        QTest::addRow("%s-yer-tutucu-borclu", en) << g << "1" << o << qint64(0)
+            << H{{0, yer, "750", "250"}} << false << odemeVar << "750";
+        QTest::addRow("%s-baska-adli-sifir-aidat", en) << g << "1" << o << qint64(0)
+            << H{{0, "Eski Aidat", "750", "0"}} << false << odemeVar << "750";
+        // clang-format on
     }
 }
 

@@ -1,18 +1,11 @@
-#include "fees_support.h"
-#include "gui_support.h"
-#include "office.h"
+#include "office_window.h"
 
 #include "fees/definitions.h"
 #include "fees/frm_aidat_list.h"
-#include "maintenance/school.h"
-#include "maintenance/working_years.h"
-#include "shell/main_window.h"
 #include "store/error_log.h"
 #include "ui/grid.h"
 #include "ui/message.h"
 #include "ui/notifications.h"
-#include "users/login.h"
-#include "users/session.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -35,13 +28,6 @@ namespace {
 Para para(const char *c)
 {
     return Para::fromDecimalString(QString::fromLatin1(c)).value();
-}
-
-// A store with one user, one year and the school's row, opened as the program would.
-void prepareOffice(store::Database &db)
-{
-    store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db, u"muhasebe"_s));
 }
 
 void clickRow(ui::Grid *g, int row)
@@ -80,15 +66,11 @@ qint64 saveDefinition(store::Database &db, const QString &name, const char *tota
     return r.ok() ? r->kayitId : 0;
 }
 
-// The main window of a prepared office with the definitions screen opened from its command.
-QWidget *openScreen(shell::MDIAidat &w)
+// The definitions screen opened from its command in a started office.
+QWidget *openScreen(testing::OfficeWindow &o)
 {
-    w.MenuDurumAyarla(true);
-    w.show();
-    QApplication::setActiveWindow(&w);
-    w.ActBar_Click(u"popAidatTanimlama"_s);
-    QMdiSubWindow *sub = w.screenWindow(u"FrmAidatTanimlama"_s);
-    return sub ? sub->widget() : nullptr;
+    o.start();
+    return o.open(u"popAidatTanimlama"_s, u"FrmAidatTanimlama"_s);
 }
 
 void addAccount(store::Database &db, qint64 aidatId)
@@ -106,8 +88,6 @@ class tst_FrmAidatTanimlama : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { users::durum() = users::CalismaDurumu(); }
-    void cleanup() { store::setDefaultDatabase(nullptr); }
     void aTuitionFeeIsPlannedSavedAndReopened();
     void aFeeThatAStudentHoldsIsNotDeleted();
     void theUnitPriceMakesTheTotal();
@@ -118,16 +98,14 @@ private slots:
 
 void tst_FrmAidatTanimlama::aTuitionFeeIsPlannedSavedAndReopened()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    prepareOffice(db);
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"muhasebe"_s));
     QCOMPARE(users::durum().TaksitYuvarlama, Para::fromUnits(1));
-    shell::MDIAidat w(db);
-    testing::MessageRecorder messages;
-    QWidget *f = openScreen(w);
+    testing::MessageRecorder &messages = o.messages;
+    QWidget *f = openScreen(o);
     QVERIFY(f);
+    shell::MDIAidat &w = o.w();
     QMdiSubWindow *sub = w.screenWindow(u"FrmAidatTanimlama"_s);
-    QCOMPARE(sub->windowTitle(), u"Aidat/Taksit Tanımlama"_s);
     auto *kaydet = f->findChild<QPushButton *>(u"cmdKaydet"_s);
     auto *plan = f->findChild<ui::Grid *>(u"vaSpread2"_s);
     auto *liste = f->findChild<ui::Grid *>(u"vaSpread1"_s);
@@ -219,22 +197,19 @@ void tst_FrmAidatTanimlama::aTuitionFeeIsPlannedSavedAndReopened()
     QCOMPARE(boxText(f, u"txtKalan"_s), u"999,00"_s);
     testing::screenshot(f, u"aidat-tanimlama-yeniden-acildi"_s);
     QVERIFY(messages.texts().isEmpty());
-    sub->close();
-    w.close();
 }
 
 void tst_FrmAidatTanimlama::aFeeThatAStudentHoldsIsNotDeleted()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    prepareOffice(db);
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"muhasebe"_s));
+    store::Database &db = o.db();
     const qint64 held = saveDefinition(db, u"Öğrenim Ücreti"_s, "90000");
     QVERIFY(held > 0);
     QVERIFY(saveDefinition(db, u"Servis"_s, "12000") > 0);
     addAccount(db, held);
-    shell::MDIAidat w(db);
-    testing::MessageRecorder messages;
-    QWidget *f = openScreen(w);
+    testing::MessageRecorder &messages = o.messages;
+    QWidget *f = openScreen(o);
     QVERIFY(f);
     auto *liste = f->findChild<ui::Grid *>(u"vaSpread1"_s);
     QCOMPARE(liste->rowCount(), 2);
@@ -260,18 +235,14 @@ void tst_FrmAidatTanimlama::aFeeThatAStudentHoldsIsNotDeleted()
     QCOMPARE(messages.texts().size(), 2);
     QCOMPARE(column(liste, 0), QStringList{u"Öğrenim Ücreti"_s});
     QCOMPARE(boxText(f, u"txtAidatTanim"_s), QString());
-    w.mdiArea()->closeAllSubWindows();
-    w.close();
 }
 
 void tst_FrmAidatTanimlama::theUnitPriceMakesTheTotal()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    prepareOffice(db);
-    shell::MDIAidat w(db);
-    testing::MessageRecorder messages;
-    QWidget *f = openScreen(w);
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"muhasebe"_s));
+    testing::MessageRecorder &messages = o.messages;
+    QWidget *f = openScreen(o);
     QVERIFY(f);
     auto *fiyat = f->findChild<QLineEdit *>(u"CInputBoxX"_s);
     auto *miktar = f->findChild<QLineEdit *>(u"Spmiktar"_s);
@@ -300,20 +271,16 @@ void tst_FrmAidatTanimlama::theUnitPriceMakesTheTotal()
     QCOMPARE(messages.texts(),
              QStringList{u"Adet tam sayı olmalıdır. Lütfen küsuratsız bir sayı giriniz."_s});
     QCOMPARE(boxText(f, u"txtAidatToplam"_s), u"13,00"_s);
-    w.mdiArea()->closeAllSubWindows();
-    w.close();
 }
 
 // A total past what money can hold reaches the operator as the failure of the plan: the
 // reporter's overflow message and a row in the error table, no installments.
 void tst_FrmAidatTanimlama::aTotalBeyondTheRangeIsAFailureNotAPlan()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    prepareOffice(db);
-    shell::MDIAidat w(db);
-    testing::MessageRecorder messages;
-    QWidget *f = openScreen(w);
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"muhasebe"_s));
+    testing::MessageRecorder &messages = o.messages;
+    QWidget *f = openScreen(o);
     QVERIFY(f);
     auto *plan = f->findChild<ui::Grid *>(u"vaSpread2"_s);
     QVERIFY(plan);
@@ -331,22 +298,18 @@ void tst_FrmAidatTanimlama::aTotalBeyondTheRangeIsAFailureNotAPlan()
                                             "Lütfen Veri Girişlerinizi Kontrol Ediniz."_s}));
     QCOMPARE(plan->rowCount(), 0);
 
-    const base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(db.settings());
+    const base::Result<QList<store::ErrorRow>> rows = store::readErrorRows(o.db().settings());
     QVERIFY(rows.ok() && !rows->isEmpty());
     QCOMPARE(rows->last().text, u"Tutar çok büyük: hesap sınırı aşıldı."_s);
     QCOMPARE(rows->last().object, u"TaksitPlanla"_s);
-    w.mdiArea()->closeAllSubWindows();
-    w.close();
 }
 
 void tst_FrmAidatTanimlama::theStandardDiscountsAreKeptInListOrder()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    prepareOffice(db);
-    shell::MDIAidat w(db);
-    testing::MessageRecorder messages;
-    QWidget *f = openScreen(w);
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"muhasebe"_s));
+    testing::MessageRecorder &messages = o.messages;
+    QWidget *f = openScreen(o);
     QVERIFY(f);
     auto *cerceve = f->findChild<QGroupBox *>(u"fraIskonto"_s);
     auto *indirim = f->findChild<ui::Grid *>(u"Spr_Indirim"_s);
@@ -379,18 +342,16 @@ void tst_FrmAidatTanimlama::theStandardDiscountsAreKeptInListOrder()
     QCOMPARE(messages.texts(),
              QStringList{u"Serbest İndirim indirimini silmek istediğinizden emin misiniz?"_s});
     QCOMPARE(column(indirim, 0), QStringList{u"Kardeş İndirimi"_s});
-    w.mdiArea()->closeAllSubWindows();
-    w.close();
 }
 
 void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    prepareOffice(db);
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"muhasebe"_s));
+    store::Database &db = o.db();
     const qint64 ogrenim = saveDefinition(db, u"Öğrenim Ücreti"_s, "90000");
     const qint64 yemek = saveDefinition(db, u"Yemek"_s, "27.35");
-    testing::MessageRecorder messages;
+    testing::MessageRecorder &messages = o.messages;
 
     fees::AidatSecimBaglami baglam;
     baglam.ogrenciAidatIdleri = {ogrenim};
@@ -404,7 +365,6 @@ void tst_FrmAidatTanimlama::theFeeChoiceHandsOverCountAndPrice()
     QApplication::setActiveWindow(&dlg);
     auto *liste = dlg.findChild<ui::Grid *>(u"vaSpread1"_s);
     auto *tamam = dlg.findChild<QPushButton *>(u"cmdTamam"_s);
-    QCOMPARE(dlg.windowTitle(), u"Aidat Seçimi"_s);
     QCOMPARE(column(liste, 0), (QStringList{u"Öğrenim Ücreti"_s, u"Yemek"_s}));
 
     // A fee the student holds already is refused and the list stays.

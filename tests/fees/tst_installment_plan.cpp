@@ -86,61 +86,41 @@ void tst_InstallmentPlan::amounts_data()
     QTest::addColumn<QString>("bicim");
     QTest::addColumn<QStringList>("beklenen");
     const QString kurus = u"#,##0.00"_s;
+    using L = QStringList;
+    // clang-format off
     QTest::addRow("ornek-1000-100-4-yuvarlama-10")
-        << "1000"
-        << "100" << 4 << "0"
-        << "10" << kurus << QStringList{"240", "220", "220", "220"};
+        << "1000" << "100" << 4 << "0" << "10" << kurus << L{"240", "220", "220", "220"};
     // The default step of a school that never set one: everything on the first installment.
     QTest::addRow("yuvarlama-taksitten-buyuk")
-        << "1000"
-        << "100" << 4 << "0"
-        << "1000000" << kurus << QStringList{"900", "0", "0", "0"};
+        << "1000" << "100" << 4 << "0" << "1000000" << kurus << L{"900", "0", "0", "0"};
     QTest::addRow("yuvarlamasiz-kurus-ilk-taksite")
-        << "1000"
-        << "0" << 3 << "0"
-        << "0" << kurus << QStringList{"333.34", "333.33", "333.33"};
+        << "1000" << "0" << 3 << "0" << "0" << kurus << L{"333.34", "333.33", "333.33"};
     QTest::addRow("eksi-yuvarlama-yuvarlamasiz-sayilir")
-        << "1000"
-        << "0" << 3 << "0"
-        << "-5" << kurus << QStringList{"333.34", "333.33", "333.33"};
+        << "1000" << "0" << 3 << "0" << "-5" << kurus << L{"333.34", "333.33", "333.33"};
     // Without rounding the general rate comes back onto the first installment.
     QTest::addRow("iskonto-yuvarlamasiz-ilk-taksite-doner")
-        << "1000"
-        << "100" << 4 << "10"
-        << "0" << kurus << QStringList{"300", "200", "200", "200"};
+        << "1000" << "100" << 4 << "10" << "0" << kurus << L{"300", "200", "200", "200"};
     QTest::addRow("iskonto-yuvarlamali")
-        << "1000"
-        << "100" << 4 << "10"
-        << "10" << kurus << QStringList{"200", "200", "200", "200"};
-    QTest::addRow("kesirli-yuvarlama-0,5") << "1000"
-                                           << "0" << 3 << "0"
-                                           << "0.5" << kurus << QStringList{"334", "333", "333"};
+        << "1000" << "100" << 4 << "10" << "10" << kurus << L{"200", "200", "200", "200"};
+    QTest::addRow("kesirli-yuvarlama-0,5")
+        << "1000" << "0" << 3 << "0" << "0.5" << kurus << L{"334", "333", "333"};
     // 0,30 / 0,1 is exactly 3 steps, not 2,999...: nothing moves to the first installment.
     QTest::addRow("kesirli-yuvarlama-tam-kat")
-        << "0.9"
-        << "0" << 3 << "0"
-        << "0.1" << kurus << QStringList{"0.3", "0.3", "0.3"};
+        << "0.9" << "0" << 3 << "0" << "0.1" << kurus << L{"0.3", "0.3", "0.3"};
     // Pesinat above Toplam: negative installments, cut downwards to the step.
-    QTest::addRow("eksi-taksit-asagi-kesilir") << "100"
-                                               << "200" << 3 << "0"
-                                               << "10" << kurus << QStringList{"-20", "-40", "-40"};
+    QTest::addRow("eksi-taksit-asagi-kesilir")
+        << "100" << "200" << 3 << "0" << "10" << kurus << L{"-20", "-40", "-40"};
     // Kalan 1979,2099 / 2 = 989,60495: rounded once it is 989,60, never 989,61 by way of
     // 989,6050; the cent that is left over goes first.
     QTest::addRow("kalan-bolu-n-bir-kez-yuvarlanir")
-        << "1999"
-        << "0" << 2 << "0.99"
-        << "0.01" << kurus << QStringList{"989.61", "989.6"};
+        << "1999" << "0" << 2 << "0.99" << "0.01" << kurus << L{"989.61", "989.6"};
     // Kalan keeps all six places of Toplam x rate / 100: 925,00925 is 925,01 in the first row.
-    QTest::addRow("kalan-yuvarlanmaz") << "1000.01"
-                                       << "0" << 2 << "7.5"
-                                       << "0.01" << kurus << QStringList{"462.51", "462.5"};
+    QTest::addRow("kalan-yuvarlanmaz")
+        << "1000.01" << "0" << 2 << "7.5" << "0.01" << kurus << L{"462.51", "462.5"};
     QTest::addRow("eski-lira-tam-sayi")
-        << "1000000"
-        << "0" << 3 << "0"
-        << "0" << u"#,###"_s << QStringList{"333334", "333333", "333333"};
-    QTest::addRow("tek-taksit") << "1250.5"
-                                << "250.5" << 1 << "0"
-                                << "10" << kurus << QStringList{"1000"};
+        << "1000000" << "0" << 3 << "0" << "0" << u"#,###"_s << L{"333334", "333333", "333333"};
+    QTest::addRow("tek-taksit") << "1250.5" << "250.5" << 1 << "0" << "10" << kurus << L{"1000"};
+    // clang-format on
 }
 
 void tst_InstallmentPlan::amounts()
@@ -239,24 +219,19 @@ void tst_InstallmentPlan::totalsUnderThePlan_data()
     QTest::addColumn<QString>("kalan");
     QTest::addColumn<QString>("ikinci");
     // Toplam 1000, Pesinat 100 in every row.
-    QTest::addRow("oransiz-dengeli") << "0" << QStringList{"240", "220", "220", "220"} << "Kalan"
-                                     << "0"
-                                     << "1000";
+    using L = QStringList;
+    // clang-format off
+    QTest::addRow("oransiz-dengeli")
+        << "0" << L{"240", "220", "220", "220"} << "Kalan" << "0" << "1000";
     QTest::addRow("oransiz-taksit-degisti")
-        << "0" << QStringList{"250", "220", "220", "220"} << "Kalan"
-        << "-10"
-        << "1000";
+        << "0" << L{"250", "220", "220", "220"} << "Kalan" << "-10" << "1000";
     QTest::addRow("oranli-iskonto-gorunur")
-        << "10" << QStringList{"200", "200", "200", "200"} << "İskonto"
-        << "100"
-        << "900";
+        << "10" << L{"200", "200", "200", "200"} << "İskonto" << "100" << "900";
     QTest::addRow("oranli-yuvarlamasiz-plan")
-        << "10" << QStringList{"300", "200", "200", "200"} << "İskonto"
-        << "0"
-        << "900";
-    QTest::addRow("oran-kurusa-yuvarlanir") << "12.3456" << QStringList{"700"} << "İskonto"
-                                            << "200"
-                                            << "876.54";
+        << "10" << L{"300", "200", "200", "200"} << "İskonto" << "0" << "900";
+    QTest::addRow("oran-kurusa-yuvarlanir")
+        << "12.3456" << L{"700"} << "İskonto" << "200" << "876.54";
+    // clang-format on
 }
 
 void tst_InstallmentPlan::totalsUnderThePlan()

@@ -1,21 +1,14 @@
-#include "gui_support.h"
-#include "office.h"
-#include "test_support.h"
+#include "office_window.h"
 
-#include "shell/main_window.h"
-#include "store/database.h"
 #include "store/settings.h"
 #include "students/frm_ogrenci.h"
 #include "students/student_record.h"
 #include "users/passwords.h"
 #include "users/secrets.h"
-#include "users/session.h"
 
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -27,15 +20,29 @@ namespace {
 
 const QString s_card = u"4543 1234 5678 9012"_s;
 
-qint64 saveStudent(store::Database &db)
+OgrenciKaydi withCard(qint64 no, const QString &ad, const QString &soyad)
 {
     OgrenciKaydi k;
-    k.ogrenci.insert(u"Ogr_Numarasi"_s, qint64(5));
-    k.ogrenci.insert(u"Ogr_Adi"_s, u"Ege"_s);
-    k.ogrenci.insert(u"Ogr_Soyadi"_s, u"Şahin"_s);
+    k.ogrenci.insert(u"Ogr_Numarasi"_s, no);
+    k.ogrenci.insert(u"Ogr_Adi"_s, ad);
+    k.ogrenci.insert(u"Ogr_Soyadi"_s, soyad);
     k.ogrenci.insert(KartNoAlani, s_card);
-    const base::Result<KaydetSonucu> r = OgrenciKaydet(db, k, false);
+    return k;
+}
+
+qint64 saveStudent(store::Database &db)
+{
+    const base::Result<KaydetSonucu> r
+        = OgrenciKaydet(db, withCard(5, u"Ege"_s, u"Şahin"_s), false);
     return r ? r->kayitId : 0;
+}
+
+// The student screen of a started office, showing the student.
+FrmOgrenci *showStudent(testing::OfficeWindow &o, qint64 id)
+{
+    o.start();
+    auto *screen = o.open<FrmOgrenci>(u"popOgrenciBilgileri"_s, u"FrmOgrenci"_s);
+    return screen && screen->OgrenciGoster(id, true) ? screen : nullptr;
 }
 
 QString stored(store::Database &db, qint64 id)
@@ -78,11 +85,7 @@ void tst_CardNumbers::keptEncryptedReadInClear()
     // with it in this session would be lost at the next start.
     const QString siblings = db.table(store::Store::Year, u"OgrenciKardesler"_s);
     QVERIFY(db.exec(u"ALTER TABLE %1 RENAME TO OgrenciKardeslerYok"_s.arg(siblings)).ok());
-    OgrenciKaydi failing;
-    failing.ogrenci.insert(u"Ogr_Numarasi"_s, qint64(4));
-    failing.ogrenci.insert(u"Ogr_Adi"_s, u"Eda"_s);
-    failing.ogrenci.insert(u"Ogr_Soyadi"_s, u"Er"_s);
-    failing.ogrenci.insert(KartNoAlani, s_card);
+    OgrenciKaydi failing = withCard(4, u"Eda"_s, u"Er"_s);
     failing.kardesler.append(Kardes{u"Ali"_s, u"Er"_s, QString(), QString()});
     QVERIFY(!OgrenciKaydet(db, failing, false));
     QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM Ogrenci"_s).toInt(), 0);
@@ -110,35 +113,25 @@ void tst_CardNumbers::keptEncryptedReadInClear()
 
 void tst_CardNumbers::maskedForThoseWithoutTheRight()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db));
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare());
+    store::Database &db = o.db();
     const qint64 id = saveStudent(db);
     // Rights exist: the secretary may use the student screen, but not see card numbers.
-    for (const char *tool : {"popOgrenciBilgileri"}) {
-        store::Query q(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                           "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"_s);
-        q.bind(*users::Sifrele(u"sekreter"_s)).bind(QString::fromLatin1(tool));
-        QVERIFY(q.exec());
-    }
+    QVERIFY(testing::run(db,
+                         u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                         "Haklar_Program_Adi, Kullanici_Program) VALUES (?, 1, 1, 'x', ?)"_s,
+                         {*users::Sifrele(u"sekreter"_s), u"popOgrenciBilgileri"_s}));
     users::durum().AktifKullanici = u"sekreter"_s;
     QVERIFY(!users::KartNoGorebilir(db));
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.ActBar_Click(u"popOgrenciBilgileri"_s);
-    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(u"FrmOgrenci"_s)->widget());
+    FrmOgrenci *screen = showStudent(o, id);
     QVERIFY(screen);
-    QVERIFY(screen->OgrenciGoster(id, true));
     auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
-    QVERIFY(box);
     QCOMPARE(box->text(), u"•••• •••• •••• 9012"_s);
     QVERIFY(box->isReadOnly());
     // Saving the record keeps the number, not the mask.
     QVERIFY(screen->OgrenciKaydet());
     QCOMPARE((*OgrenciOku(db, id))->metin(KartNoAlani), s_card);
-    w.mdiArea()->closeAllSubWindows();
-    store::setDefaultDatabase(nullptr);
 }
 
 void tst_CardNumbers::theKeyLivesApartFromTheData()
@@ -179,10 +172,9 @@ void tst_CardNumbers::theKeyLivesApartFromTheData()
 void tst_CardNumbers::withoutTheKeyNumbersStayMaskedAndKept()
 {
     // A second workstation whose key file was never copied over.
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db));
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare());
+    store::Database &db = o.db();
     const qint64 id = saveStudent(db);
     const QString sealed = stored(db, id);
     qputenv("VORTEL_KART_ANAHTARI", m_keys->filePath(u"yok.key"_s).toLocal8Bit());
@@ -191,21 +183,15 @@ void tst_CardNumbers::withoutTheKeyNumbersStayMaskedAndKept()
     QVERIFY(!users::GizliYaz(db, u"1111 2222"_s).ok());
     QVERIFY(!QFile::exists(users::KartAnahtariDosyasi()));
 
-    testing::MessageRecorder messages;
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.ActBar_Click(u"popOgrenciBilgileri"_s);
-    auto *screen = qobject_cast<FrmOgrenci *>(w.screenWindow(u"FrmOgrenci"_s)->widget());
-    QVERIFY(screen && screen->OgrenciGoster(id, true));
+    FrmOgrenci *screen = showStudent(o, id);
+    QVERIFY(screen);
     auto *box = screen->findChild<QLineEdit *>(KartNoAlani);
     QCOMPARE(box->text(), u"•••• •••• •••• ••••"_s);
     QVERIFY(box->isReadOnly());
-    QVERIFY(messages.texts().join(u' ').contains(u"anahtar bu bilgisayarda yok"_s));
+    QVERIFY(o.messages.texts().join(u' ').contains(u"anahtar bu bilgisayarda yok"_s));
     // The record saved here keeps the number exactly as it was sealed.
     QVERIFY(screen->OgrenciKaydet());
     QCOMPARE(stored(db, id), sealed);
-    w.mdiArea()->closeAllSubWindows();
-    store::setDefaultDatabase(nullptr);
 }
 
 QTEST_MAIN(tst_CardNumbers)

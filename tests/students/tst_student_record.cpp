@@ -16,20 +16,11 @@ using namespace Qt::StringLiterals;
 using namespace students;
 using base::Para;
 
-using testing::run;
+using testing::count;
+using testing::field;
 using testing::scalar;
 
 namespace {
-
-int count(store::Database &db, const QString &table, const QString &where = QString(),
-          const QVariantList &values = {})
-{
-    return scalar(db,
-                  u"SELECT COUNT(*) FROM "_s + table
-                      + (where.isEmpty() ? QString() : u" WHERE "_s + where),
-                  values)
-        .toInt();
-}
 
 bool openOffice(testing::TestStore &s)
 {
@@ -154,30 +145,20 @@ void tst_StudentRecord::aRecordIsSavedWholeAndReadBack()
 
     const qint64 key = save(db, k);
     QVERIFY(key > 0);
+    auto ogrenci = [&](const char *column) {
+        return field(db, u"Ogrenci"_s, QString::fromLatin1(column), key).toString();
+    };
     // Stored trimmed and cut to the field; the apostrophe is kept.
-    QCOMPARE(scalar(db, u"SELECT Ogr_Adi FROM Ogrenci WHERE KayitID = ?"_s, {key}).toString(),
-             u"Ayşe"_s);
-    QCOMPARE(scalar(db, u"SELECT Ogr_Soyadi FROM Ogrenci WHERE KayitID = ?"_s, {key}).toString(),
-             u"O'Connor"_s);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Adres FROM Ogrenci WHERE KayitID = ?"_s, {key}).toString().size(),
-        150);
-    QCOMPARE(scalar(db, u"SELECT Donem FROM Ogrenci WHERE KayitID = ?"_s, {key}).toString(),
-             u"2025-2026"_s);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Islem_Yapan_Kullanici_Ilk FROM Ogrenci WHERE KayitID = ?"_s, {key})
-            .toString(),
-        u"muhasebe"_s);
+    QCOMPARE(ogrenci("Ogr_Adi"), u"Ayşe"_s);
+    QCOMPARE(ogrenci("Ogr_Soyadi"), u"O'Connor"_s);
+    QCOMPARE(ogrenci("Ogr_Adres").size(), 150);
+    QCOMPARE(ogrenci("Donem"), u"2025-2026"_s);
+    QCOMPARE(ogrenci("Ogr_Islem_Yapan_Kullanici_Ilk"), u"muhasebe"_s);
     // An empty registration date is Null; an empty registry date is the zero date.
-    QVERIFY(scalar(db, u"SELECT Ogr_Kayit_Silme_Tarihi FROM Ogrenci WHERE KayitID = ?"_s, {key})
-                .isNull());
-    QCOMPARE(store::fromStoredDate(scalar(db,
-                                          u"SELECT Ogr_Nufus_Veris_Tarihi FROM "
-                                          "OgrenciNufus WHERE KayitID = ?"_s,
-                                          {key})),
+    QVERIFY(field(db, u"Ogrenci"_s, u"Ogr_Kayit_Silme_Tarihi"_s, key).isNull());
+    QCOMPARE(store::fromStoredDate(field(db, u"OgrenciNufus"_s, u"Ogr_Nufus_Veris_Tarihi"_s, key)),
              base::SifirTarih);
-    QCOMPARE(scalar(db, u"SELECT Donem FROM OgrenciNufus WHERE KayitID = ?"_s, {key}).toString(),
-             u"2025-2026"_s);
+    QCOMPARE(field(db, u"OgrenciNufus"_s, u"Donem"_s, key).toString(), u"2025-2026"_s);
     // Siblings: a row without a first name is not stored; an empty school or class is "-".
     QCOMPARE(count(db, u"OgrenciKardesler"_s, u"OgrAnaNo = ?"_s, {key}), 2);
     QCOMPARE(scalar(db, u"SELECT OgrKardesOkul FROM OgrenciKardesler WHERE OgrKardesAd = 'Ali'"_s)
@@ -451,9 +432,8 @@ void tst_StudentRecord::theNameChangeTouchesTheShownStudentOnly()
     const Kimlik old{40, u"Leyla"_s, u"Şahin"_s, u"11-C"_s};
     const Kimlik neu{41, u"Leyla"_s, u"Şahin-Kaya"_s, u"12-C"_s};
     QCOMPARE(*OgrenciBilgiDegistir(db, b, old, neu), 1);
-    QCOMPARE(scalar(db, u"SELECT Ogr_Numarasi FROM Ogrenci WHERE KayitID = ?"_s, {a}).toInt(), 40);
-    QCOMPARE(scalar(db, u"SELECT Ogr_Soyadi FROM Ogrenci WHERE KayitID = ?"_s, {b}).toString(),
-             u"Şahin-Kaya"_s);
+    QCOMPARE(field(db, u"Ogrenci"_s, u"Ogr_Numarasi"_s, a).toInt(), 40);
+    QCOMPARE(field(db, u"Ogrenci"_s, u"Ogr_Soyadi"_s, b).toString(), u"Şahin-Kaya"_s);
     // Values that changed meanwhile elsewhere are not overwritten.
     QCOMPARE(*OgrenciBilgiDegistir(db, b, old, neu), 0);
 }
@@ -527,13 +507,10 @@ void tst_StudentRecord::quickEntryAndClassMoves()
 
     // Sınıf Atlatma by class and number: the first 102 of 9-A moves, then the second.
     QCOMPARE(SinifOgrencileri(db, u"9-A"_s, QString())->size(), 3);
+    auto sinif = [&](int i) { return field(db, u"Ogrenci"_s, u"Ogr_Sinif"_s, keys->at(i)); };
     QCOMPARE(SinifAtlat(db, u"9-A"_s, u"10-A"_s, {102})->size(), 1);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {keys->at(1)}).toString(),
-        u"10-A"_s);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {keys->at(2)}).toString(),
-        u"9-A"_s);
+    QCOMPARE(sinif(1).toString(), u"10-A"_s);
+    QCOMPARE(sinif(2).toString(), u"9-A"_s);
     QCOMPARE(*SinifAtlat(db, u"9-A"_s, u"10-A"_s, {101, 102, 999}),
              (QList<qint64>{keys->at(0), keys->at(2)}));
     // The class of those without one, and the move to the empty class.
@@ -545,9 +522,7 @@ void tst_StudentRecord::quickEntryAndClassMoves()
 
     // Toplu Sınıf Değiştirme by key; a class is cut to its field.
     QCOMPARE(*TopluSinifDegistir(db, {{keys->at(3), u"11-FEN-X"_s}, {keys->at(1), u"11-B"_s}}), 2);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {keys->at(3)}).toString(),
-        u"11-FEN"_s);
+    QCOMPARE(sinif(3).toString(), u"11-FEN"_s);
 }
 
 void tst_StudentRecord::codesBecomeWords_data()

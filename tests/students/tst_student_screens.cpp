@@ -1,12 +1,5 @@
-#include "gui_support.h"
-#include "office.h"
-#include "test_support.h"
+#include "office_window.h"
 
-#include "maintenance/school.h"
-#include "maintenance/working_years.h"
-#include "shell/main_window.h"
-#include "store/database.h"
-#include "store/migration.h"
 #include "students/form_sinif_atlatma.h"
 #include "students/frm_hizli_ogrenci_kayit.h"
 #include "students/frm_ogrenci.h"
@@ -14,9 +7,7 @@
 #include "students/frm_toplu_sinif_degistirme.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
-#include "users/login.h"
 #include "users/passwords.h"
-#include "users/session.h"
 
 #include <QAction>
 #include <QApplication>
@@ -39,18 +30,17 @@ using namespace Qt::StringLiterals;
 
 using namespace students;
 using testing::click;
-using testing::typeInto;
-
-using testing::run;
+using testing::count;
+using testing::field;
 using testing::scalar;
+using testing::typeInto;
 
 namespace {
 
 // One user, one working year, the school's row, the working month November 2025.
-void prepareOffice(store::Database &db)
+bool prepareOffice(testing::OfficeWindow &o)
 {
-    users::durum() = users::CalismaDurumu();
-    QVERIFY(testing::openOffice(db, u"muhasebe"_s, u"1"_s, u"202511"_s));
+    return o.prepare(u"muhasebe"_s, u"202511"_s);
 }
 
 qint64 addStudent(store::Database &db, qint64 no, const QString &ad, const QString &soyad,
@@ -65,17 +55,16 @@ qint64 addStudent(store::Database &db, qint64 no, const QString &ad, const QStri
     return r ? r->kayitId : 0;
 }
 
+// The screen as large as it asks, so that the pictures taken of it show it whole.
 template<typename T>
-T *openScreen(shell::MDIAidat &w, const QString &tool, const QString &form)
+T *openScreen(testing::OfficeWindow &o, const QString &tool, const QString &form)
 {
-    w.ActBar_Click(tool);
-    QMdiSubWindow *sub = w.screenWindow(form);
-    if (!sub) {
-        return nullptr;
+    T *screen = o.open<T>(tool, form);
+    if (screen) {
+        QMdiSubWindow *sub = o.w().screenWindow(form);
+        sub->resize(screen->sizeHint().expandedTo(screen->size()) + QSize(16, 40));
     }
-    sub->resize(sub->widget()->sizeHint().expandedTo(sub->widget()->size()) + QSize(16, 40));
-    QApplication::setActiveWindow(&w);
-    return qobject_cast<T *>(sub->widget());
+    return screen;
 }
 
 void typeRow(ui::Grid *grid, int row, const QStringList &cells)
@@ -125,18 +114,16 @@ private slots:
 
 void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    testing::OfficeWindow o;
+    QVERIFY(prepareOffice(o));
+    store::Database &db = o.db();
     QVERIFY(addStudent(db, 100, u"Eski"_s, u"Öğrenci"_s, u"10-A"_s));
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.show();
-    testing::MessageRecorder messages;
+    o.start();
+    shell::MDIAidat &w = o.w();
+    testing::MessageRecorder &messages = o.messages;
 
     // ---- quick entry of 9-A
-    auto *quick = openScreen<FrmHizliOgrenciKayit>(w, u"popHizliOgrenciGirisi"_s,
+    auto *quick = openScreen<FrmHizliOgrenciKayit>(o, u"popHizliOgrenciGirisi"_s,
                                                    u"FrmHizliOgrenciKayit"_s);
     QVERIFY(quick);
     ui::Grid *grid = quick->grid();
@@ -165,7 +152,7 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     messages.clear();
     click(quick, u"cmdKaydet"_s);
     QCOMPARE(messages.texts(), QStringList());
-    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE Ogr_Sinif = '9-A'"_s).toInt(), 3);
+    QCOMPARE(count(db, u"Ogrenci"_s, u"Ogr_Sinif = '9-A'"_s), 3);
     QCOMPARE(scalar(db, u"SELECT Ogr_Soyadi FROM Ogrenci WHERE Ogr_Numarasi = 203"_s).toString(),
              u"D'Souza"_s);
     QCOMPARE(scalar(db, u"SELECT N.Ogr_Nufus_Cinsiyet FROM OgrenciNufus N JOIN Ogrenci O "
@@ -199,7 +186,7 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     p.bind(account).bind(QDate(2025, 9, 5)).bind(base::Para::fromRaw(125005000));
     QVERIFY(p.exec());
 
-    auto *screen = openScreen<FrmOgrenci>(w, u"btnOgrenciBilgileri"_s, u"FrmOgrenci"_s);
+    auto *screen = openScreen<FrmOgrenci>(o, u"btnOgrenciBilgileri"_s, u"FrmOgrenci"_s);
     QVERIFY(screen);
     QVERIFY(!screen->findChild<QPushButton *>(u"cmdKaydet"_s)->isEnabled());
     typeInto(screen, u"Ogr_Numarasi"_s, u"202"_s);
@@ -208,10 +195,8 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     QCOMPARE(text(screen, u"Ogr_Adi"_s), u"Burcu"_s);
     QCOMPARE(text(screen, u"Ogr_Sinif"_s), u"9-A"_s);
     QCOMPARE(text(screen, u"Ogr_Nufus_Cinsiyet"_s), u"KIZ"_s);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
-            .toString(),
-        u"muhasebe"_s);
+    QCOMPARE(field(db, u"Ogrenci"_s, u"Ogr_Islem_Yapan_Kullanici"_s, burcu).toString(),
+             u"muhasebe"_s);
     // The totals: 4 x 12.500,00 owed, 12.500,50 paid; due by the end of November: 3 x 12.500,00.
     QCOMPARE(text(screen, u"lblToplamBorc"_s), u"50.000,00"_s);
     QCOMPARE(text(screen, u"lblToplamOdenen"_s), u"12.500,50"_s);
@@ -245,7 +230,7 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     click(screen, u"cmdKaydet"_s);
     QVERIFY(messages.texts().value(0).startsWith(
         u"Kayıt Tarihi alanına yazılan \"31.02.2025\" geçerli bir tarih değil."_s));
-    QVERIFY(scalar(db, u"SELECT Ogr_Veli_Adi FROM Ogrenci WHERE KayitID = ?"_s, {burcu}).isNull());
+    QVERIFY(field(db, u"Ogrenci"_s, u"Ogr_Veli_Adi"_s, burcu).isNull());
     typeInto(screen, u"Ogr_Kayit_Tarihi"_s, u"08092025"_s);
 
     // Siblings: the count follows the rows.
@@ -282,7 +267,7 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     QTRY_COMPARE(driver.remaining(), 0);
     QTRY_VERIFY(!screen->resim().isEmpty());
     // Not in the store before the save.
-    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM OgrenciFotograf"_s).toInt(), 0);
+    QCOMPARE(count(db, u"OgrenciFotograf"_s), 0);
     tab(screen, u"Aylık B&orç"_s);
     testing::screenshot(screen, u"ogrenci-ana"_s);
 
@@ -290,80 +275,55 @@ void tst_StudentScreens::septemberAClassIsEnteredAndARecordCompleted()
     click(screen, u"cmdKaydet"_s);
     QCOMPARE(messages.texts(), QStringList());
     QVERIFY(!screen->isDirty());
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Veli_Adi FROM Ogrenci WHERE KayitID = ?"_s, {burcu}).toString(),
-        u"Hülya"_s);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Veli_Maas FROM Ogrenci WHERE KayitID = ?"_s, {burcu}).toLongLong(),
-        427502500);
-    QCOMPARE(scalar(db, u"SELECT Ogr_Veli_Ev_Adresi FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
-                 .toString()
-                 .size(),
-             150);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Okulda_Okuyan_Kardes_Say FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
-            .toInt(),
-        2);
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Nufus_Kan_grubu FROM OgrenciNufus WHERE KayitID = ?"_s, {burcu})
-            .toString(),
-        u"0 (RH-)"_s);
-    QCOMPARE(store::fromStoredDate(scalar(db,
-                                          u"SELECT Ogr_Nufus_Dogum_Tarih FROM OgrenciNufus "
-                                          "WHERE KayitID = ?"_s,
-                                          {burcu}))
-                 .date(),
-             QDate(2010, 2, 1));
+    auto ogrenci = [&](const char *column) {
+        return field(db, u"Ogrenci"_s, QString::fromLatin1(column), burcu);
+    };
+    auto nufus = [&](const char *column) {
+        return field(db, u"OgrenciNufus"_s, QString::fromLatin1(column), burcu);
+    };
+    QCOMPARE(ogrenci("Ogr_Veli_Adi").toString(), u"Hülya"_s);
+    QCOMPARE(ogrenci("Ogr_Veli_Maas").toLongLong(), 427502500);
+    QCOMPARE(ogrenci("Ogr_Veli_Ev_Adresi").toString().size(), 150);
+    QCOMPARE(ogrenci("Ogr_Okulda_Okuyan_Kardes_Say").toInt(), 2);
+    QCOMPARE(nufus("Ogr_Nufus_Kan_grubu").toString(), u"0 (RH-)"_s);
+    QCOMPARE(store::fromStoredDate(nufus("Ogr_Nufus_Dogum_Tarih")).date(), QDate(2010, 2, 1));
     QCOMPARE(scalar(db, u"SELECT OgrKardesOkul FROM OgrenciKardesler WHERE OgrKardesAd = 'Bora'"_s)
                  .toString(),
              u"-"_s);
-    QCOMPARE(
-        scalar(db, u"SELECT OzelBilgi FROM OgrenciOzel WHERE KayitID = ?"_s, {burcu}).toString(),
-        u"Astım; spor dersinde dikkat."_s);
-    const QByteArray stored
-        = scalar(db, u"SELECT Resim FROM OgrenciFotograf WHERE KayitID = ?"_s, {burcu})
-              .toByteArray();
+    QCOMPARE(field(db, u"OgrenciOzel"_s, u"OzelBilgi"_s, burcu).toString(),
+             u"Astım; spor dersinde dikkat."_s);
+    const QByteArray stored = field(db, u"OgrenciFotograf"_s, u"Resim"_s, burcu).toByteArray();
     QVERIFY(stored.startsWith("\xff\xd8"));
     QImage kept;
     QVERIFY(kept.loadFromData(stored));
     QCOMPARE(kept.size(), QSize(600, 800));
 
     // The right-click entry only empties the frame; leaving without saving keeps the picture.
-    auto *remove = screen->findChild<QAction *>(u"mnuResimSil"_s);
-    QCOMPARE(remove->text(), u"Resim Sil (Öğrenci Fotoğrafını Siler.)"_s);
-    remove->trigger();
+    screen->findChild<QAction *>(u"mnuResimSil"_s)->trigger();
     QVERIFY(screen->resim().isEmpty());
     messages.clear();
     messages.answer(ui::Answer::No);
     click(screen, u"cmdCikis"_s);
     QCOMPARE(messages.texts(), QStringList{u"Değişen Bilgileri Kaydetmek İstiyor Musunuz?"_s});
     QTRY_VERIFY(!w.screenWindow(u"FrmOgrenci"_s));
-    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM OgrenciFotograf"_s).toInt(), 1);
+    QCOMPARE(count(db, u"OgrenciFotograf"_s), 1);
     // Closing let the mark go.
-    QCOMPARE(
-        scalar(db, u"SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"_s, {burcu})
-            .toString(),
-        QString());
-    w.close();
-    store::setDefaultDatabase(nullptr);
+    QCOMPARE(ogrenci("Ogr_Islem_Yapan_Kullanici").toString(), QString());
 }
 
 void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    testing::OfficeWindow o;
+    QVERIFY(prepareOffice(o));
+    store::Database &db = o.db();
     const qint64 mehmet = addStudent(db, 15, u"Mehmet"_s, u"Yılmaz"_s, u"9-B"_s);
     addStudent(db, 11, u"Ahmet"_s, u"Demir"_s, u"9-A"_s);
     const qint64 ipek = addStudent(db, 12, u"İpek"_s, u"Doğan"_s, u"9-A"_s);
     addStudent(db, 14, u"Mehtap"_s, u"Akın"_s, u"9-B"_s);
     addStudent(db, 30, u"Zeynep"_s, u"Ünal"_s, u"10-A"_s);
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.show();
-    testing::MessageRecorder messages;
-    auto *screen = openScreen<FrmOgrenci>(w, u"popOgrenciBilgileri"_s, u"FrmOgrenci"_s);
+    o.start();
+    testing::MessageRecorder &messages = o.messages;
+    auto *screen = openScreen<FrmOgrenci>(o, u"popOgrenciBilgileri"_s, u"FrmOgrenci"_s);
     QVERIFY(screen);
     auto *number = screen->findChild<QLineEdit *>(u"Ogr_Numarasi"_s);
 
@@ -453,7 +413,7 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
     click(screen, u"cmdKaydet"_s);
     const qint64 twin = screen->kayitId();
     QVERIFY(twin > ipek);
-    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE Ogr_Numarasi = 12"_s).toInt(), 2);
+    QCOMPARE(count(db, u"Ogrenci"_s, u"Ogr_Numarasi = 12"_s), 2);
 
     // A number that is not one is refused before anything is written.
     typeInto(screen, u"Ogr_Numarasi"_s, u"12a"_s);
@@ -484,8 +444,7 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
     QCOMPARE(messages.titles(), QStringList{u"Dikkat"_s});
     QCOMPARE(text(screen, u"Ogr_Adi"_s), u"İpek Su"_s);
     QCOMPARE(text(screen, u"Ogr_Numarasi"_s), u"13"_s);
-    QCOMPARE(scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {ipek}).toString(),
-             u"9-A"_s);
+    QCOMPARE(field(db, u"Ogrenci"_s, u"Ogr_Sinif"_s, ipek).toString(), u"9-A"_s);
 
     // Deleting the shown student, after the question with the genitive suffix.
     QVERIFY(screen->OgrenciGoster(ipek, true));
@@ -498,7 +457,7 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
     QCOMPARE(screen->kayitId(), 0);
     QCOMPARE(text(screen, u"Ogr_Adi"_s), QString());
     QVERIFY(!screen->findChild<QPushButton *>(u"cmdSil"_s)->isEnabled());
-    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE KayitID = ?"_s, {ipek}).toInt(), 0);
+    QCOMPARE(count(db, u"Ogrenci"_s, u"KayitID = ?"_s, {ipek}), 0);
 
     // A student another user is working on is not shown.
     QVERIFY(db.exec(u"UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = 'sekreter' WHERE "
@@ -509,31 +468,25 @@ void tst_StudentScreens::studentsAreFoundMovedThroughAndDeleted()
     QCOMPARE(messages.texts(),
              QStringList{u"sekreter İSİMLİ KULLANICI\n\nBU ÖĞRENCİDE İŞLEM YAPMAKTADIR."_s});
     QCOMPARE(screen->kayitId(), 0);
-    w.mdiArea()->closeAllSubWindows();
-    w.close();
-    store::setDefaultDatabase(nullptr);
 }
 
 void tst_StudentScreens::aClassMovesOn()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    prepareOffice(db);
+    testing::OfficeWindow o;
+    QVERIFY(prepareOffice(o));
+    store::Database &db = o.db();
     const qint64 a = addStudent(db, 1, u"Ali"_s, u"Kaya"_s, u"9-A"_s);
     const qint64 b = addStudent(db, 2, u"Berk"_s, u"Koç"_s, u"9-A"_s);
     const qint64 c = addStudent(db, 3, u"Cem"_s, u"Tekin"_s, u"9-A"_s);
     addStudent(db, 4, u"Defne"_s, u"Polat"_s, u"9-B"_s);
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.show();
-    testing::MessageRecorder messages;
-    auto sinif = [&db](qint64 key) {
-        return scalar(db, u"SELECT Ogr_Sinif FROM Ogrenci WHERE KayitID = ?"_s, {key}).toString();
-    };
+    o.start();
+    shell::MDIAidat &w = o.w();
+    testing::MessageRecorder &messages = o.messages;
+    auto sinif
+        = [&db](qint64 key) { return field(db, u"Ogrenci"_s, u"Ogr_Sinif"_s, key).toString(); };
 
     // Sınıf Atlatma: Berk stays back, the others go to 10-A.
-    auto *move = openScreen<Form_Sinif_Atlatma>(w, u"popSinifAtlatma"_s, u"Form_Sinif_Atlatma"_s);
+    auto *move = openScreen<Form_Sinif_Atlatma>(o, u"popSinifAtlatma"_s, u"Form_Sinif_Atlatma"_s);
     QVERIFY(move);
     auto *siniflar = move->findChild<QComboBox *>(u"siniflar"_s);
     QCOMPARE(siniflar->count(), 2);
@@ -555,11 +508,11 @@ void tst_StudentScreens::aClassMovesOn()
     QCOMPARE(sinif(c), u"10-A"_s);
     QCOMPARE(move->grid()->rowCount(), 1);
     QCOMPARE(siniflar->count(), 3);
-    QCOMPARE(scalar(db, u"SELECT COUNT(*) FROM Ogrenci WHERE Donem = '2025-2026'"_s).toInt(), 4);
+    QCOMPARE(count(db, u"Ogrenci"_s, u"Donem = '2025-2026'"_s), 4);
     w.mdiArea()->closeAllSubWindows();
 
     // Toplu Sınıf Değiştirme: the new class is put beside the ticked ones, then written.
-    auto *bulk = openScreen<FrmTopluSinifDegistirme>(w, u"popTopluBorcSinifDegistirme"_s,
+    auto *bulk = openScreen<FrmTopluSinifDegistirme>(o, u"popTopluBorcSinifDegistirme"_s,
                                                      u"FrmTopluSinifDegistirme"_s);
     QVERIFY(bulk);
     auto *combo1 = bulk->findChild<QComboBox *>(u"Combo1"_s);
@@ -594,8 +547,6 @@ void tst_StudentScreens::aClassMovesOn()
     QCOMPARE(messages.titles(), QStringList{u"UYARI"_s});
     QTRY_VERIFY(!w.screenWindow(u"FrmTopluSinifDegistirme"_s));
     QCOMPARE(sinif(c), u"10-A"_s);
-    w.close();
-    store::setDefaultDatabase(nullptr);
 }
 
 QTEST_MAIN(tst_StudentScreens)

@@ -146,6 +146,20 @@ bool run(store::Database &db, const QString &sqlText, const QVariantList &values
     return true;
 }
 
+int count(store::Database &db, const QString &table, const QString &where,
+          const QVariantList &values)
+{
+    const QString sqlText
+        = u"SELECT COUNT(*) FROM "_s + table + (where.isEmpty() ? QString() : u" WHERE "_s + where);
+    const QVariant n = scalar(db, sqlText, values);
+    return n.isValid() ? n.toInt() : -1;
+}
+
+QVariant field(store::Database &db, const QString &table, const QString &column, qint64 kayitId)
+{
+    return scalar(db, u"SELECT %1 FROM %2 WHERE KayitID = ?"_s.arg(column, table), {kayitId});
+}
+
 QList<store::Engine> engines()
 {
     // CTest runs a store test once per engine; run by hand, it takes both.

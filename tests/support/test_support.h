@@ -51,6 +51,11 @@ private:
 QVariant scalar(store::Database &db, const QString &sqlText, const QVariantList &values = {});
 // Runs a statement with its values; false, with the engine's words in the log, when it failed.
 bool run(store::Database &db, const QString &sqlText, const QVariantList &values = {});
+// The rows of a table, all or those the condition keeps; -1 when the count failed.
+int count(store::Database &db, const QString &table, const QString &where = QString(),
+          const QVariantList &values = {});
+// One field of the row with that KayitID.
+QVariant field(store::Database &db, const QString &table, const QString &column, qint64 kayitId);
 
 // The engines a store test runs on: SQLite always, PostgreSQL when a server is at hand.
 QList<store::Engine> engines();

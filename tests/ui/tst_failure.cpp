@@ -33,28 +33,22 @@ void tst_Failure::friendlyTexts_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("expected");
-    QTest::addRow("3260-kullaniciyi-adlandirir")
-        << 3260 << "Couldn't update; currently locked by user 'ayse' on machine 'MUHASEBE2'."
-        << "Zerna"
-        << "Şu Anda Bu Kaydı  ayse   isimli Kullanıcı Kullanıyor";
-    QTest::addRow("3260-kimse-adlandirilmaz")
-        << 3260 << "Kayıt başka bir iş istasyonunda kullanılıyor (database is locked)"
-        << "Zerna"
-        << "Şu Anda Bu Kayıt Başka Bir İş İstasyonunda Kullanılıyor";
     // clang-format off
+    QTest::addRow("3260-kullaniciyi-adlandirir") << 3260
+        << "Couldn't update; currently locked by user 'ayse' on machine 'MUHASEBE2'."
+        << "Zerna" << "Şu Anda Bu Kaydı  ayse   isimli Kullanıcı Kullanıyor";
+    QTest::addRow("3260-kimse-adlandirilmaz") << 3260
+        << "Kayıt başka bir iş istasyonunda kullanılıyor (database is locked)"
+        << "Zerna" << "Şu Anda Bu Kayıt Başka Bir İş İstasyonunda Kullanılıyor";
     QTest::addRow("52-dizin") << 52 << "" << "Zerna" << "Dataların Yükleneceği Dizin Bulunamadı";
-    // clang-format on
-    QTest::addRow("61-disk") << 61 << ""
-                             << "Zerna"
-                             << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
-    // clang-format off
+    QTest::addRow("61-disk") << 61 << "" << "Zerna"
+        << "Lütfen Dataların Saklandığı Diski Boşaltınız.";
     QTest::addRow("76-data-yolu") << 76 << "" << "Zerna" << "Tanımlanmış Bulunan Data Yolu Hatalı";
     QTest::addRow("340-baslik") << 340 << "" << "Zerna Ostel" << "Programda İçsel Bir Hata Oluştu";
     QTest::addRow("3044-dizin") << 3044 << "izin yok" << "Zerna" << "Hata Açıklaması: izin yok";
+    QTest::addRow("bilinmeyen") << 9999 << "ne oldu" << "Zerna"
+        << "Hata Kodu: 9999\nHata Satırı 12\nHata Açıklaması: ne oldu";
     // clang-format on
-    QTest::addRow("bilinmeyen") << 9999 << "ne oldu"
-                                << "Zerna"
-                                << "Hata Kodu: 9999\nHata Satırı 12\nHata Açıklaması: ne oldu";
 }
 
 void tst_Failure::friendlyTexts()

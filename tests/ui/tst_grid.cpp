@@ -24,6 +24,20 @@ QList<GridColumn> columns()
             GridColumn{u"Seç"_s, ColumnKind::Check, 40}};
 }
 
+// The grid shown and active, with one row: 7,00 as the amount, 01.01.2025 as the date, "eski"
+// as the note.
+int showWithARow(Grid &g, const QList<GridColumn> &cols = columns())
+{
+    g.setColumns(cols);
+    g.show();
+    QApplication::setActiveWindow(&g);
+    const int row = g.appendRow();
+    g.setValue(row, 1, QVariant::fromValue(base::Para::fromUnits(7)));
+    g.setValue(row, 2, QDate(2025, 1, 1));
+    g.setValue(row, 3, u"eski"_s);
+    return row;
+}
+
 } // namespace
 
 class tst_Grid : public QObject
@@ -61,12 +75,7 @@ void tst_Grid::cellsTakeOnlyWhatTheyMean()
     QFETCH(bool, refused);
     testing::MessageRecorder messages;
     Grid g;
-    g.setColumns(columns());
-    g.show();
-    const int row = g.appendRow();
-    g.setValue(row, 1, QVariant::fromValue(base::Para::fromUnits(7)));
-    g.setValue(row, 2, QDate(2025, 1, 1));
-    QApplication::setActiveWindow(&g);
+    const int row = showWithARow(g);
     testing::typeCell(&g, row, column, typed);
     QCOMPARE(g.text(row, column), shown);
     QCOMPARE(messages.texts().size(), refused ? 1 : 0);
@@ -116,12 +125,7 @@ void tst_Grid::everyKeyTypedIsKept()
     Grid g;
     QList<GridColumn> cols = columns();
     cols[3].editable = true;
-    g.setColumns(cols);
-    g.show();
-    QApplication::setActiveWindow(&g);
-    const int row = g.appendRow();
-    g.setValue(row, 1, QVariant::fromValue(base::Para::fromUnits(7)));
-    g.setValue(row, 3, u"eski"_s);
+    const int row = showWithARow(g, cols);
     g.setFocus();
     g.setCurrentCell(row, column);
     testing::typeText(&g, typed.left(1));

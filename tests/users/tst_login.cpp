@@ -26,24 +26,23 @@ namespace {
 
 bool putUser(store::Database &db, const QString &username, const QString &password)
 {
-    store::Query q(db, u"INSERT INTO Sifre (Username, Password) VALUES (?, ?)"_s);
-    q.bind(username).bind(password);
-    return q.exec();
+    return testing::run(db, u"INSERT INTO Sifre (Username, Password) VALUES (?, ?)"_s,
+                        {username, password});
 }
 
 QString storedPassword(store::Database &db, const QString &name)
 {
-    store::Query q(db, u"SELECT Password FROM Sifre WHERE Username = ?"_s);
-    q.bind(*Sifrele(name));
-    return q.exec() && q.next() ? q.text(0) : u"<yok>"_s;
+    const QVariant v
+        = testing::scalar(db, u"SELECT Password FROM Sifre WHERE Username = ?"_s, {*Sifrele(name)});
+    return v.isValid() ? v.toString() : u"<yok>"_s;
 }
 
 bool putRight(store::Database &db, const QString &user, const QString &tool, int read, int write)
 {
-    store::Query q(db, u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
-                       "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"_s);
-    q.bind(user.isEmpty() ? QString() : *Sifrele(user)).bind(read).bind(write).bind(tool);
-    return q.exec();
+    return testing::run(db,
+                        u"INSERT INTO Haklar (Kullanici_Adi, Haklar_Okuma, Haklar_Yazma, "
+                        "Haklar_Program_Adi, Kullanici_Program) VALUES (?, ?, ?, 'x', ?)"_s,
+                        {*Sifrele(user), read, write, tool});
 }
 
 } // namespace

@@ -17,9 +17,8 @@ namespace {
 bool addStudents(store::Database &db, int count)
 {
     for (int i = 1; i <= count; ++i) {
-        store::Query q(db, u"INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"_s);
-        q.bind(i).bind(i);
-        if (!q.exec())
+        if (!testing::run(db, u"INSERT INTO Ogrenci (KayitID, Ogr_Numarasi) VALUES (?, ?)"_s,
+                          {i, i}))
             return false;
     }
     return true;
@@ -27,9 +26,8 @@ bool addStudents(store::Database &db, int count)
 
 QString holderOf(store::Database &db, int id)
 {
-    store::Query q(db, u"SELECT Ogr_Islem_Yapan_Kullanici FROM Ogrenci WHERE KayitID = ?"_s);
-    q.bind(id);
-    return q.exec() && q.next() ? q.text(0) : u"<yok>"_s;
+    const QVariant v = testing::field(db, u"Ogrenci"_s, u"Ogr_Islem_Yapan_Kullanici"_s, id);
+    return v.isValid() ? v.toString() : u"<yok>"_s;
 }
 
 } // namespace

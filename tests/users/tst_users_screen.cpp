@@ -1,36 +1,25 @@
-#include "gui_support.h"
-#include "office.h"
-#include "test_support.h"
+#include "office_window.h"
 
 #include "maintenance/school.h"
-#include "maintenance/working_years.h"
-#include "shell/main_window.h"
-#include "store/database.h"
-#include "store/migration.h"
 #include "ui/grid.h"
 #include "ui/screen.h"
 #include "users/frm_sifre.h"
 #include "users/login.h"
 #include "users/passwords.h"
-#include "users/session.h"
 #include "users/user_admin.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 using testing::click;
-using testing::typeInto;
-
-using testing::run;
 using testing::scalar;
+using testing::typeInto;
 
 namespace {
 
@@ -62,15 +51,12 @@ private slots:
 
 void tst_UsersScreen::administratorGivesLimitedRights()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db));
-    users::durum().AktifKullanici = u"Müdür"_s;
-    testing::MessageRecorder messages;
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.show();
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare());
+    store::Database &db = o.db();
+    testing::MessageRecorder &messages = o.messages;
+    o.start();
+    shell::MDIAidat &w = o.w();
 
     QVERIFY(users::KullaniciKaydet(db, u"zerna"_s, u"servis"_s).ok());
     w.ActBar_Click(u"popKullanici"_s);
@@ -167,26 +153,22 @@ void tst_UsersScreen::administratorGivesLimitedRights()
     QCOMPARE(direct.error().number, store::YazmaYetkisiYokHatasi);
     QCOMPARE(scalar(db, u"SELECT OkulAdi FROM Sabit"_s).toString(), u"Deneme Okulu"_s);
     static_cast<ui::Screen *>(okulSub->widget())->setDirty(false);
-    w.mdiArea()->closeAllSubWindows();
-    store::setDefaultDatabase(nullptr);
 }
 
 void tst_UsersScreen::passwordMaintenanceScreen()
 {
-    testing::TestStore s(store::Engine::SQLite);
-    store::Database &db = s.db();
-    store::setDefaultDatabase(&db);
-    QVERIFY(testing::openOffice(db));
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare());
+    store::Database &db = o.db();
     QVERIFY(users::KullaniciSil(db, *users::Sifrele(u"Müdür"_s)).ok());
-    testing::MessageRecorder messages;
-    shell::MDIAidat w(db);
-    w.MenuDurumAyarla(true);
-    w.ActBar_Click(u"popProgramaGirisSifresiDegistirme"_s);
+    o.start();
+    QWidget *screen
+        = o.open(u"popProgramaGirisSifresiDegistirme"_s, u"FrmProgramaGirisSifresiDegistirme"_s);
     QCOMPARE(
-        messages.texts(),
+        o.messages.texts(),
         QStringList{
             u"Tanımlı hiç bir kullanıcı bulunamadı.\nLütfen yeni bir kullanıcı tanımlayınız."_s});
-    QWidget *screen = w.screenWindow(u"FrmProgramaGirisSifresiDegistirme"_s)->widget();
+    QVERIFY(screen);
     typeInto(screen, u"txtUsername"_s, u"Kasiyer"_s);
     typeInto(screen, u"txtPassword"_s, u"x1"_s);
     typeInto(screen, u"txtPassword2"_s, u"x1"_s);
@@ -200,9 +182,7 @@ void tst_UsersScreen::passwordMaintenanceScreen()
     list->setCurrentRow(0);
     QCOMPARE(screen->findChild<QLineEdit *>(u"txtPassword"_s)->text(), QString());
     click(screen, u"cmdSil"_s);
-    QCOMPARE(scalar(db, u"SELECT count(*) FROM Sifre"_s).toInt(), 0);
-    w.mdiArea()->closeAllSubWindows();
-    store::setDefaultDatabase(nullptr);
+    QCOMPARE(testing::count(db, u"Sifre"_s), 0);
 }
 
 QTEST_MAIN(tst_UsersScreen)
