@@ -1,6 +1,7 @@
 #include "fees/screens.h"
 
 #include "fees/frm_aidat_tanimlama.h"
+#include "fees/frm_ogrenci_aidat.h"
 #include "ui/screen_registry.h"
 
 namespace fees {
@@ -9,6 +10,11 @@ void EkranlariKaydet()
 {
     ui::EkranKaydet(QStringLiteral("FrmAidatTanimlama"), [](const ui::EkranBaglami &b) {
         return static_cast<QWidget *>(new FrmAidatTanimlama(b.db));
+    });
+    ui::EkranKaydet(QStringLiteral("FrmOgrenciAidat"), [](const ui::EkranBaglami &b) {
+        auto *ekran = new FrmOgrenciAidat(b.db);
+        ekran->ekranAyarla(b.ayar);
+        return static_cast<QWidget *>(ekran);
     });
 }
 

@@ -1116,7 +1116,10 @@ bool FrmOgrenci::eventFilter(QObject *watched, QEvent *event)
         }
         return false;
     }
-    if (event->type() != QEvent::KeyPress) {
+    // The keys of this screen's own controls only: every screen also sees the whole
+    // program's keys, and F10 or PgDn in another screen are that screen's.
+    auto *own = qobject_cast<QWidget *>(watched);
+    if (event->type() != QEvent::KeyPress || !own || !(own == this || isAncestorOf(own))) {
         return ui::Screen::eventFilter(watched, event);
     }
     auto *key = static_cast<QKeyEvent *>(event);

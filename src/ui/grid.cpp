@@ -42,8 +42,15 @@ std::optional<QVariant> parseCell(const GridColumn &c, const QString &typed, QWi
     case ColumnKind::Money: {
         if (text.isEmpty())
             return QVariant::fromValue(base::Para());
-        if (const std::optional<base::Para> p = base::ParaCoz(text))
+        if (const std::optional<base::Para> p = base::ParaCoz(text)) {
+            if (p->isNegative() && !c.negativeAllowed) {
+                notify(QStringLiteral("Dikkat"),
+                       QStringLiteral("%1 sütununa eksi bir tutar yazılamaz.").arg(c.title),
+                       Icon::Warning, parent);
+                return std::nullopt;
+            }
             return QVariant::fromValue(*p);
+        }
         notify(QStringLiteral("Dikkat"),
                QStringLiteral("\"%1\" geçerli bir tutar değil. Tutarı 1.250,50 biçiminde giriniz.")
                    .arg(typed),

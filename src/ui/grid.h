@@ -26,6 +26,7 @@ struct GridColumn
     int maxLength = 0;      // Text, Combo: the field's size; Number: the digits (9 when 0)
     QStringList items = {}; // Combo: the entries
     QString format = QStringLiteral("#,##0.00"); // Money: the picture
+    bool negativeAllowed = true;                 // Money: false refuses an amount below 0
 };
 
 class GridModel : public QAbstractTableModel
@@ -80,6 +81,7 @@ public:
     void setColumnEditable(int column, bool editable);
     // Locks or opens the whole grid for editing.
     void setLocked(bool locked);
+    bool isLocked() const { return m_locked; }
 
     int rowCount() const { return m_model->rowCount(); }
     int appendRow() { return m_model->appendRow(); }

@@ -68,12 +68,24 @@ void tst_AccountRules::firstInFirstOut_data()
     QTest::addColumn<QString>("installments");
     QTest::addColumn<QString>("paid");
     QTest::addColumn<QString>("unpaid");
-    QTest::newRow("nothing-paid") << "100 100 100" << "0" << "100 100 100";
-    QTest::newRow("exactly-one") << "100 100 100" << "100" << "0 100 100";
-    QTest::newRow("part-of-second") << "100 100 100" << "150.25" << "0 49.75 100";
-    QTest::newRow("overpaid") << "100 100" << "250" << "0 0";
-    QTest::newRow("zero-installment") << "0 100" << "50" << "0 50";
-    QTest::newRow("refund-owes-more") << "100 100" << "-20" << "120 100";
+    QTest::newRow("nothing-paid") << "100 100 100"
+                                  << "0"
+                                  << "100 100 100";
+    QTest::newRow("exactly-one") << "100 100 100"
+                                 << "100"
+                                 << "0 100 100";
+    QTest::newRow("part-of-second") << "100 100 100"
+                                    << "150.25"
+                                    << "0 49.75 100";
+    QTest::newRow("overpaid") << "100 100"
+                              << "250"
+                              << "0 0";
+    QTest::newRow("zero-installment") << "0 100"
+                                      << "50"
+                                      << "0 50";
+    QTest::newRow("refund-owes-more") << "100 100"
+                                      << "-20"
+                                      << "120 100";
 }
 
 void tst_AccountRules::firstInFirstOut()
@@ -88,10 +100,10 @@ void tst_AccountRules::firstInFirstOut()
 void tst_AccountRules::payingAnInstallment()
 {
     HesapKaydi h;
-    h.taksitler = {DetaySatiri{1, QDateTime(QDate(2025, 9, 5), QTime(0, 0)), tl("1700"),
-                               u"Banka Havalesi"_s},
-                   DetaySatiri{4, QDateTime(QDate(2025, 10, 5), QTime(0, 0)), tl("1700")},
-                   DetaySatiri{5, {}, tl("1700")}};
+    h.taksitler = {
+        DetaySatiri{1, QDateTime(QDate(2025, 9, 5), QTime(0, 0)), tl("1700"), u"Banka Havalesi"_s},
+        DetaySatiri{4, QDateTime(QDate(2025, 10, 5), QTime(0, 0)), tl("1700")},
+        DetaySatiri{5, {}, tl("1700")}};
     QVERIFY(!fees::TaksidiOdeSorusu(h, 0));
     QCOMPARE(*fees::TaksidiOde(h, 0), 0);
     QCOMPARE(*fees::TaksidiOde(h, 1), 1);

@@ -1,0 +1,194 @@
+#include "office_window.h"
+
+#include "fees/definitions.h"
+#include "fees/frm_ogrenci_aidat.h"
+#include "students/student_record.h"
+#include "ui/grid.h"
+#include "ui/screen_registry.h"
+#include "users/record_lock.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QPushButton>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+using base::Para;
+using testing::count;
+
+namespace {
+
+Para tl(const char *amount)
+{
+    return Para::fromDecimalString(QString::fromLatin1(amount)).value();
+}
+
+qint64 kalan(store::Database &db)
+{
+    return testing::scalar(db, u"SELECT Kalan FROM OgrenciAidatTanim"_s).toLongLong();
+}
+
+// Tuition of 10.000: 1.000 down, five installments of 1.800 from 5 September 2025.
+qint64 saveTuition(store::Database &db)
+{
+    fees::AidatTanimi t;
+    t.aidatTanim = u"Öğrenim"_s;
+    t.toplam = tl("10000");
+    t.pesinat = tl("1000");
+    t.birimFiyati = t.toplam;
+    t.birimAdeti = 1;
+    t.taksitSayisi = 5;
+    t.odemeBasTarihi = QDate(2025, 9, 5);
+    for (int i = 0; i < 5; ++i)
+        t.taksitler.append({t.odemeBasTarihi.addMonths(i), tl("1800")});
+    const base::Result<fees::KayitSonucu> r = fees::AidatTaksitDetayKaydet(db, t);
+    return r ? r->kayitId : 0;
+}
+
+qint64 addStudent(store::Database &db)
+{
+    students::OgrenciKaydi k;
+    k.ogrenci.insert(u"Ogr_Numarasi"_s, 101);
+    k.ogrenci.insert(u"Ogr_Adi"_s, u"Çağrı"_s);
+    k.ogrenci.insert(u"Ogr_Soyadi"_s, u"O'Neil"_s);
+    k.ogrenci.insert(u"Ogr_Sinif"_s, u"5-A"_s);
+    const base::Result<students::KaydetSonucu> r = students::OgrenciKaydet(db, k, false);
+    return r ? r->kayitId : 0;
+}
+
+// The student screen, the student found by his number, F4: his account screen.
+fees::FrmOgrenciAidat *openAccount(testing::OfficeWindow &o)
+{
+    QWidget *ogrenci = o.open(u"btnOgrenciBilgileri"_s, u"FrmOgrenci"_s);
+    if (!ogrenci)
+        return nullptr;
+    auto *numara = ogrenci->findChild<QLineEdit *>(u"Ogr_Numarasi"_s);
+    numara->setFocus();
+    testing::typeText(numara, u"101"_s);
+    QTest::keyClick(numara, Qt::Key_Return);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4);
+    QApplication::setActiveWindow(o.window.get());
+    QMdiSubWindow *sub = o.w().screenWindow(u"FrmOgrenciAidat"_s);
+    return sub ? qobject_cast<fees::FrmOgrenciAidat *>(sub->widget()) : nullptr;
+}
+
+void pressLetter(QWidget *screen, Qt::Key key)
+{
+    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : screen, key,
+                    Qt::AltModifier);
+    QTest::qWait(250); // a button pressed by its letter shows itself down first
+}
+
+} // namespace
+
+class tst_FrmOgrenciAidat : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void anOfficeTakesAFeeAndItsPayments();
+    void aStudentHeldByAnotherUserIsNotOpened();
+};
+
+void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    const qint64 aidat = saveTuition(o.db());
+    QVERIFY(aidat > 0);
+    const qint64 ogrenci = addStudent(o.db());
+    QVERIFY(ogrenci > 0);
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    QCOMPARE(screen->ogrKayitId(), ogrenci);
+    QCOMPARE(screen->findChild<QLabel *>(u"lblAdSoyad"_s)->text(), u"Çağrı O'Neil"_s);
+
+    // F10 on the empty line: the fee is chosen, its plan becomes the account, and is saved.
+    testing::ModalDriver driver;
+    driver.then([](QWidget *d) {
+        auto *list = d->findChild<ui::Grid *>(u"vaSpread1"_s);
+        list->setCurrentCell(0, 0);
+        testing::click(d, u"cmdTamam"_s);
+    });
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10);
+    QCOMPARE(driver.remaining(), 0);
+    QApplication::setActiveWindow(o.window.get()); // as the window manager does after a dialog
+    QCOMPARE(count(o.db(), u"OgrenciAidatTanim"_s), 1);
+    QCOMPARE(count(o.db(), u"OgrenciAidatDetay"_s, u"Sira > 0"_s), 5);
+    QCOMPARE(kalan(o.db()), tl("10000").raw());
+    auto *hesaplar = screen->findChild<ui::Grid *>(u"vaSpread1"_s);
+    QCOMPARE(hesaplar->text(0, 0), u"Öğrenim"_s);
+    QCOMPARE(hesaplar->rowCount(), 2); // the line for the next fee
+
+    // The first installment paid by "Taksidi Öde", under its own Sira.
+    auto *taksitler = screen->findChild<ui::Grid *>(u"vaSpread2"_s);
+    auto *odemeler = screen->findChild<ui::Grid *>(u"vaSpread3"_s);
+    taksitler->setFocus();
+    taksitler->setCurrentCell(0, 0);
+    pressLetter(screen, Qt::Key_D);
+    QCOMPARE(count(o.db(), u"OgrenciAidatOdeme"_s), 1);
+    QCOMPARE(kalan(o.db()), tl("8200").raw());
+
+    // A part of the second typed by hand; a negative amount is refused and changes nothing.
+    testing::typeCell(odemeler, 1, 0, u"07.10.2025"_s);
+    testing::typeCell(odemeler, 1, 1, u"-5"_s);
+    QCOMPARE(o.messages.texts().last(), u"Ödenen sütununa eksi bir tutar yazılamaz."_s);
+    QCOMPARE(kalan(o.db()), tl("8200").raw());
+    testing::typeCell(odemeler, 1, 1, u"900"_s);
+    QCOMPARE(kalan(o.db()), tl("7300").raw());
+    QCOMPARE(hesaplar->text(0, 3), u"7.300,00"_s);
+    QCOMPARE(odemeler->rowCount(), 3);
+
+    // Deleted after its question, which Enter would have answered No.
+    odemeler->setFocus();
+    odemeler->setCurrentCell(1, 1);
+    o.messages.clear();
+    pressLetter(screen, Qt::Key_S);
+    QCOMPARE(o.messages.texts(),
+             QStringList{u"2. SATIRDAKİ ÖDEMEYİ SİLMEK İSTEDİĞİNİZDEN EMİN MİSİNİZ? \n"_s});
+    QVERIFY(!o.messages.messages().first().yesDefault);
+    QCOMPARE(kalan(o.db()), tl("8200").raw());
+    QCOMPARE(testing::scalar(o.db(),
+                             u"SELECT count(*) FROM %1 WHERE Islem_Turu = 'Delete'"_s.arg(
+                                 o.db().table(store::Store::Log, u"OgrenciAidatOdeme"_s)))
+                 .toInt(),
+             1);
+
+    // Closed and opened again: the same account, unchanged by the opening.
+    const QString before = testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s)
+                               .toString();
+    screen->closeWindow();
+    QTRY_VERIFY(!o.w().screenWindow(u"FrmOgrenciAidat"_s));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4);
+    screen = qobject_cast<fees::FrmOgrenciAidat *>(
+        o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
+    QVERIFY(screen);
+    QCOMPARE(screen->hesap().odemeler.size(), 1);
+    QCOMPARE(screen->hesap().odemeler.first().sira, 1);
+    QCOMPARE(testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s).toString(),
+             before);
+}
+
+void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare());
+    const qint64 ogrenci = addStudent(o.db());
+    QVERIFY(testing::scalar(o.db(),
+                            u"UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = 'Ayşe' "
+                            "WHERE KayitID = ? RETURNING KayitID"_s,
+                            {ogrenci})
+                .isValid());
+    o.start();
+    QVERIFY(ui::EkranAc(u"FrmOgrenciAidat"_s, u"btnCariDurum"_s, {{u"ogrKayitId"_s, ogrenci}}));
+    auto *screen = qobject_cast<fees::FrmOgrenciAidat *>(
+        o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
+    QCOMPARE(screen->ogrKayitId(), qint64(0));
+    QCOMPARE(o.messages.texts().value(0), users::KilitMesaji(u"Ayşe"_s));
+}
+
+QTEST_MAIN(tst_FrmOgrenciAidat)
+#include "tst_frm_ogrenci_aidat.moc"
