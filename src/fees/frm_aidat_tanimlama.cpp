@@ -125,7 +125,7 @@ FrmAidatTanimlama::FrmAidatTanimlama(store::Database &db, QWidget *parent)
          }},
         {u"cmdKaydet"_s, u"K&aydet"_s, [](F &f) { f.AidatTaksitDetayKaydet(); }, {}, &F::m_kaydet},
         {u"cmdSil"_s, u"&Sil"_s, [](F &f) { f.TaksitAidatSil(); }},
-        {u"cmdOdemePlani"_s, u"Ödeme Planı"_s, [](F &f) { f.TaksitPlanla(); }},
+        {u"cmdOdemePlani"_s, u"Ödeme &Planı"_s, [](F &f) { f.TaksitPlanla(); }},
         {u"cmdIskontoTanimlama"_s, u"İskonto &Tanımlama"_s, [](F &f) { f.iskontoAcKapa(); }},
         {u"cmdCikis"_s, u"Çı&kış"_s, [](F &f) { f.close(); }},
     };

@@ -579,10 +579,8 @@ void FrmOgrenciAidat::listeleriDoldur()
         m_odemeler->setValue(r, OdCiro, o.ciro);
     }
     m_odemeler->appendRow();
-    const bool hesapVar = m_hesap.satir.kayitId > 0;
-    m_pesinat->setText(hesapVar && !m_hesap.pesinat.isZero()
-                           ? base::Bicimle(m_hesap.pesinat, paraFormati())
-                           : QString());
+    m_pesinat->setText(!m_hesap.pesinat.isZero() ? base::Bicimle(m_hesap.pesinat, paraFormati())
+                                                 : QString());
     m_odenenPesinat->setText(m_hesap.odenenPesinat
                                  ? base::Bicimle(m_hesap.odenenPesinat->tutar, paraFormati())
                                  : QString());

@@ -122,6 +122,12 @@ void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
     auto *hesaplar = screen->findChild<ui::Grid *>(u"vaSpread1"_s);
     QCOMPARE(hesaplar->text(0, 0), u"Öğrenim"_s);
     QCOMPARE(hesaplar->rowCount(), 2); // the line for the next fee
+    // The planned down payment stands in its box: Tab through it changes nothing.
+    auto *pesinat = screen->findChild<QLineEdit *>(u"CInputBox1"_s);
+    QCOMPARE(pesinat->text(), u"1.000,00"_s);
+    pesinat->setFocus();
+    QTest::keyClick(pesinat, Qt::Key_Tab);
+    QCOMPARE(kalan(o.db()), tl("10000").raw());
 
     // The first installment paid by "Taksidi Öde", under its own Sira.
     auto *taksitler = screen->findChild<ui::Grid *>(u"vaSpread2"_s);
@@ -151,25 +157,23 @@ void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
              QStringList{u"2. SATIRDAKİ ÖDEMEYİ SİLMEK İSTEDİĞİNİZDEN EMİN MİSİNİZ? \n"_s});
     QVERIFY(!o.messages.messages().first().yesDefault);
     QCOMPARE(kalan(o.db()), tl("8200").raw());
-    QCOMPARE(testing::scalar(o.db(),
-                             u"SELECT count(*) FROM %1 WHERE Islem_Turu = 'Delete'"_s.arg(
-                                 o.db().table(store::Store::Log, u"OgrenciAidatOdeme"_s)))
+    QCOMPARE(testing::scalar(o.db(), u"SELECT count(*) FROM %1 WHERE Islem_Turu = 'Delete'"_s.arg(
+                                         o.db().table(store::Store::Log, u"OgrenciAidatOdeme"_s)))
                  .toInt(),
              1);
 
     // Closed and opened again: the same account, unchanged by the opening.
-    const QString before = testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s)
-                               .toString();
+    const QString before
+        = testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s).toString();
     screen->closeWindow();
     QTRY_VERIFY(!o.w().screenWindow(u"FrmOgrenciAidat"_s));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4);
-    screen = qobject_cast<fees::FrmOgrenciAidat *>(
-        o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
+    screen
+        = qobject_cast<fees::FrmOgrenciAidat *>(o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
     QVERIFY(screen);
     QCOMPARE(screen->hesap().odemeler.size(), 1);
     QCOMPARE(screen->hesap().odemeler.first().sira, 1);
-    QCOMPARE(testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s).toString(),
-             before);
+    QCOMPARE(testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s).toString(), before);
 }
 
 void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
@@ -184,8 +188,8 @@ void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
                 .isValid());
     o.start();
     QVERIFY(ui::EkranAc(u"FrmOgrenciAidat"_s, u"btnCariDurum"_s, {{u"ogrKayitId"_s, ogrenci}}));
-    auto *screen = qobject_cast<fees::FrmOgrenciAidat *>(
-        o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
+    auto *screen
+        = qobject_cast<fees::FrmOgrenciAidat *>(o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
     QCOMPARE(screen->ogrKayitId(), qint64(0));
     QCOMPARE(o.messages.texts().value(0), users::KilitMesaji(u"Ayşe"_s));
 }
