@@ -1,10 +1,13 @@
 #include "fees/account.h"
 
 #include "base/turkish_text.h"
+#include "fees/account_rules.h"
 #include "fees/store_steps.h"
 #include "store/change_log.h"
 #include "store/database.h"
 #include "users/rights.h"
+
+#include <QHash>
 
 #include <algorithm>
 
@@ -537,6 +540,26 @@ base::Result<HesapKayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesa
     if (base::Status s = writeInstallments(db, tx, yazilan, baglam); !s) {
         return s.error();
     }
+    HesapKayitSonucu sonuc;
+    if (baglam.taksitFatura) {
+        // What each invoice of the account holds, read inside the save.
+        store::Query q(db, QStringLiteral("SELECT FaturaNo, %1 FROM Fatura WHERE KayitID = ? "
+                                          "GROUP BY FaturaNo")
+                               .arg(sumOf(QStringLiteral("OdenenTutar"))));
+        q.bind(yazilan.satir.kayitId);
+        if (!q.exec()) {
+            return rollBack(tx, q, SaveLabel);
+        }
+        QHash<qint64, Para> faturaOdenen;
+        while (q.next()) {
+            faturaOdenen.insert(q.integer(0), q.para(1));
+        }
+        const FaturaDagilimi dagilim = FaturaEslestir(yazilan, faturaOdenen);
+        for (qsizetype i = 0; i < yazilan.odemeler.size(); ++i) {
+            yazilan.odemeler[i].faturaNo = dagilim.faturaNo.at(i);
+        }
+        sonuc.uyarilar = dagilim.uyarilar;
+    }
     if (base::Status s = writePayments(db, tx, yazilan, baglam); !s) {
         return s.error();
     }
@@ -552,7 +575,7 @@ base::Result<HesapKayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesa
     hesap.satir.kalan = toplam.kalan();
     hesap.satir.surum += 1;
     hesap.silinenOdemeler.clear();
-    return HesapKayitSonucu{};
+    return sonuc;
 }
 
 base::Status AidatSil(store::Database &db, const HesapSatiri &satir, const QString &kullanici)

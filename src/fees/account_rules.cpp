@@ -104,6 +104,68 @@ base::Status AidatEkle(HesapKaydi &hesap, const AidatTanimi &tanim)
     return {};
 }
 
+FaturaDagilimi FaturaEslestir(const HesapKaydi &hesap, const QHash<qint64, Para> &faturaOdenen)
+{
+    FaturaDagilimi d;
+    const QList<DetaySatiri> &taksitler = hesap.taksitler;
+    const qsizetype son = taksitler.size();
+    const auto faturasi = [&](qsizetype j) { return j < son ? taksitler.at(j).faturaNo : 0; };
+    // Past the installments of this invoice, to the next one with another number.
+    const auto ilerle = [&](qsizetype j) {
+        const qint64 no = faturasi(j);
+        ++j;
+        while (j < son && no > 0 && faturasi(j) == no) {
+            ++j;
+        }
+        return j;
+    };
+    qsizetype j = 0;
+    Para biriken;
+    for (qsizetype i = 0; i < hesap.odemeler.size(); ++i) {
+        const OdemeSatiri &o = hesap.odemeler.at(i);
+        if (!Yazilir(o)) {
+            d.faturaNo.append(o.faturaNo);
+            continue;
+        }
+        // The next installment whose invoice holds money; none: past the last one.
+        while (j < son && faturaOdenen.value(faturasi(j)) <= Para()) {
+            ++j;
+        }
+        const Para f = faturaOdenen.value(faturasi(j));
+        const Para p = o.odenen;
+        if (p > Para() && faturasi(j) > 0) {
+            biriken = biriken + p;
+            d.faturaNo.append(faturasi(j));
+            if (f < biriken) {
+                d.uyarilar.append(
+                    QStringLiteral("%1. satırda yazmış olduğunuz ödeme kesilen fatura tutarından "
+                                   "%2 TL büyüktür. \n Lütfen ödeme girişlerini taksit "
+                                   "miktarlarına göre ayarlayınız.")
+                        .arg(i + 1)
+                        .arg(base::Bicimle(biriken - f, QStringLiteral("#,##0.00"))));
+            }
+            if (f <= biriken) {
+                j = ilerle(j);
+                biriken = Para();
+            }
+            continue;
+        }
+        const Para t = j < son ? taksitler.at(j).odenecek : Para();
+        if (p > Para() && f.isZero() && t > Para() && t < p) {
+            d.uyarilar.append(QStringLiteral("%1. satırda yazmış olduğunuz ödeme taksit tutarından "
+                                             "büyüktür. \n Lütfen ödeme girişlerini taksit "
+                                             "miktarlarına göre ayarlayınız.")
+                                  .arg(i + 1));
+            d.faturaNo.append(faturasi(j));
+            j = ilerle(j);
+            biriken = Para();
+            continue;
+        }
+        d.faturaNo.append(o.faturaNo != 0 ? o.faturaNo : faturasi(j));
+    }
+    return d;
+}
+
 QList<Para> OdenmemisKisimlar(const QList<Para> &tutarlar, Para odenen)
 {
     QList<Para> kalan;

@@ -3,6 +3,8 @@
 #include "base/notice.h"
 #include "fees/account.h"
 
+#include <QHash>
+
 #include <optional>
 
 // What the account screen does to an account before it is saved: a payment made from an
@@ -31,6 +33,20 @@ base::Result<int> TaksidiOde(HesapKaydi &hesap, int taksit);
 // worked out on the fee being replaced. Refused, changing nothing, when an installment carries
 // an invoice.
 base::Status AidatEkle(HesapKaydi &hesap, const AidatTanimi &tanim);
+
+// The invoice mode: payments meet the invoiced installments in step. A cursor goes over the
+// installments; for each payment that is written it moves to the next installment whose invoice
+// holds money (`faturaOdenen`: what each invoice number's invoices hold), and the payment takes
+// that invoice's number, filling it; a filled invoice moves the cursor on past the installments
+// of the same number. A payment larger than its invoice, or than an uninvoiced installment, is
+// still written (once), with a note for the operator. Gives each payment's invoice number, in
+// the order of `hesap.odemeler`, and the notes.
+struct FaturaDagilimi
+{
+    QList<qint64> faturaNo;
+    QStringList uyarilar;
+};
+FaturaDagilimi FaturaEslestir(const HesapKaydi &hesap, const QHash<qint64, Para> &faturaOdenen);
 
 // First in, first out: `odenen` laid over the amounts in their order. Gives, for each amount,
 // what is left unpaid of it (0 for one fully covered); an overpayment covers them all.

@@ -134,6 +134,8 @@ private slots:
     void aSaveOverAnotherWorkstationsWriteIsRefused();
     void aFailedSaveWritesNothing_data() { testing::addEngineRows(); }
     void aFailedSaveWritesNothing();
+    void inInvoiceModePaymentsTakeTheirInvoices_data() { testing::addEngineRows(); }
+    void inInvoiceModePaymentsTakeTheirInvoices();
     void cariDurum_data();
     void cariDurum();
 };
@@ -271,6 +273,33 @@ void tst_Account::aFailedSaveWritesNothing()
     QCOMPARE(logRows(db, u"OgrenciAidatTanim"_s, u"Edit"_s), 0);
     // The account on screen is as it was: its version still matches the store.
     QVERIFY(kaydet(db, h));
+}
+
+void tst_Account::inInvoiceModePaymentsTakeTheirInvoices()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    // The first two installments invoiced as number 41, which holds 3.400.
+    store::Query fatura(db, u"INSERT INTO Fatura (OgrKayitID, KayitID, FaturaNo, OdenenTutar) "
+                            "VALUES (1, ?, 41, ?)"_s);
+    fatura.bind(h.satir.kayitId).bind(tl("3400"));
+    QVERIFY(fatura.exec());
+    h.taksitler[0].faturaNo = 41;
+    h.taksitler[1].faturaNo = 41;
+    const base::Result<fees::HesapKayitSonucu> r
+        = fees::HesapKaydet(db, h, fees::KayitBaglami{u"Müdür"_s, 1, true});
+    QVERIFY(r);
+    QVERIFY(r->uyarilar.isEmpty());
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM OgrenciAidatOdeme WHERE Fatura_ID = 41"_s)
+                 .toInt(),
+             2);
+    QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM OgrenciAidatDetay WHERE Fatura_ID = 41"_s)
+                 .toInt(),
+             2);
 }
 
 void tst_Account::cariDurum_data()

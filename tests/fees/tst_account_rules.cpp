@@ -35,6 +35,8 @@ private slots:
     void paymentCodes();
     void firstInFirstOut_data();
     void firstInFirstOut();
+    void invoiceMode_data();
+    void invoiceMode();
     void payingAnInstallment();
     void replacingTheFee();
 };
@@ -95,6 +97,55 @@ void tst_AccountRules::firstInFirstOut()
     QFETCH(QString, unpaid);
     QCOMPARE(fees::OdenmemisKisimlar(amounts(installments), amounts(paid).value(0)),
              amounts(unpaid));
+}
+
+void tst_AccountRules::invoiceMode_data()
+{
+    // Installments of 1.000: the first two on invoice 41 (which holds 2.000), the third on 42
+    // (1.000). Payments "amount" or "amount/own invoice"; the invoices they take; the notes.
+    QTest::addColumn<QString>("payments");
+    QTest::addColumn<QString>("invoices");
+    QTest::addColumn<int>("notes");
+    QTest::newRow("fills-exactly") << "2000 1000"
+                                   << "41 42" << 0;
+    QTest::newRow("fills-in-two") << "500 1500 1000"
+                                  << "41 41 42" << 0;
+    QTest::newRow("too-large") << "2500 1000"
+                               << "41 42" << 1;
+    QTest::newRow("past-the-last") << "2000 1000 300 300/77"
+                                   << "41 42 0 77" << 0;
+    QTest::newRow("zero-amount-keeps-its-own") << "0/5 2000"
+                                               << "5 41" << 0;
+}
+
+void tst_AccountRules::invoiceMode()
+{
+    QFETCH(QString, payments);
+    QFETCH(QString, invoices);
+    QFETCH(int, notes);
+    HesapKaydi h;
+    const QDateTime d(QDate(2025, 9, 5), QTime(0, 0));
+    h.taksitler = {DetaySatiri{1, d, tl("1000"), {}, 41}, DetaySatiri{2, d, tl("1000"), {}, 41},
+                   DetaySatiri{3, d, tl("1000"), {}, 42}};
+    for (const QString &p : payments.split(u' ')) {
+        fees::OdemeSatiri o;
+        o.sira = int(h.odemeler.size()) + 1;
+        o.odemeTarihi = d;
+        o.odenen = Para::fromDecimalString(p.section(u'/', 0, 0)).value();
+        o.faturaNo = p.section(u'/', 1, 1).toLongLong();
+        o.elle = o.odenen.isZero(); // a row of 0 read from the store is written as it stands
+        h.odemeler.append(o);
+    }
+    const fees::FaturaDagilimi r
+        = fees::FaturaEslestir(h, {{41, tl("2000")}, {42, tl("1000")}, {0, Para()}});
+    QStringList got;
+    for (qint64 n : r.faturaNo)
+        got << QString::number(n);
+    QCOMPARE(got.join(u' '), invoices);
+    QCOMPARE(r.uyarilar.size(), notes);
+    if (notes)
+        QVERIFY(r.uyarilar.first().startsWith(u"1. satırda yazmış olduğunuz ödeme kesilen "
+                                              "fatura tutarından 500,00 TL büyüktür."_s));
 }
 
 void tst_AccountRules::payingAnInstallment()
