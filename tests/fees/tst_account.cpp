@@ -1,6 +1,7 @@
 #include "fees_support.h"
 
 #include "fees/account.h"
+#include "fees/statement.h"
 #include "store/database.h"
 #include "users/session.h"
 
@@ -136,6 +137,8 @@ private slots:
     void aFailedSaveWritesNothing();
     void inInvoiceModePaymentsTakeTheirInvoices_data() { testing::addEngineRows(); }
     void inInvoiceModePaymentsTakeTheirInvoices();
+    void theStatementLaysTheListsSideBySide_data() { testing::addEngineRows(); }
+    void theStatementLaysTheListsSideBySide();
     void cariDurum_data();
     void cariDurum();
 };
@@ -300,6 +303,50 @@ void tst_Account::inInvoiceModePaymentsTakeTheirInvoices()
     QCOMPARE(testing::scalar(db, u"SELECT count(*) FROM OgrenciAidatDetay WHERE Fatura_ID = 41"_s)
                  .toInt(),
              2);
+}
+
+void tst_Account::theStatementLaysTheListsSideBySide()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    const fees::OgrenciOzeti ogrenci{1, u"Çağrı"_s, u"O'Neil"_s, u"5-A"_s, 101};
+    QCOMPARE(fees::CariDurumListesiDoldur(db, ogrenci).error().text,
+             u"Öğrenci İçin Aidat ve Ödeme Bilgileri Bulunamadı."_s);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    // A second account with nothing but a down payment of 200 still has its row.
+    HesapKaydi servis;
+    servis.satir = {0, 1, 9, u"Servis"_s, 2};
+    servis.pesinat = tl("200");
+    QVERIFY(kaydet(db, servis));
+
+    const base::Result<QList<QStringList>> rows = fees::CariDurumListesiDoldur(db, ogrenci);
+    QVERIFY(rows);
+    QCOMPARE(rows->size(), 5 + 1);
+    const auto cell = [&](int row, int column) { return rows->at(row).at(column - 1); };
+    // Discounts, installments and payments side by side from the block's first row.
+    QCOMPARE(cell(0, 13), u"Kardeş İndirimi"_s);
+    QCOMPARE(cell(0, 15), u"500,00"_s);
+    QCOMPARE(cell(1, 13), QString());
+    QCOMPARE(cell(4, 18), u"05.01.2026"_s);
+    QCOMPARE(cell(1, 23), u"850,50"_s);
+    QCOMPARE(cell(2, 23), QString());
+    for (int r = 0; r < 5; ++r) {
+        QCOMPARE(cell(r, 10), u"1.000,00"_s);
+        QCOMPARE(cell(r, 20), u"9.500,00"_s);
+        QCOMPARE(cell(r, 25), u"3.550,50"_s);
+        QCOMPARE(cell(r, 31), u"5.949,50"_s);
+        QCOMPARE(cell(r, 30), u"Öğrenim"_s);
+    }
+    QCOMPARE(cell(5, 20), u"200,00"_s);
+    QCOMPARE(cell(5, 25), u"-"_s);
+    QCOMPARE(cell(5, 17), QString());
+    // The student's sums on every row.
+    QCOMPARE(cell(5, 26), u"9.700,00"_s);
+    QCOMPARE(cell(0, 28), u"6.149,50"_s);
+    QCOMPARE(cell(0, 1), u"Çağrı"_s);
 }
 
 void tst_Account::cariDurum_data()
