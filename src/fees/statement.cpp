@@ -66,8 +66,7 @@ QString money(Para p)
 }
 
 // The rows of one list of an account, by the statement's selections.
-base::Result<QList<Line>> lines(store::Database &db, const QString &sql, qint64 account,
-                                Para *sum)
+base::Result<QList<Line>> lines(store::Database &db, const QString &sql, qint64 account, Para *sum)
 {
     store::Query q(db, sql);
     q.bind(account);
@@ -177,9 +176,9 @@ base::Result<QList<QStringList>> CariDurumListesiDoldur(store::Database &db,
             QList<Line> out;
             while (q.next()) {
                 const base::Result<Para> oran = q.decimal(2);
-                out.append(Line{QString::number(out.size() + 1), q.text(0), money(q.para(1)),
-                                oran ? base::Bicimle(*oran, QStringLiteral("#,##0.##"))
-                                     : QString()});
+                out.append(
+                    Line{QString::number(out.size() + 1), q.text(0), money(q.para(1)),
+                         oran ? base::Bicimle(*oran, QStringLiteral("#,##0.##")) : QString()});
                 indirimToplam = indirimToplam + q.para(1);
             }
             return out;
@@ -189,8 +188,8 @@ base::Result<QList<QStringList>> CariDurumListesiDoldur(store::Database &db,
         }
         const base::Result<Para> pesinat = downPayment(db, QStringLiteral("OgrenciAidatDetay"),
                                                        QStringLiteral("Odenecek"), hesap);
-        const base::Result<Para> odenenPesinat = downPayment(
-            db, QStringLiteral("OgrenciAidatOdeme"), QStringLiteral("Odenen"), hesap);
+        const base::Result<Para> odenenPesinat
+            = downPayment(db, QStringLiteral("OgrenciAidatOdeme"), QStringLiteral("Odenen"), hesap);
         if (!pesinat || !odenenPesinat) {
             return !pesinat ? pesinat.error() : odenenPesinat.error();
         }

@@ -1,4 +1,5 @@
 #include "fees/account_rules.h"
+#include "fees/auto_plan.h"
 #include "fees/definitions.h"
 
 #include <QTest>
@@ -39,6 +40,11 @@ private slots:
     void invoiceMode();
     void payingAnInstallment();
     void replacingTheFee();
+    void discountsInTheirOrder_data();
+    void discountsInTheirOrder();
+    void replanFromAnEditedRow_data();
+    void replanFromAnEditedRow();
+    void applyingThePlan();
 };
 
 void tst_AccountRules::paymentCodes_data()
@@ -205,6 +211,118 @@ void tst_AccountRules::replacingTheFee()
     const HesapKaydi invoiced = h;
     QVERIFY(!fees::AidatEkle(h, tanim));
     QCOMPARE(h, invoiced);
+}
+
+void tst_AccountRules::discountsInTheirOrder_data()
+{
+    // Rows "mark base kind value" (base E/K, kind O for a rate, T for an amount); what each
+    // takes off; the total.
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<QString>("taken");
+    QTest::addColumn<QString>("total");
+    QTest::newRow("rate-on-full") << "1EO10 1EO10"
+                                  << "1000 1000"
+                                  << "2000";
+    QTest::newRow("rate-on-rest") << "1EO10 1KO10"
+                                  << "1000 900"
+                                  << "1900";
+    QTest::newRow("amount-then-rate") << "1KT500 1KO10"
+                                      << "500 950"
+                                      << "1450";
+    QTest::newRow("unmarked-empty") << "0EO10 1KO10"
+                                    << "0 1000"
+                                    << "1000";
+    // 33,3333 % of 10.000 is 3.333,33, rounded once; the next row works on what is left.
+    QTest::newRow("rounded-once") << "1EO33.3333 1KO50"
+                                  << "3333.33 3333.34"
+                                  << "6666.67";
+    QTest::newRow("more-than-the-fee") << "1KT12000"
+                                       << "12000"
+                                       << "12000";
+}
+
+void tst_AccountRules::discountsInTheirOrder()
+{
+    QFETCH(QString, rows);
+    QFETCH(QString, taken);
+    QFETCH(QString, total);
+    QList<fees::IskontoSecimi> list;
+    for (const QString &r : rows.split(u' ')) {
+        fees::IskontoSecimi s;
+        s.isaretli = r.at(0) == u'1';
+        s.kalanTutardan = r.at(1) == u'K' ? fees::KalanTutardan : fees::EsasTutardan;
+        s.tipi = r.at(2) == u'T' ? fees::Tutar : fees::Oran;
+        s.deger = Para::fromDecimalString(r.mid(3)).value();
+        list << s;
+    }
+    const base::Result<Para> sum
+        = fees::IskontolariYenidenHesapla(list, tl("10000"), u"#,##0.00"_s);
+    QVERIFY(sum);
+    QStringList got;
+    for (const fees::IskontoSecimi &s : list)
+        got << s.indirim.toDecimalString();
+    QCOMPARE(got.join(u' '), taken);
+    QCOMPARE(sum->toDecimalString(), total);
+}
+
+void tst_AccountRules::replanFromAnEditedRow_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<int>("from");
+    QTest::addColumn<QString>("rounding");
+    QTest::addColumn<QString>("after");
+    // 9.000 after a down payment of 1.000 over five rows; the second typed as 2.500.
+    QTest::newRow("rest-equal") << "1800 2500 1800 1800 1800" << 2 << "0"
+                                << "1800 2500 1566.67 1566.67 1566.67";
+    QTest::newRow("cut-to-step") << "1800 2500 1800 1800 1800" << 2 << "10"
+                                 << "1800 2500 1560 1560 1560";
+    QTest::newRow("last-row-changes-nothing") << "1800 1800 1800 1800 2000" << 5 << "0"
+                                              << "1800 1800 1800 1800 2000";
+}
+
+void tst_AccountRules::replanFromAnEditedRow()
+{
+    QFETCH(QString, before);
+    QFETCH(int, from);
+    QFETCH(QString, rounding);
+    QFETCH(QString, after);
+    const base::Result<QList<Para>> r
+        = fees::TaksitleriYenidenDagit(amounts(before), from, tl("10000"), tl("1000"),
+                                       Para::fromDecimalString(rounding).value(), u"#,##0.00"_s);
+    QVERIFY(r);
+    QCOMPARE(*r, amounts(after));
+}
+
+void tst_AccountRules::applyingThePlan()
+{
+    HesapKaydi h;
+    h.taksitler = {DetaySatiri{4, {}, tl("1"), u"Senet"_s}};
+    fees::OtomatikPlan plan;
+    plan.aidatTanim = u"Öğrenim"_s;
+    plan.aidatTutari = tl("10000");
+    plan.pesinat = tl("1000");
+    fees::IskontoSecimi kardes{3, true, u"Kardeş"_s};
+    kardes.indirim = tl("1000");
+    plan.iskontolar = {kardes, fees::IskontoSecimi{5, false, u"Personel"_s}};
+    plan.taksitler = {{QDate(2025, 9, 5), tl("4000")}, {QDate(2025, 10, 5), tl("3999")}};
+    // 1 left over: refused, nothing changes.
+    const HesapKaydi before = h;
+    QCOMPARE(fees::OtomatikTaksitUygula(h, plan).error().text,
+             u"Taksitlerin toplamı tutmuyor: Kalan 1,00. Taksitleri düzeltiniz ya da planı "
+             "yeniden yapınız."_s);
+    QCOMPARE(h, before);
+    plan.taksitler[1].tutar = tl("4000");
+    QVERIFY(fees::OtomatikTaksitUygula(h, plan));
+    QCOMPARE(h.satir.iskontoTutari, tl("1000"));
+    QCOMPARE(h.iskontolar.size(), 1);
+    QCOMPARE(h.taksitler.size(), 2);
+    QCOMPARE(h.taksitler.at(1).sira, 2);
+    QCOMPARE(h.taksitler.at(0).odemeSekli, u"Senet"_s); // kept by position
+    QCOMPARE(fees::ToplamlariYenile(h).borc + h.satir.iskontoTutari, plan.aidatTutari);
+    // Discounts past the down payment: no plan.
+    kardes.indirim = tl("9500");
+    plan.iskontolar = {kardes};
+    QVERIFY(fees::OtomatikTaksitUygula(h, plan).error().text.contains(u"(500,00)"_s));
 }
 
 QTEST_MAIN(tst_AccountRules)
