@@ -5,6 +5,7 @@
 #include "fees/change_check.h"
 #include "fees/definitions.h"
 #include "fees/frm_aidat_list.h"
+#include "fees/frm_otomatik_taksit.h"
 #include "maintenance/school.h"
 #include "students/frm_ogrenci_list.h"
 #include "students/student_record.h"
@@ -386,8 +387,7 @@ QWidget *FrmOgrenciAidat::makeCommands()
     connect(m_satirSil, &QPushButton::clicked, this, &FrmOgrenciAidat::SatirSil);
     connect(m_taksidiOde, &QPushButton::clicked, this, &FrmOgrenciAidat::TaksidiOde);
     connect(m_aidatPenceresi, &QPushButton::clicked, this, &FrmOgrenciAidat::AidatPenceresi);
-    connect(m_otomatik, &QPushButton::clicked, this,
-            [this] { ui::notReady(QStringLiteral("Otomatik Taksitlendirme"), this); });
+    connect(m_otomatik, &QPushButton::clicked, this, &FrmOgrenciAidat::OtomatikTaksitlendirme);
     connect(m_cek, &QPushButton::clicked, this,
             [this] { ui::notReady(QStringLiteral("Çek Detay Bilgileri"), this); });
     connect(fis, &QPushButton::clicked, this,
@@ -838,6 +838,41 @@ void FrmOgrenciAidat::AidatPenceresi()
     if (!ui::passed(AidatEkle(yeni, **tanim)))
         return;
     m_hesap = yeni;
+    listeleriDoldur();
+    degisiklikKaydet(false);
+}
+
+void FrmOgrenciAidat::OtomatikTaksitlendirme()
+{
+    if (m_ogrKayitId <= 0 || m_saltOkunur || m_hesap.satir.aidatId < 1 || !ui::YazmaYetkisiVar())
+        return;
+    if (!Kaydet())
+        return;
+    // A plan is made anew only while nothing has been paid on the account.
+    if (!m_hesap.odemeler.isEmpty() || m_hesap.odenenPesinat) {
+        ui::notify(QStringLiteral("Aidat Değişikliği"),
+                   QStringLiteral("Bu aidata ödeme yapılmış; taksitleri otomatik olarak yeniden "
+                                  "planlanamaz."),
+                   ui::Icon::Warning, this);
+        return;
+    }
+    const base::Result<std::optional<AidatTanimi>> tanim
+        = AidatTaksitDetayGoster(m_db, m_hesap.satir.aidatId);
+    if (!tanim) {
+        ui::HataBildir(tanim.error());
+        return;
+    }
+    const base::Result<QList<IskontoTanimi>> standart = IskontoTanimlariOku(m_db);
+    if (!standart) {
+        ui::HataBildir(standart.error());
+        return;
+    }
+    AidatTanimi t = tanim->value_or(AidatTanimi{});
+    t.aidatTanim = m_hesap.satir.aidatTanim;
+    FrmOtomatikTaksit plan(m_hesap, t, *standart, this);
+    if (plan.exec() != QDialog::Accepted)
+        return;
+    m_hesap = plan.hesap();
     listeleriDoldur();
     degisiklikKaydet(false);
 }

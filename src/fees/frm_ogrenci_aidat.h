@@ -46,6 +46,9 @@ public:
     void TaksidiOde();
     // "Aidat Penceresi (F10)": gives the active line a fee, or replaces its fee.
     void AidatPenceresi();
+    // "&Otomatik Taksitlendirme": the active account planned anew from its fee, with its
+    // discounts.
+    void OtomatikTaksitlendirme();
     // "Satır A&ç" and "Satır &Sil" on the list that last had the focus.
     void SatirAc();
     void SatirSil();

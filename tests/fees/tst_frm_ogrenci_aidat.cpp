@@ -1,6 +1,7 @@
 #include "office_window.h"
 
 #include "fees/definitions.h"
+#include "fees/discounts.h"
 #include "fees/frm_ogrenci_aidat.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
@@ -89,6 +90,7 @@ class tst_FrmOgrenciAidat : public QObject
 
 private slots:
     void anOfficeTakesAFeeAndItsPayments();
+    void anAutomaticPlanWithASiblingDiscount();
     void aStudentHeldByAnotherUserIsNotOpened();
 };
 
@@ -174,6 +176,51 @@ void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
     QCOMPARE(screen->hesap().odemeler.size(), 1);
     QCOMPARE(screen->hesap().odemeler.first().sira, 1);
     QCOMPARE(testing::scalar(o.db(), u"SELECT Surum FROM OgrenciAidatTanim"_s).toString(), before);
+}
+
+void tst_FrmOgrenciAidat::anAutomaticPlanWithASiblingDiscount()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    QVERIFY(saveTuition(o.db()) > 0);
+    QList<fees::IskontoTanimi> standart
+        = {{0, u"Kardeş İndirimi"_s, tl("10"), fees::EsasTutardan, fees::Oran},
+           {0, u"Personel"_s, tl("500"), fees::KalanTutardan, fees::Tutar}};
+    QVERIFY(fees::IskontoTanimlariKaydet(o.db(), standart));
+    QVERIFY(addStudent(o.db()) > 0);
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    testing::ModalDriver driver;
+    driver.then([](QWidget *d) {
+        d->findChild<ui::Grid *>(u"vaSpread1"_s)->setCurrentCell(0, 0);
+        testing::click(d, u"cmdTamam"_s);
+    });
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10);
+    QApplication::setActiveWindow(o.window.get());
+
+    // Both discounts marked and worked out; the plan follows; Tamam puts it into the account.
+    QString kalan;
+    driver.then([&kalan](QWidget *d) {
+        auto *indirimler = d->findChild<ui::Grid *>(u"Spr_Indirim"_s);
+        for (int r = 0; r < indirimler->rowCount(); ++r) {
+            if (indirimler->text(r, 2) != u"Serbest İndirim"_s)
+                indirimler->setValue(r, 1, true);
+        }
+        testing::click(d, u"cmdYenidenHesapla"_s);
+        kalan = d->findChild<QLineEdit *>(u"txtKalan"_s)->text();
+        testing::click(d, u"cmdTamam"_s);
+    });
+    screen->findChild<QPushButton *>(u"cmdOtomatikTaksit"_s)->click();
+    QCOMPARE(driver.remaining(), 0);
+    QCOMPARE(kalan, u"0,00"_s);
+    // 10 % of 10.000, then 500 off what is left: 1.500 off, 8.500 owed, 1.000 of it down.
+    QCOMPARE(testing::scalar(o.db(), u"SELECT IskontoTutari FROM OgrenciAidatTanim"_s).toLongLong(),
+             tl("1500").raw());
+    QCOMPARE(testing::scalar(o.db(), u"SELECT Borc FROM OgrenciAidatTanim"_s).toLongLong(),
+             tl("8500").raw());
+    QCOMPARE(count(o.db(), u"OgrenciIskonto"_s), 2);
+    QCOMPARE(count(o.db(), u"OgrenciAidatDetay"_s, u"Sira > 0"_s), 5);
 }
 
 void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
