@@ -1,6 +1,7 @@
 #include "fees/frm_ogrenci_aidat.h"
 
 #include "base/turkish_text.h"
+#include "fees/account_extras.h"
 #include "fees/account_rules.h"
 #include "fees/change_check.h"
 #include "fees/definitions.h"
@@ -29,8 +30,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace fees {
 
@@ -173,6 +177,7 @@ void FrmOgrenciAidat::makeLayout()
     lists->addWidget(makeInstallmentPart(), 2);
     lists->addWidget(makePaymentPart(), 3);
     layout->addLayout(lists, 1);
+    layout->addWidget(makeLowerTabs());
     layout->addWidget(makeCommands());
     ui::moveWithEnter(this);
     ui::setTabOrder({m_numara, m_hesaplar, m_pesinat, m_taksitler, m_odemeSekliIsle,
@@ -227,7 +232,7 @@ QWidget *FrmOgrenciAidat::makeAccountPart()
          {QStringLiteral("KayitID"), ui::ColumnKind::Number, 0, false, true},
          {QStringLiteral("AidatID"), ui::ColumnKind::Number, 0, false, true},
          {QStringLiteral("İskonto Tutari(Gizli)"), ui::ColumnKind::Money, 0, false, true}});
-    m_hesaplar->setMaximumHeight(130);
+    m_hesaplar->setMaximumHeight(110);
     // Moving to another line loads that account.
     connect(m_hesaplar->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
@@ -405,6 +410,171 @@ QWidget *FrmOgrenciAidat::makeCommands()
     return bar;
 }
 
+QWidget *FrmOgrenciAidat::makeLowerTabs()
+{
+    auto *tabs = new QTabWidget(this);
+    tabs->setObjectName(QStringLiteral("tabAlt"));
+    tabs->setMaximumHeight(165);
+    const QString bicim = paraFormati();
+
+    m_indirimler = new ui::Grid(tabs);
+    m_indirimler->setObjectName(QStringLiteral("vaSpreadIndirim"));
+    m_indirimler->setColumns(
+        {{QStringLiteral("Açıklama"), ui::ColumnKind::Text, 260, false},
+         {QStringLiteral("Oran"),
+          ui::ColumnKind::Money,
+          90,
+          false,
+          false,
+          0,
+          {},
+          QStringLiteral("#,##0.00##")},
+         {QStringLiteral("Tutar"), ui::ColumnKind::Money, 120, false, false, 0, {}, bicim},
+         {QStringLiteral("ID"), ui::ColumnKind::Number, 0, false, true}});
+    tabs->addTab(m_indirimler, QStringLiteral("Yapılan İndiri&mler"));
+
+    m_faturalar = new ui::Grid(tabs);
+    m_faturalar->setObjectName(QStringLiteral("vaSpreadFatura"));
+    m_faturalar->setColumns(
+        {{QStringLiteral("Fatura Tarihi"), ui::ColumnKind::Date, 105, false},
+         {QStringLiteral("Fatura Tutarı"), ui::ColumnKind::Money, 120, false, false, 0, {}, bicim},
+         {QStringLiteral("Fatura No"), ui::ColumnKind::Number, 90, false},
+         {QStringLiteral("Kesildiği Ödeme"), ui::ColumnKind::Date, 120, false}});
+    tabs->addTab(m_faturalar, QStringLiteral("Fat&uralar"));
+
+    auto *burs = new QWidget(tabs);
+    m_burslar = new ui::Grid(burs);
+    m_burslar->setObjectName(QStringLiteral("vaSpreadBurs"));
+    m_burslar->setColumns(
+        {{QStringLiteral("Burs Türü"), ui::ColumnKind::Text, 110, false},
+         {QStringLiteral("Miktar"), ui::ColumnKind::Text, 120, true, false, 100},
+         {QStringLiteral("Burs %"),
+          ui::ColumnKind::Money,
+          80,
+          true,
+          false,
+          0,
+          {},
+          QStringLiteral("#,##0.00##"),
+          false},
+         {QStringLiteral("Açıklama"), ui::ColumnKind::Text, 300, true, false, 200}});
+    auto *not_ = new QLabel(QStringLiteral("Bu ekrandaki bilgiler sadece referans amaçlıdır. "
+                                           "Hesaplamalarda kullanılmamaktadır."),
+                            burs);
+    not_->setObjectName(QStringLiteral("lblBursNotu"));
+    not_->setWordWrap(true);
+    auto *kaydet
+        = ui::button(QStringLiteral("cmdBursDokumuKaydet"), QStringLiteral("Kaydet"), burs);
+    auto *liste = ui::button(QStringLiteral("cmdBursListe"), QStringLiteral("Liste"), burs);
+    auto *sil = ui::button(QStringLiteral("cmdBursSil"), QStringLiteral("Sil"), burs);
+    connect(kaydet, &QPushButton::clicked, this, &FrmOgrenciAidat::bursDokumuKaydet);
+    connect(liste, &QPushButton::clicked, this,
+            [this] { ui::notReady(QStringLiteral("Öğrenci Burs Listesi"), this); });
+    connect(sil, &QPushButton::clicked, this, &FrmOgrenciAidat::bursSil);
+    auto *yan = new QVBoxLayout;
+    yan->addWidget(not_);
+    yan->addWidget(kaydet);
+    yan->addWidget(liste);
+    yan->addWidget(sil);
+    yan->addStretch();
+    auto *bl = new QHBoxLayout(burs);
+    bl->setContentsMargins(4, 4, 4, 4);
+    bl->addWidget(m_burslar, 3);
+    bl->addLayout(yan, 1);
+    tabs->addTab(burs, QStringLiteral("&Burs"));
+    return tabs;
+}
+
+void FrmOgrenciAidat::indirimleriGoster()
+{
+    QList<IskontoSatiri> satirlar = m_hesap.iskontolar;
+    std::sort(satirlar.begin(), satirlar.end(), [](const IskontoSatiri &a, const IskontoSatiri &b) {
+        return a.iskontoId < b.iskontoId;
+    });
+    m_indirimler->clearRows();
+    base::Para toplam;
+    for (const IskontoSatiri &i : satirlar) {
+        const int r = m_indirimler->appendRow();
+        m_indirimler->setValue(r, 0, i.iskontoAdi);
+        m_indirimler->setValue(r, 1, QVariant::fromValue(i.iskontoOrani));
+        m_indirimler->setValue(r, 2, QVariant::fromValue(i.iskontoMiktari));
+        m_indirimler->setValue(r, 3, i.iskontoId);
+        toplam = toplam + i.iskontoMiktari;
+    }
+    const int r = m_indirimler->appendRow();
+    m_indirimler->setValue(r, 0, QStringLiteral("T O P L A M"));
+    m_indirimler->setValue(r, 2, QVariant::fromValue(toplam));
+}
+
+void FrmOgrenciAidat::faturalariGoster()
+{
+    m_faturalar->clearRows();
+    if (m_hesap.satir.kayitId <= 0)
+        return;
+    const base::Result<QList<FaturaSatiri>> faturalar
+        = FaturaListesi(m_db, m_ogrKayitId, m_hesap.satir.kayitId,
+                        users::durum().TaksitFatura == QLatin1String("1"));
+    if (!faturalar) {
+        ui::HataBildir(faturalar.error());
+        return;
+    }
+    for (const FaturaSatiri &f : *faturalar) {
+        const int r = m_faturalar->appendRow();
+        m_faturalar->setValue(r, 0, f.faturaTarihi);
+        m_faturalar->setValue(r, 1, QVariant::fromValue(f.faturaTutar));
+        m_faturalar->setValue(r, 2, f.faturaNo);
+        m_faturalar->setValue(r, 3,
+                              f.kesildigiOdeme.isValid() ? QVariant(f.kesildigiOdeme) : QVariant());
+    }
+}
+
+void FrmOgrenciAidat::bursDokumuAl()
+{
+    m_burslar->clearRows();
+    if (m_ogrKayitId <= 0)
+        return;
+    const base::Result<QList<BursSatiri>> burslar = BursDokumuAl(m_db, m_ogrKayitId);
+    if (!burslar) {
+        ui::HataBildir(burslar.error());
+        return;
+    }
+    for (const BursSatiri &b : *burslar) {
+        const int r = m_burslar->appendRow();
+        m_burslar->setValue(r, 0, b.bursAdi);
+        m_burslar->setValue(r, 1, b.miktar);
+        m_burslar->setValue(r, 2, b.oran.isZero() ? QVariant() : QVariant::fromValue(b.oran));
+        m_burslar->setValue(r, 3, b.aciklama);
+    }
+}
+
+void FrmOgrenciAidat::bursDokumuKaydet()
+{
+    if (m_ogrKayitId <= 0)
+        return;
+    QList<BursSatiri> satirlar;
+    for (int r = 0; r < m_burslar->rowCount(); ++r) {
+        satirlar.append(BursSatiri{m_burslar->text(r, 0), m_burslar->text(r, 1),
+                                   m_burslar->para(r, 2), m_burslar->text(r, 3)});
+    }
+    if (ui::passed(BursDokumuKaydet(m_db, m_ogrKayitId,
+                                    base::TamSayiCoz(m_numara->text()).value_or(0),
+                                    m_adSoyad->text(), satirlar)))
+        ui::notify(QStringLiteral("Bilgi"), QStringLiteral("Burs bilgileri kaydedildi."),
+                   ui::Icon::Information, this);
+}
+
+void FrmOgrenciAidat::bursSil()
+{
+    if (m_ogrKayitId <= 0)
+        return;
+    if (!ui::ask({QStringLiteral("Dikkat"),
+                  QStringLiteral("Öğrencinin burs bilgilerini silmek istiyor musunuz?")},
+                 this))
+        return;
+    if (ui::passed(BursSil(m_db, m_ogrKayitId)))
+        bursDokumuAl();
+}
+
 // ---- the student -----------------------------------------------------------------------------
 
 void FrmOgrenciAidat::ekranAyarla(const QVariantMap &ayar)
@@ -439,6 +609,7 @@ bool FrmOgrenciAidat::OgrenciGoster(qint64 ogrKayitId)
     m_adSoyad->setText(k.adi() + QLatin1Char(' ') + k.soyadi());
     m_sinif->setText(QStringLiteral("Sınıfı : ") + k.sinif());
     OgrenciAidatTanimGoster();
+    bursDokumuAl();
     // On opening, the position of today's month.
     const QDate bugun = QDate::currentDate();
     genelKutulariGoster(QDate(bugun.year(), bugun.month(), 1));
@@ -585,6 +756,8 @@ void FrmOgrenciAidat::listeleriDoldur()
                                  ? base::Bicimle(m_hesap.odenenPesinat->tutar, paraFormati())
                                  : QString());
     m_pesinatTarihi->setDate(m_hesap.odenenPesinat ? m_hesap.odenenPesinat->tarih : QDate());
+    indirimleriGoster();
+    faturalariGoster();
     m_dolduruluyor = false;
     cekDugmesiniAyarla();
 }

@@ -74,6 +74,12 @@ private:
     QWidget *makeInstallmentPart();
     QWidget *makePaymentPart();
     QWidget *makeCommands();
+    QWidget *makeLowerTabs();
+    void indirimleriGoster();
+    void faturalariGoster();
+    void bursDokumuAl();
+    void bursDokumuKaydet();
+    void bursSil();
 
     void ogrenciNumarasiGirildi();
     void ogrenciListesi();
@@ -128,6 +134,9 @@ private:
     QPushButton *m_satirSil = nullptr;
     QPushButton *m_kaydet = nullptr;
     ui::Grid *m_sonListe = nullptr;
+    ui::Grid *m_indirimler = nullptr;
+    ui::Grid *m_faturalar = nullptr;
+    ui::Grid *m_burslar = nullptr;
 };
 
 } // namespace fees

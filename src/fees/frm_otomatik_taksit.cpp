@@ -27,7 +27,8 @@ enum { InId, InIsaret, InAciklama, InEsas, InTip, InDeger, InMatrah, InIndirim }
 
 const QStringList &esaslar()
 {
-    static const QStringList s = {QStringLiteral("Esas Tutardan"), QStringLiteral("Kalan Tutardan")};
+    static const QStringList s
+        = {QStringLiteral("Esas Tutardan"), QStringLiteral("Kalan Tutardan")};
     return s;
 }
 
@@ -101,8 +102,15 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
     m_plan = new ui::Grid(this);
     m_plan->setObjectName(QStringLiteral("vaSpread2"));
     m_plan->setColumns({{QStringLiteral("Ödeme Tarihi"), ui::ColumnKind::Date, 105},
-                        {QStringLiteral("Taksit Tutarı"), ui::ColumnKind::Money, 120, true, false,
-                         0, {}, m_bicim, false}});
+                        {QStringLiteral("Taksit Tutarı"),
+                         ui::ColumnKind::Money,
+                         120,
+                         true,
+                         false,
+                         0,
+                         {},
+                         m_bicim,
+                         false}});
     m_plan->horizontalHeader()->setStretchLastSection(true);
     connect(m_plan, &ui::Grid::cellEdited, this, &FrmOtomatikTaksit::planRowEdited);
 
@@ -116,11 +124,30 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
          {QStringLiteral("Hesaplanacak Tutar Türü"), ui::ColumnKind::Combo, 150, true, false, 20,
           esaslar()},
          {QStringLiteral("Tipi"), ui::ColumnKind::Combo, 70, true, false, 10, tipler()},
-         {QStringLiteral("İskonto"), ui::ColumnKind::Money, 90, true, false, 0, {},
-          QStringLiteral("#,##0.00##"), false},
-         {QStringLiteral("Hesaplama Tutarı"), ui::ColumnKind::Money, 110, false, false, 0, {},
+         {QStringLiteral("İskonto"),
+          ui::ColumnKind::Money,
+          90,
+          true,
+          false,
+          0,
+          {},
+          QStringLiteral("#,##0.00##"),
+          false},
+         {QStringLiteral("Hesaplama Tutarı"),
+          ui::ColumnKind::Money,
+          110,
+          false,
+          false,
+          0,
+          {},
           m_bicim},
-         {QStringLiteral("İndirilecek Tutar"), ui::ColumnKind::Money, 110, false, false, 0, {},
+         {QStringLiteral("İndirilecek Tutar"),
+          ui::ColumnKind::Money,
+          110,
+          false,
+          false,
+          0,
+          {},
           m_bicim}});
     connect(m_indirimler, &ui::Grid::cellEdited, this, [this] {
         if (!m_filling)
@@ -128,9 +155,9 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
     });
     auto *yeniden = ui::button(QStringLiteral("cmdYenidenHesapla"),
                                QStringLiteral("İskontoları &Yeniden Hesapla"), indirimler);
-    auto *standartlar = ui::button(QStringLiteral("cmdStandartGuncelle"),
-                                   QStringLiteral("Standart İskontoları Öğrenciye &Güncelle"),
-                                   indirimler);
+    auto *standartlar
+        = ui::button(QStringLiteral("cmdStandartGuncelle"),
+                     QStringLiteral("Standart İskontoları Öğrenciye &Güncelle"), indirimler);
     connect(yeniden, &QPushButton::clicked, this, &FrmOtomatikTaksit::IskontolariYenidenHesapla);
     connect(standartlar, &QPushButton::clicked, this,
             &FrmOtomatikTaksit::StandartIskontolariGuncelle);
@@ -142,7 +169,8 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
     ib->addStretch();
     il->addLayout(ib);
 
-    auto *planla = ui::button(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme &Planı"), this);
+    auto *planla
+        = ui::button(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme &Planı"), this);
     auto *tamam = ui::button(QStringLiteral("cmdTamam"), QStringLiteral("&Tamam"), this);
     auto *iptal = ui::button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), this);
     connect(planla, &QPushButton::clicked, this, &FrmOtomatikTaksit::TaksitPlanla);
@@ -208,7 +236,8 @@ void FrmOtomatikTaksit::fillPlan(const QList<TaksitSatiri> &rows)
     m_plan->clearRows();
     for (const TaksitSatiri &t : rows) {
         const int r = m_plan->appendRow();
-        m_plan->setValue(r, PlTarih, t.odemeTarihi.isValid() ? QVariant(t.odemeTarihi) : QVariant());
+        m_plan->setValue(r, PlTarih,
+                         t.odemeTarihi.isValid() ? QVariant(t.odemeTarihi) : QVariant());
         m_plan->setValue(r, PlTutar, QVariant::fromValue(t.tutar));
     }
     m_filling = false;
@@ -242,8 +271,8 @@ QList<IskontoSecimi> FrmOtomatikTaksit::readDiscounts() const
         s.id = m_indirimler->number(r, InId);
         s.isaretli = m_indirimler->checked(r, InIsaret);
         s.aciklama = m_indirimler->text(r, InAciklama);
-        s.kalanTutardan = esaslar().indexOf(m_indirimler->text(r, InEsas)) == 1 ? KalanTutardan
-                                                                                : EsasTutardan;
+        s.kalanTutardan
+            = esaslar().indexOf(m_indirimler->text(r, InEsas)) == 1 ? KalanTutardan : EsasTutardan;
         s.tipi = tipler().indexOf(m_indirimler->text(r, InTip)) == 1 ? Tutar : Oran;
         s.deger = m_indirimler->para(r, InDeger);
         s.matrah = m_indirimler->para(r, InMatrah);
@@ -293,8 +322,9 @@ void FrmOtomatikTaksit::TaksitPlanla()
         return;
     }
     if (plan->durum == PlanDurumu::TaksitYok) {
-        ui::notify(QStringLiteral("UYARI"), QStringLiteral("Taksit Sayısı Girilmedi. Lütfen Giriniz."),
-                   ui::Icon::Warning, this);
+        ui::notify(QStringLiteral("UYARI"),
+                   QStringLiteral("Taksit Sayısı Girilmedi. Lütfen Giriniz."), ui::Icon::Warning,
+                   this);
         m_taksitSayisi->setFocus();
         return;
     }
@@ -308,9 +338,9 @@ void FrmOtomatikTaksit::planRowEdited(int row, int column)
         return;
     if (column == PlTutar) {
         // The rows below are spread anew; those above stay.
-        const base::Result<QList<Para>> yeni = TaksitleriYenidenDagit(
-            amounts(), row + 1, box(m_aidatTutari) - box(m_iskonto), box(m_pesinat),
-            users::durum().TaksitYuvarlama, m_bicim);
+        const base::Result<QList<Para>> yeni
+            = TaksitleriYenidenDagit(amounts(), row + 1, box(m_aidatTutari) - box(m_iskonto),
+                                     box(m_pesinat), users::durum().TaksitYuvarlama, m_bicim);
         if (!yeni) {
             ui::HataBildir(yeni.error());
             return;
@@ -326,8 +356,8 @@ void FrmOtomatikTaksit::planRowEdited(int row, int column)
 void FrmOtomatikTaksit::IskontolariYenidenHesapla()
 {
     QList<IskontoSecimi> liste = readDiscounts();
-    const base::Result<Para> toplam = fees::IskontolariYenidenHesapla(liste, box(m_aidatTutari),
-                                                                      m_bicim);
+    const base::Result<Para> toplam
+        = fees::IskontolariYenidenHesapla(liste, box(m_aidatTutari), m_bicim);
     if (!toplam) {
         ui::HataBildir(toplam.error());
         return;

@@ -221,6 +221,25 @@ void tst_FrmOgrenciAidat::anAutomaticPlanWithASiblingDiscount()
              tl("8500").raw());
     QCOMPARE(count(o.db(), u"OgrenciIskonto"_s), 2);
     QCOMPARE(count(o.db(), u"OgrenciAidatDetay"_s, u"Sira > 0"_s), 5);
+    auto *yapilan = screen->findChild<ui::Grid *>(u"vaSpreadIndirim"_s);
+    QCOMPARE(yapilan->rowCount(), 3);
+    QCOMPARE(yapilan->text(2, 0), u"T O P L A M"_s);
+    QCOMPARE(yapilan->text(2, 2), u"1.500,00"_s);
+
+    // A scholarship is a note: kept, shown again, and in no sum.
+    auto *burs = screen->findChild<ui::Grid *>(u"vaSpreadBurs"_s);
+    QCOMPARE(burs->rowCount(), 5);
+    QApplication::setActiveWindow(o.window.get());
+    pressLetter(screen, Qt::Key_B);
+    QVERIFY(burs->isVisible());
+    testing::typeCell(burs, 1, 1, u"Yarım"_s);
+    testing::typeCell(burs, 1, 2, u"50"_s);
+    testing::click(screen, u"cmdBursDokumuKaydet"_s);
+    QCOMPARE(testing::scalar(o.db(), u"SELECT BursAdi || '/' || BursMiktari FROM OgrenciBurs"_s)
+                 .toString(),
+             u"Yemek/Yarım"_s);
+    QCOMPARE(testing::scalar(o.db(), u"SELECT Borc FROM OgrenciAidatTanim"_s).toLongLong(),
+             tl("8500").raw());
 }
 
 void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
