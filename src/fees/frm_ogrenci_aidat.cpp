@@ -177,7 +177,7 @@ void FrmOgrenciAidat::makeLayout()
     lists->addWidget(makeInstallmentPart(), 2);
     lists->addWidget(makePaymentPart(), 3);
     layout->addLayout(lists, 1);
-    layout->addWidget(makeLowerTabs());
+    layout->addWidget(makeLowerTabs(), 0);
     layout->addWidget(makeCommands());
     ui::moveWithEnter(this);
     ui::setTabOrder({m_numara, m_hesaplar, m_pesinat, m_taksitler, m_odemeSekliIsle,
@@ -414,7 +414,7 @@ QWidget *FrmOgrenciAidat::makeLowerTabs()
 {
     auto *tabs = new QTabWidget(this);
     tabs->setObjectName(QStringLiteral("tabAlt"));
-    tabs->setMaximumHeight(165);
+    tabs->setMaximumHeight(115);
     const QString bicim = paraFormati();
 
     m_indirimler = new ui::Grid(tabs);
