@@ -18,8 +18,8 @@ base::Result<QList<FaturaSatiri>> FaturaListesi(store::Database &db, qint64 ogrK
                                                 qint64 kayitId, bool taksitFatura)
 {
     // The date of the first row that carries the invoice's number.
-    const QString table = taksitFatura ? QStringLiteral("OgrenciAidatDetay")
-                                       : QStringLiteral("OgrenciAidatOdeme");
+    const QString table
+        = taksitFatura ? QStringLiteral("OgrenciAidatDetay") : QStringLiteral("OgrenciAidatOdeme");
     store::Query q(db, QStringLiteral("SELECT F.FaturaTarihi, F.FaturaTutar, F.FaturaNo, "
                                       "(SELECT MIN(R.OdemeTarihi) FROM %1 R WHERE "
                                       "R.Fatura_ID = F.FaturaNo AND R.KayitID = F.KayitID) "
@@ -32,17 +32,17 @@ base::Result<QList<FaturaSatiri>> FaturaListesi(store::Database &db, qint64 ogrK
     }
     QList<FaturaSatiri> out;
     while (q.next()) {
-        out.append(FaturaSatiri{q.dateTime(0).date(), q.para(1), q.integer(2),
-                                q.dateTime(3).date()});
+        out.append(
+            FaturaSatiri{q.dateTime(0).date(), q.para(1), q.integer(2), q.dateTime(3).date()});
     }
     return out;
 }
 
 const QStringList &BursTurleri()
 {
-    static const QStringList s = {QStringLiteral("Eğitim"), QStringLiteral("Yemek"),
-                                  QStringLiteral("Servis"), QStringLiteral("Kitap"),
-                                  QStringLiteral("Etüt")};
+    static const QStringList s
+        = {QStringLiteral("Eğitim"), QStringLiteral("Yemek"), QStringLiteral("Servis"),
+           QStringLiteral("Kitap"), QStringLiteral("Etüt")};
     return s;
 }
 

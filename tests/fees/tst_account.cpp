@@ -133,6 +133,8 @@ private slots:
     void rowsKeepTheirSiraAndOnlyRealRowsAreWritten();
     void aSaveOverAnotherWorkstationsWriteIsRefused_data() { testing::addEngineRows(); }
     void aSaveOverAnotherWorkstationsWriteIsRefused();
+    void twoWorkstationsSavingAtOnceLoseNothing_data() { testing::addEngineRows(); }
+    void twoWorkstationsSavingAtOnceLoseNothing();
     void aFailedSaveWritesNothing_data() { testing::addEngineRows(); }
     void aFailedSaveWritesNothing();
     void inInvoiceModePaymentsTakeTheirInvoices_data() { testing::addEngineRows(); }
@@ -252,6 +254,54 @@ void tst_Account::aSaveOverAnotherWorkstationsWriteIsRefused()
     // Read again, the account saves.
     HesapKaydi fresh = *fees::HesapOku(db, h.satir.kayitId, false);
     QVERIFY(kaydet(db, fresh));
+}
+
+void tst_Account::twoWorkstationsSavingAtOnceLoseNothing()
+{
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    QList<qint64> hesaplar;
+    for (qint64 ogrenci : {1, 2}) {
+        addStudent(db, ogrenci);
+        HesapKaydi h = tuition();
+        h.satir.ogrKayitId = ogrenci;
+        QVERIFY(kaydet(db, h));
+        hesaplar << h.satir.kayitId;
+    }
+    // Each workstation pays twenty times on its own student, reading the account anew each
+    // time, as the screen does after its save.
+    const QStringList failures = testing::raceTwo(s.settings(), [&](store::Database &w, int which) {
+        for (int i = 0; i < 20; ++i) {
+            const base::Result<HesapKaydi> read = fees::HesapOku(w, hesaplar.at(which), false);
+            if (!read)
+                return read.error().text;
+            HesapKaydi h = *read;
+            OdemeSatiri o;
+            o.elle = true;
+            o.sira = fees::YeniSira(h.odemeler);
+            o.odemeTarihi = gun(2025, 11, 1);
+            o.odenen = tl("10");
+            h.odemeler.append(o);
+            const base::Result<fees::HesapKayitSonucu> r = fees::HesapKaydet(w, h, s_baglam);
+            if (!r)
+                return r.error().text;
+        }
+        return QString();
+    });
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(u"; "_s)));
+    for (qint64 hesap : hesaplar) {
+        QCOMPARE(testing::scalar(db,
+                                 u"SELECT count(*) FROM OgrenciAidatOdeme WHERE KayitID = ? "
+                                 "AND Sira > 0"_s,
+                                 {hesap})
+                     .toInt(),
+                 2 + 20);
+        QCOMPARE(
+            testing::scalar(db, u"SELECT Kalan FROM OgrenciAidatTanim WHERE KayitID = ?"_s, {hesap})
+                .toLongLong(),
+            tl("5749.50").raw());
+    }
 }
 
 void tst_Account::aFailedSaveWritesNothing()
