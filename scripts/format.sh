@@ -20,6 +20,11 @@ if [ "${1:-}" = "--check" ]; then
         printf '  %s\n' "${differ[@]}" >&2
         exit 1
     fi
+    # A Turkish letter in a Latin-1 literal is read as two other letters: "Çek" never matches.
+    if grep -nP 'QLatin1(String|StringView|Char)\((\"[^"]*|\x27)[^\x00-\x7F]' "${files[@]}" >&2; then
+        echo "Turkish letters in a Latin-1 literal above: use QStringLiteral or u\"...\"_s" >&2
+        exit 1
+    fi
     echo "Format: ${#files[@]} files as .clang-format wants them"
 else
     "$formatter" --style=file -i "${files[@]}"

@@ -38,6 +38,19 @@ base::Result<QList<FaturaSatiri>> FaturaListesi(store::Database &db, qint64 ogrK
     return out;
 }
 
+base::Result<QStringList> BankaAdlari(store::Database &db)
+{
+    store::Query q(db, QStringLiteral("SELECT BankaAdi FROM Bankalar ORDER BY BankaAdi"));
+    if (!q.exec()) {
+        return q.error(QStringLiteral("FrmCekBilgisi:BankaYukle"));
+    }
+    QStringList out;
+    while (q.next()) {
+        out << q.text(0);
+    }
+    return out;
+}
+
 const QStringList &BursTurleri()
 {
     static const QStringList s

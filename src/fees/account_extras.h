@@ -31,6 +31,9 @@ struct FaturaSatiri
 base::Result<QList<FaturaSatiri>> FaturaListesi(store::Database &db, qint64 ogrKayitId,
                                                 qint64 kayitId, bool taksitFatura);
 
+// The banks the school works with, by name, for the cheque details.
+base::Result<QStringList> BankaAdlari(store::Database &db);
+
 // The five kinds of scholarship, in the order the tab lists them.
 const QStringList &BursTurleri();
 

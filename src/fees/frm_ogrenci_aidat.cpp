@@ -6,6 +6,7 @@
 #include "fees/change_check.h"
 #include "fees/definitions.h"
 #include "fees/frm_aidat_list.h"
+#include "fees/frm_cek_bilgisi.h"
 #include "fees/frm_otomatik_taksit.h"
 #include "maintenance/school.h"
 #include "students/frm_ogrenci_list.h"
@@ -359,7 +360,9 @@ QWidget *FrmOgrenciAidat::makePaymentPart()
     if (users::durum().FisNoKilitle)
         m_odemeler->setColumnEditable(OdFisNo, false);
     connect(m_odemeler, &ui::Grid::cellEdited, this, &FrmOgrenciAidat::odemeDuzenlendi);
-    connect(m_odemeler, &ui::Grid::cellLeft, this, [this](int, int) { cekDugmesiniAyarla(); });
+    // The cheque button follows the row the cursor is on.
+    connect(m_odemeler->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this] { cekDugmesiniAyarla(); });
     auto *ust = new QHBoxLayout;
     ust->addWidget(odenenEtiketi);
     ust->addWidget(m_odenenPesinat);
@@ -393,8 +396,7 @@ QWidget *FrmOgrenciAidat::makeCommands()
     connect(m_taksidiOde, &QPushButton::clicked, this, &FrmOgrenciAidat::TaksidiOde);
     connect(m_aidatPenceresi, &QPushButton::clicked, this, &FrmOgrenciAidat::AidatPenceresi);
     connect(m_otomatik, &QPushButton::clicked, this, &FrmOgrenciAidat::OtomatikTaksitlendirme);
-    connect(m_cek, &QPushButton::clicked, this,
-            [this] { ui::notReady(QStringLiteral("Çek Detay Bilgileri"), this); });
+    connect(m_cek, &QPushButton::clicked, this, &FrmOgrenciAidat::cekBilgisi);
     connect(fis, &QPushButton::clicked, this,
             [this] { ui::notReady(QStringLiteral("Ödeme Fişi Basımı"), this); });
     connect(m_kaydet, &QPushButton::clicked, this, [this] { Kaydet(); });
@@ -949,11 +951,32 @@ void FrmOgrenciAidat::kasayaAktar()
                ui::Icon::Information, this);
 }
 
+void FrmOgrenciAidat::cekBilgisi()
+{
+    const int row = m_odemeler->currentRowIndex();
+    if (row < 0 || row >= m_hesap.odemeler.size() || !ui::YazmaYetkisiVar())
+        return;
+    const base::Result<QStringList> bankalar = BankaAdlari(m_db);
+    if (!bankalar) {
+        ui::HataBildir(bankalar.error());
+        return;
+    }
+    FrmCekBilgisi cek(m_hesap.odemeler.at(row), *bankalar, this);
+    cek.exec();
+    const OdemeSatiri o = cek.odeme();
+    if (o == m_hesap.odemeler.at(row))
+        return;
+    m_hesap.odemeler[row] = o;
+    listeleriDoldur();
+    m_odemeler->setCurrentCell(row, OdAciklama);
+    degisiklikKaydet(false);
+}
+
 void FrmOgrenciAidat::cekDugmesiniAyarla()
 {
     const int r = m_odemeler->currentRowIndex();
     m_cek->setEnabled(r >= 0 && r < m_odemeler->rowCount()
-                      && m_odemeler->text(r, OdSekil) == QLatin1String("Çek"));
+                      && m_odemeler->text(r, OdSekil) == QStringLiteral("Çek"));
 }
 
 // ---- commands --------------------------------------------------------------------------------

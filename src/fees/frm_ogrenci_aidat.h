@@ -96,6 +96,8 @@ private:
     void degisiklikKaydet(bool tutarDegisti);
     void kasayaAktar();
     void cekDugmesiniAyarla();
+    // "Çek Detayı": the cheque's number, bank, branch, endorsement and due date of the row.
+    void cekBilgisi();
     int aktifHesapSatiri() const;
     ui::Grid *sonListe() const;
 

@@ -150,6 +150,25 @@ void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
     QCOMPARE(hesaplar->text(0, 3), u"7.300,00"_s);
     QCOMPARE(odemeler->rowCount(), 3);
 
+    // Paid by cheque: its details are kept on the row, its number in the note.
+    testing::typeCell(odemeler, 1, 2, u"Çek"_s);
+    auto *cek = screen->findChild<QPushButton *>(u"cmdCekDetay"_s);
+    QVERIFY(cek->isEnabled());
+    driver.then([](QWidget *d) {
+        testing::typeInto(d, u"txtCekNo"_s, u"A-123456"_s);
+        testing::typeInto(d, u"txtSube"_s, u"Kadıköy"_s);
+        testing::click(d, u"cmdCikis"_s);
+    });
+    cek->click();
+    QCOMPARE(driver.remaining(), 0);
+    QCOMPARE(testing::scalar(o.db(),
+                             u"SELECT Ogr_Cari_Durum_Aciklamasi || '/' || Sube || '/' "
+                             "|| OdemeSekli FROM OgrenciAidatOdeme WHERE Odenen = ?"_s,
+                             {QVariant::fromValue(tl("900").raw())})
+                 .toString(),
+             u"A-123456/Kadıköy/C"_s);
+    QApplication::setActiveWindow(o.window.get());
+
     // Deleted after its question, which Enter would have answered No.
     odemeler->setFocus();
     odemeler->setCurrentCell(1, 1);
