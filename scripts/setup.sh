@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ ccache pkg-config clang-format
     qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql libgl-dev
-    libsqlite3-dev libsodium-dev
+    libsqlite3-dev libsodium-dev libxlsxwriter-dev python3-openpyxl
     postgresql
     fonts-dejavu-core
 )

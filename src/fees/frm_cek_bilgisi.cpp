@@ -15,8 +15,7 @@
 
 namespace fees {
 
-FrmCekBilgisi::FrmCekBilgisi(const OdemeSatiri &odeme, const QStringList &bankalar,
-                             QWidget *parent)
+FrmCekBilgisi::FrmCekBilgisi(const OdemeSatiri &odeme, const QStringList &bankalar, QWidget *parent)
     : QDialog(parent)
     , m_odeme(odeme)
 {

@@ -1,6 +1,7 @@
 #include "fees/screens.h"
 
 #include "fees/frm_aidat_tanimlama.h"
+#include "fees/frm_log.h"
 #include "fees/frm_ogrenci_aidat.h"
 #include "ui/screen_registry.h"
 
@@ -10,6 +11,9 @@ void EkranlariKaydet()
 {
     ui::EkranKaydet(QStringLiteral("FrmAidatTanimlama"), [](const ui::EkranBaglami &b) {
         return static_cast<QWidget *>(new FrmAidatTanimlama(b.db));
+    });
+    ui::EkranKaydet(QStringLiteral("Frm_Log"), [](const ui::EkranBaglami &b) {
+        return static_cast<QWidget *>(new FrmLog(b.db));
     });
     ui::EkranKaydet(QStringLiteral("FrmOgrenciAidat"), [](const ui::EkranBaglami &b) {
         auto *ekran = new FrmOgrenciAidat(b.db);

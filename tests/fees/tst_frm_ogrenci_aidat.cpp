@@ -2,16 +2,22 @@
 
 #include "fees/definitions.h"
 #include "fees/discounts.h"
+#include "fees/frm_log.h"
 #include "fees/frm_ogrenci_aidat.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
 #include "ui/screen_registry.h"
 #include "users/record_lock.h"
 
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QProcess>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -92,6 +98,7 @@ private slots:
     void anOfficeTakesAFeeAndItsPayments();
     void anAutomaticPlanWithASiblingDiscount();
     void aStudentHeldByAnotherUserIsNotOpened();
+    void theChangeLogListsAndExports();
 };
 
 void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
@@ -277,6 +284,65 @@ void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
         = qobject_cast<fees::FrmOgrenciAidat *>(o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
     QCOMPARE(screen->ogrKayitId(), qint64(0));
     QCOMPARE(o.messages.texts().value(0), users::KilitMesaji(u"Ayşe"_s));
+}
+
+void tst_FrmOgrenciAidat::theChangeLogListsAndExports()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    QVERIFY(saveTuition(o.db()) > 0);
+    QVERIFY(addStudent(o.db()) > 0);
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    testing::ModalDriver driver;
+    driver.then([](QWidget *d) {
+        d->findChild<ui::Grid *>(u"vaSpread1"_s)->setCurrentCell(0, 0);
+        testing::click(d, u"cmdTamam"_s);
+    });
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10);
+    QApplication::setActiveWindow(o.window.get());
+    auto *taksitler = screen->findChild<ui::Grid *>(u"vaSpread2"_s);
+    taksitler->setFocus();
+    taksitler->setCurrentCell(1, 0);
+    pressLetter(screen, Qt::Key_D);
+    screen->closeWindow();
+
+    // The payment written this month, by this user, as the log keeps it.
+    QWidget *log = o.open(u"popLogGoster"_s, u"Frm_Log"_s);
+    QVERIFY(log);
+    log->findChild<QComboBox *>(u"cmbTablo"_s)->setCurrentText(u"OgrenciAidatOdeme"_s);
+    for (const QString &box : {u"txtIlkTarih"_s, u"txtSonTarih"_s}) {
+        auto *tarih = log->findChild<QLineEdit *>(box);
+        tarih->setFocus();
+        tarih->selectAll();
+        testing::typeText(tarih, QDate::currentDate().toString(u"ddMMyyyy"_s));
+    }
+    testing::click(log, u"cmdListele"_s);
+    auto *liste = log->findChild<ui::Grid *>(u"vaSpread1"_s);
+    QCOMPARE(liste->rowCount(), 1);
+    QCOMPARE(liste->text(0, 0), u"101"_s);
+    QCOMPARE(liste->text(0, 4), u"05.10.2025"_s);
+    QCOMPARE(liste->text(0, 5), u"1.800,00"_s);
+    QCOMPARE(liste->text(0, 12), u"Yeni Kayıt"_s);
+
+    // The workbook reads back in another program.
+    QTemporaryDir dir;
+    const QString file = dir.filePath(u"LOG_odeme.xlsx"_s);
+    QVERIFY(qobject_cast<fees::FrmLog *>(log)->ExcelAktar(file));
+    QCOMPARE(o.messages.texts().last(),
+             QDir::toNativeSeparators(file) + u" EXCEL dosyası oluşturuldu."_s);
+    QProcess reader;
+    // Debian's own interpreter, which the python3-openpyxl package serves.
+    reader.start(QFileInfo::exists(u"/usr/bin/python3"_s) ? u"/usr/bin/python3"_s : u"python3"_s,
+                 {u"-c"_s,
+                  u"import openpyxl,sys; s=openpyxl.load_workbook(sys.argv[1]).active; "
+                  "print(s.cell(1,1).value, s.cell(2,6).value, s.cell(2,13).value, "
+                  "sep='|')"_s,
+                  file});
+    QVERIFY(reader.waitForFinished(20000));
+    QCOMPARE(QString::fromUtf8(reader.readAllStandardOutput()).trimmed(),
+             u"Öğr. No|1.800,00|Yeni Kayıt"_s);
 }
 
 QTEST_MAIN(tst_FrmOgrenciAidat)

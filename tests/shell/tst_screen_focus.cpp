@@ -68,7 +68,8 @@ const QList<QPair<const char *, const char *>> s_screens
        {"popAidatTanimlama", "FrmAidatTanimlama"},
        {"popHizliOgrenciGirisi", "FrmHizliOgrenciKayit"},
        {"popSinifAtlatma", "Form_Sinif_Atlatma"},
-       {"popTopluBorcSinifDegistirme", "FrmTopluSinifDegistirme"}};
+       {"popTopluBorcSinifDegistirme", "FrmTopluSinifDegistirme"},
+       {"popLogGoster", "Frm_Log"}};
 
 // One row a screen, or one for each way of closing it.
 void addScreenRows(const QStringList &ways = {})
