@@ -783,6 +783,7 @@ base::Status Database::attachYear(int calismaId)
 
 void Database::detachYear()
 {
+    forgetStatements();
     if (m_openYear == 0 && engine() == Engine::PostgreSQL)
         return;
     if (m_sql.isOpen()) {
@@ -808,10 +809,52 @@ void Database::close()
     }
     ++m_generation;
     detachYear();
+    forgetStatements();
     if (m_sql.isOpen())
         m_sql.close();
     m_globalOpen = false;
     forgetSession(this);
+}
+
+std::optional<QSqlQuery> Database::takeStatement(const QString &sqlText, bool allowing)
+{
+    const auto found = m_idleStatements.find(sqlText);
+    if (found == m_idleStatements.end()) {
+        return std::nullopt;
+    }
+    QList<IdleStatement> &idle = found.value();
+    for (qsizetype i = idle.size() - 1; i >= 0; --i) {
+        if (idle[i].allowing == allowing) {
+            QSqlQuery query = std::move(idle[i].query);
+            idle.removeAt(i);
+            return query;
+        }
+    }
+    return std::nullopt;
+}
+
+void Database::keepStatement(const QString &sqlText, QSqlQuery query, bool allowing)
+{
+    // PostgreSQL's prepared statements stay with the server; only SQLite's are kept here.
+    if (engine() != Engine::SQLite || !m_sql.isOpen()) {
+        return;
+    }
+    // Reset, so that it holds no read of any file while it waits.
+    query.finish();
+    // A program names its statements in its code: a few hundred texts at most. A text made
+    // with values in it would grow the list without end, which a limit stops.
+    if (m_idleStatements.size() >= 512) {
+        m_idleStatements.clear();
+    }
+    QList<IdleStatement> &idle = m_idleStatements[sqlText];
+    if (idle.size() < 4) {
+        idle.append(IdleStatement{std::move(query), allowing});
+    }
+}
+
+void Database::forgetStatements()
+{
+    m_idleStatements.clear();
 }
 
 void Database::endOfTransaction()
@@ -906,14 +949,30 @@ base::Status Database::execControl(const QString &sqlText, const QString &label)
 
 Query::Query(Database &db, const QString &sqlText)
     : m_db(db)
+    , m_generation(db.m_generation)
     , m_query(db.sql())
     , m_sql(sqlText)
 {
+    // Compiling a statement costs about as much as running a small one: an idle one of the
+    // same text is taken instead.
+    if (std::optional<QSqlQuery> idle = db.takeStatement(m_sql, writeGuardAllows())) {
+        m_query = std::move(*idle);
+        m_preparedAllowing = writeGuardAllows();
+        m_prepared = true;
+        return;
+    }
     // On PostgreSQL a forward-only result streams row by row, and a second statement run while
     // it is read would cut it short; results are fetched whole there, so that a screen may look
     // something up while it walks a list.
     m_query.setForwardOnly(db.engine() == Engine::SQLite);
     prepare();
+}
+
+Query::~Query()
+{
+    if (m_prepared && !m_bindError && m_generation == m_db.m_generation) {
+        m_db.keepStatement(m_sql, std::move(m_query), m_preparedAllowing);
+    }
 }
 
 void Query::prepare()
