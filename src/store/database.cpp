@@ -269,6 +269,80 @@ void showMessage(const base::Bildiri &notice)
 
 // ---- errors and values ---------------------------------------------------------------------
 
+namespace {
+
+// Dates pass between SQLite and the program as "yyyy-MM-dd HH:mm:ss" on every row read and
+// every value bound; Qt's formatted conversions read their format text each time, which cost
+// more than the statement itself. These do the same fixed forms by hand.
+
+// The number written in `text[from, from + count)`, or -1 when a character is no digit.
+int digits(QStringView text, qsizetype from, qsizetype count)
+{
+    int n = 0;
+    for (qsizetype i = from; i < from + count; ++i) {
+        const char16_t c = text[i].unicode();
+        if (c < u'0' || c > u'9')
+            return -1;
+        n = n * 10 + (c - u'0');
+    }
+    return n;
+}
+
+// "yyyy-MM-dd" at the start of the text; invalid otherwise.
+QDate isoDate(QStringView text)
+{
+    if (text.size() < 10 || text[4] != QLatin1Char('-') || text[7] != QLatin1Char('-'))
+        return QDate();
+    const int y = digits(text, 0, 4);
+    const int m = digits(text, 5, 2);
+    const int d = digits(text, 8, 2);
+    if (y < 0 || m < 0 || d < 0)
+        return QDate();
+    return QDate(y, m, d);
+}
+
+// "HH:mm:ss" exactly; invalid otherwise.
+QTime isoTime(QStringView text)
+{
+    if (text.size() != 8 || text[2] != QLatin1Char(':') || text[5] != QLatin1Char(':'))
+        return QTime();
+    const int h = digits(text, 0, 2);
+    const int m = digits(text, 3, 2);
+    const int s = digits(text, 6, 2);
+    if (h < 0 || m < 0 || s < 0)
+        return QTime();
+    return QTime(h, m, s);
+}
+
+QString isoText(const QDateTime &value)
+{
+    const QDate d = value.date();
+    const QTime t = value.time();
+    if (d.year() < 1 || d.year() > 9999)
+        return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    char text[20];
+    const auto put = [&text](int at, int number, int width) {
+        for (int i = width - 1; i >= 0; --i) {
+            text[at + i] = char('0' + number % 10);
+            number /= 10;
+        }
+    };
+    put(0, d.year(), 4);
+    text[4] = '-';
+    put(5, d.month(), 2);
+    text[7] = '-';
+    put(8, d.day(), 2);
+    text[10] = ' ';
+    put(11, t.hour(), 2);
+    text[13] = ':';
+    put(14, t.minute(), 2);
+    text[16] = ':';
+    put(17, t.second(), 2);
+    return QString::fromLatin1(text, 19);
+}
+
+} // namespace
+
 base::Error toError(const QSqlError &error, const QString &label, Engine engine)
 {
     const QString native = error.nativeErrorCode();
@@ -346,7 +420,7 @@ QVariant toStoredDate(Engine engine, const QDateTime &value)
     if (!value.isValid())
         return QVariant();
     if (engine == Engine::SQLite)
-        return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        return isoText(value);
     // Bound as UTC with the session in UTC, so that the wall-clock time is stored unchanged.
     return QDateTime(value.date(),
                      QTime(value.time().hour(), value.time().minute(), value.time().second()),
@@ -364,13 +438,12 @@ QDateTime fromStoredDate(const QVariant &value)
     if (value.metaType().id() == QMetaType::QDate)
         return QDateTime(value.toDate(), QTime(0, 0));
     const QString text = value.toString().trimmed();
+    const QDate d = isoDate(text);
     if (text.size() >= 19) {
-        const QDate d = QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd"));
-        const QTime t = QTime::fromString(text.mid(11, 8), QStringLiteral("HH:mm:ss"));
+        const QTime t = isoTime(QStringView(text).mid(11, 8));
         if (d.isValid() && t.isValid())
             return QDateTime(d, t);
     }
-    const QDate d = QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd"));
     return d.isValid() ? QDateTime(d, QTime(0, 0)) : QDateTime();
 }
 
