@@ -269,6 +269,80 @@ void showMessage(const base::Bildiri &notice)
 
 // ---- errors and values ---------------------------------------------------------------------
 
+namespace {
+
+// Dates pass between SQLite and the program as "yyyy-MM-dd HH:mm:ss" on every row read and
+// every value bound; Qt's formatted conversions read their format text each time, which cost
+// more than the statement itself. These do the same fixed forms by hand.
+
+// The number written in `text[from, from + count)`, or -1 when a character is no digit.
+int digits(QStringView text, qsizetype from, qsizetype count)
+{
+    int n = 0;
+    for (qsizetype i = from; i < from + count; ++i) {
+        const char16_t c = text[i].unicode();
+        if (c < u'0' || c > u'9')
+            return -1;
+        n = n * 10 + (c - u'0');
+    }
+    return n;
+}
+
+// "yyyy-MM-dd" at the start of the text; invalid otherwise.
+QDate isoDate(QStringView text)
+{
+    if (text.size() < 10 || text[4] != QLatin1Char('-') || text[7] != QLatin1Char('-'))
+        return QDate();
+    const int y = digits(text, 0, 4);
+    const int m = digits(text, 5, 2);
+    const int d = digits(text, 8, 2);
+    if (y < 0 || m < 0 || d < 0)
+        return QDate();
+    return QDate(y, m, d);
+}
+
+// "HH:mm:ss" exactly; invalid otherwise.
+QTime isoTime(QStringView text)
+{
+    if (text.size() != 8 || text[2] != QLatin1Char(':') || text[5] != QLatin1Char(':'))
+        return QTime();
+    const int h = digits(text, 0, 2);
+    const int m = digits(text, 3, 2);
+    const int s = digits(text, 6, 2);
+    if (h < 0 || m < 0 || s < 0)
+        return QTime();
+    return QTime(h, m, s);
+}
+
+QString isoText(const QDateTime &value)
+{
+    const QDate d = value.date();
+    const QTime t = value.time();
+    if (d.year() < 1 || d.year() > 9999)
+        return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    char text[20];
+    const auto put = [&text](int at, int number, int width) {
+        for (int i = width - 1; i >= 0; --i) {
+            text[at + i] = char('0' + number % 10);
+            number /= 10;
+        }
+    };
+    put(0, d.year(), 4);
+    text[4] = '-';
+    put(5, d.month(), 2);
+    text[7] = '-';
+    put(8, d.day(), 2);
+    text[10] = ' ';
+    put(11, t.hour(), 2);
+    text[13] = ':';
+    put(14, t.minute(), 2);
+    text[16] = ':';
+    put(17, t.second(), 2);
+    return QString::fromLatin1(text, 19);
+}
+
+} // namespace
+
 base::Error toError(const QSqlError &error, const QString &label, Engine engine)
 {
     const QString native = error.nativeErrorCode();
@@ -346,7 +420,7 @@ QVariant toStoredDate(Engine engine, const QDateTime &value)
     if (!value.isValid())
         return QVariant();
     if (engine == Engine::SQLite)
-        return value.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        return isoText(value);
     // Bound as UTC with the session in UTC, so that the wall-clock time is stored unchanged.
     return QDateTime(value.date(),
                      QTime(value.time().hour(), value.time().minute(), value.time().second()),
@@ -364,13 +438,12 @@ QDateTime fromStoredDate(const QVariant &value)
     if (value.metaType().id() == QMetaType::QDate)
         return QDateTime(value.toDate(), QTime(0, 0));
     const QString text = value.toString().trimmed();
+    const QDate d = isoDate(text);
     if (text.size() >= 19) {
-        const QDate d = QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd"));
-        const QTime t = QTime::fromString(text.mid(11, 8), QStringLiteral("HH:mm:ss"));
+        const QTime t = isoTime(QStringView(text).mid(11, 8));
         if (d.isValid() && t.isValid())
             return QDateTime(d, t);
     }
-    const QDate d = QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd"));
     return d.isValid() ? QDateTime(d, QTime(0, 0)) : QDateTime();
 }
 
@@ -783,6 +856,7 @@ base::Status Database::attachYear(int calismaId)
 
 void Database::detachYear()
 {
+    forgetStatements();
     if (m_openYear == 0 && engine() == Engine::PostgreSQL)
         return;
     if (m_sql.isOpen()) {
@@ -808,10 +882,52 @@ void Database::close()
     }
     ++m_generation;
     detachYear();
+    forgetStatements();
     if (m_sql.isOpen())
         m_sql.close();
     m_globalOpen = false;
     forgetSession(this);
+}
+
+std::optional<QSqlQuery> Database::takeStatement(const QString &sqlText, bool allowing)
+{
+    const auto found = m_idleStatements.find(sqlText);
+    if (found == m_idleStatements.end()) {
+        return std::nullopt;
+    }
+    QList<IdleStatement> &idle = found.value();
+    for (qsizetype i = idle.size() - 1; i >= 0; --i) {
+        if (idle[i].allowing == allowing) {
+            QSqlQuery query = std::move(idle[i].query);
+            idle.removeAt(i);
+            return query;
+        }
+    }
+    return std::nullopt;
+}
+
+void Database::keepStatement(const QString &sqlText, QSqlQuery query, bool allowing)
+{
+    // PostgreSQL's prepared statements stay with the server; only SQLite's are kept here.
+    if (engine() != Engine::SQLite || !m_sql.isOpen()) {
+        return;
+    }
+    // Reset, so that it holds no read of any file while it waits.
+    query.finish();
+    // A program names its statements in its code: a few hundred texts at most. A text made
+    // with values in it would grow the list without end, which a limit stops.
+    if (m_idleStatements.size() >= 512) {
+        m_idleStatements.clear();
+    }
+    QList<IdleStatement> &idle = m_idleStatements[sqlText];
+    if (idle.size() < 4) {
+        idle.append(IdleStatement{std::move(query), allowing});
+    }
+}
+
+void Database::forgetStatements()
+{
+    m_idleStatements.clear();
 }
 
 void Database::endOfTransaction()
@@ -906,14 +1022,30 @@ base::Status Database::execControl(const QString &sqlText, const QString &label)
 
 Query::Query(Database &db, const QString &sqlText)
     : m_db(db)
+    , m_generation(db.m_generation)
     , m_query(db.sql())
     , m_sql(sqlText)
 {
+    // Compiling a statement costs about as much as running a small one: an idle one of the
+    // same text is taken instead.
+    if (std::optional<QSqlQuery> idle = db.takeStatement(m_sql, writeGuardAllows())) {
+        m_query = std::move(*idle);
+        m_preparedAllowing = writeGuardAllows();
+        m_prepared = true;
+        return;
+    }
     // On PostgreSQL a forward-only result streams row by row, and a second statement run while
     // it is read would cut it short; results are fetched whole there, so that a screen may look
     // something up while it walks a list.
     m_query.setForwardOnly(db.engine() == Engine::SQLite);
     prepare();
+}
+
+Query::~Query()
+{
+    if (m_prepared && !m_bindError && m_generation == m_db.m_generation) {
+        m_db.keepStatement(m_sql, std::move(m_query), m_preparedAllowing);
+    }
 }
 
 void Query::prepare()

@@ -4,6 +4,8 @@
 #include "base/result.h"
 
 #include <QDateTime>
+#include <QHash>
+#include <QList>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
@@ -127,6 +129,19 @@ public:
 
 private:
     friend class Transaction;
+    friend class Query;
+
+    // SQLite statements compiled earlier and idle now, by their text, with the write guard's
+    // answer at compiling. A Query takes one instead of compiling its text again and gives it
+    // back, reset, when it ends. Forgotten when a file is detached or the connection closes.
+    struct IdleStatement
+    {
+        QSqlQuery query;
+        bool allowing = true;
+    };
+    std::optional<QSqlQuery> takeStatement(const QString &sqlText, bool allowing);
+    void keepStatement(const QString &sqlText, QSqlQuery query, bool allowing);
+    void forgetStatements();
 
     base::Status openConnection();
     base::Status prepareSqlite();
@@ -154,6 +169,7 @@ private:
     // savepoint is open in the current transaction.
     bool m_sessionReadOnly = false;
     bool m_readOnlySavepoint = false;
+    QHash<QString, QList<IdleStatement>> m_idleStatements;
 };
 
 // A prepared statement with values bound in order, converting money, dates and flags to the
@@ -162,6 +178,9 @@ class Query
 {
 public:
     Query(Database &db, const QString &sqlText);
+    ~Query();
+    Query(const Query &) = delete;
+    Query &operator=(const Query &) = delete;
 
     Query &bind(const QVariant &value);
     Query &bind(const QString &value) { return bind(QVariant(value)); }
@@ -220,6 +239,7 @@ private:
     Query &refuse(const base::Error &error);
 
     Database &m_db;
+    int m_generation = 0; // the connection's, when the statement was compiled
     QSqlQuery m_query;
     QString m_sql;
     bool m_prepared = false;
