@@ -194,9 +194,9 @@ void run(const store::ConnectionSettings &settings, const char *engine, int stud
         store::Query header(db, QStringLiteral("UPDATE OgrenciAidatTanim SET Surum = Surum + 1 "
                                                "WHERE KayitID = ?"));
         header.bind(account);
-        store::Query log(db, QStringLiteral("INSERT INTO %1 (KayitID, Islem_Turu) VALUES (?, ?)")
-                                 .arg(db.table(store::Store::Log,
-                                               QStringLiteral("OgrenciAidatTanim"))));
+        store::Query log(
+            db, QStringLiteral("INSERT INTO %1 (KayitID, Islem_Turu) VALUES (?, ?)")
+                    .arg(db.table(store::Store::Log, QStringLiteral("OgrenciAidatTanim"))));
         log.bind(account).bind(store::LogDegisiklik);
         if (!header.exec() || !log.exec() || !tx.commit()) {
             std::printf("%s: the floor's transaction failed\n", engine);

@@ -32,8 +32,7 @@ Status XlsxYaz(const QString &dosya, const QString &sayfa, const QStringList &ba
     lxw_format *kalin = workbook_add_format(kitap);
     format_set_bold(kalin);
     for (int c = 0; c < basliklar.size(); ++c) {
-        worksheet_write_string(tablo, 0, lxw_col_t(c), basliklar.at(c).toUtf8().constData(),
-                               kalin);
+        worksheet_write_string(tablo, 0, lxw_col_t(c), basliklar.at(c).toUtf8().constData(), kalin);
     }
     for (int r = 0; r < satirlar.size(); ++r) {
         const QStringList &satir = satirlar.at(r);

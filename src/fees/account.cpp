@@ -569,8 +569,23 @@ base::Result<HesapKayitSonucu> HesapKaydet(store::Database &db, HesapKaydi &hesa
     if (!tx.commit()) {
         return relabeled(tx.error(), SaveLabel);
     }
-    // Only a committed save changes the account the screen holds.
+    // Only a committed save changes the account the screen holds, and it holds what was
+    // written: the rows typed on screen and the header carry the money scale of the save.
     hesap = yazilan;
+    hesap.satir.ytlCevrim = baglam.paraTuru;
+    if (hesap.odenenPesinat) {
+        hesap.odenenPesinat->ytlCevrim = baglam.paraTuru;
+    }
+    for (DetaySatiri &d : hesap.taksitler) {
+        if (d.elle) {
+            d.ytlCevrim = baglam.paraTuru;
+        }
+    }
+    for (OdemeSatiri &o : hesap.odemeler) {
+        if (o.elle) {
+            o.ytlCevrim = baglam.paraTuru;
+        }
+    }
     hesap.satir.borc = toplam.borc;
     hesap.satir.kalan = toplam.kalan();
     hesap.satir.surum += 1;

@@ -143,11 +143,12 @@ void FrmLog::excelSor()
     }
     QSettings ayar;
     const QString klasor = ayar.value(QStringLiteral("kayitKlasoru"), QDir::homePath()).toString();
-    const QString ad = QStringLiteral("LOG_%1_%2.xlsx")
-                           .arg(m_tablo->currentText(), m_ilk->date().toString(QStringLiteral("yyyyMM")));
-    const QString dosya = QFileDialog::getSaveFileName(this, QStringLiteral("Excel Kayıt"),
-                                                       QDir(klasor).filePath(ad),
-                                                       QStringLiteral("Excel (*.xlsx)"));
+    const QString ad
+        = QStringLiteral("LOG_%1_%2.xlsx")
+              .arg(m_tablo->currentText(), m_ilk->date().toString(QStringLiteral("yyyyMM")));
+    const QString dosya
+        = QFileDialog::getSaveFileName(this, QStringLiteral("Excel Kayıt"),
+                                       QDir(klasor).filePath(ad), QStringLiteral("Excel (*.xlsx)"));
     if (dosya.isEmpty())
         return;
     ayar.setValue(QStringLiteral("kayitKlasoru"), QFileInfo(dosya).absolutePath());

@@ -8,6 +8,7 @@
 #include "fees/frm_aidat_list.h"
 #include "fees/frm_cek_bilgisi.h"
 #include "fees/frm_otomatik_taksit.h"
+#include "fees/frm_yeni_ekle.h"
 #include "maintenance/school.h"
 #include "students/frm_ogrenci_list.h"
 #include "students/student_record.h"
@@ -985,6 +986,11 @@ void FrmOgrenciAidat::TaksidiOde()
 {
     if (m_ogrKayitId <= 0 || !ui::YazmaYetkisiVar())
         return;
+    if (m_saltOkunur) {
+        // Locked against changes, an installment is paid through the payment voucher.
+        ui::notReady(QStringLiteral("Ödeme Fişi ile Taksit Ödeme"), this);
+        return;
+    }
     const int taksit = m_taksitler->currentRowIndex();
     if (const std::optional<base::Soru> soru = TaksidiOdeSorusu(m_hesap, taksit)) {
         if (!ui::ask(*soru, this))
@@ -1083,6 +1089,10 @@ void FrmOgrenciAidat::SatirAc()
     ui::Grid *liste = sonListe();
     if (m_ogrKayitId <= 0 || liste == m_hesaplar || !ui::YazmaYetkisiVar())
         return;
+    if (m_saltOkunur) {
+        yeniEkle(liste == m_odemeler);
+        return;
+    }
     if (liste->isLocked()) {
         ui::notify(QStringLiteral("Dikkat"), QStringLiteral("Bu liste kilitli; satır eklenemez."),
                    ui::Icon::Warning, this);
@@ -1111,6 +1121,47 @@ void FrmOgrenciAidat::SatirAc()
     // A row without a date is not written; it waits on the screen for its cells.
     listeleriDoldur();
     liste->setCurrentCell(row, 0);
+}
+
+void FrmOgrenciAidat::yeniEkle(bool odeme)
+{
+    if (m_hesap.satir.kayitId <= 0)
+        return;
+    // Locked against changes, the account takes one row at a time through the entry dialog,
+    // and that row is saved.
+    QStringList sekiller;
+    if (odeme) {
+        for (const users::OdemeSekli &s : users::OdemeSekilleriTablosu())
+            sekiller << s.ad;
+    } else {
+        sekiller = taksitSekilleri();
+    }
+    FrmYeniEkle ekle(odeme ? FrmYeniEkle::Tur::Odeme : FrmYeniEkle::Tur::Taksit, sekiller, this);
+    if (ekle.exec() != QDialog::Accepted)
+        return;
+    HesapKaydi yeni = m_hesap;
+    if (odeme) {
+        OdemeSatiri o = ekle.odeme();
+        o.sira = YeniSira(yeni.odemeler);
+        yeni.odemeler.append(o);
+    } else {
+        DetaySatiri d = ekle.taksit();
+        d.sira = YeniSira(yeni.taksitler);
+        yeni.taksitler.append(d);
+    }
+    const KayitBaglami baglam{users::durum().AktifKullanici, users::durum().ParaTuru,
+                              users::durum().TaksitFatura == QLatin1String("1")};
+    const base::Result<HesapKayitSonucu> sonuc = HesapKaydet(m_db, yeni, baglam);
+    if (!sonuc) {
+        ui::HataBildir(sonuc.error());
+        return;
+    }
+    m_hesap = yeni;
+    listeleriDoldur();
+    hesapSatiriniGoster(m_aktifSatir);
+    genelKutulariGoster(cariAyIlkGunu());
+    if (odeme)
+        kasayaAktar();
 }
 
 void FrmOgrenciAidat::SatirSil()

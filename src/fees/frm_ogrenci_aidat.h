@@ -98,6 +98,8 @@ private:
     void cekDugmesiniAyarla();
     // "Çek Detayı": the cheque's number, bank, branch, endorsement and due date of the row.
     void cekBilgisi();
+    // The entry dialog of the locked screen: one installment or payment, saved.
+    void yeniEkle(bool odeme);
     int aktifHesapSatiri() const;
     ui::Grid *sonListe() const;
 

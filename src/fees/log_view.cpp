@@ -45,9 +45,9 @@ QString moment(const QDateTime &t)
 
 const QStringList &LogTablolari()
 {
-    static const QStringList s = {QStringLiteral("Ogrenci"), QStringLiteral("Fatura"),
-                                  QStringLiteral("OgrenciAidatTanim"),
-                                  QStringLiteral("OgrenciAidatOdeme")};
+    static const QStringList s
+        = {QStringLiteral("Ogrenci"), QStringLiteral("Fatura"), QStringLiteral("OgrenciAidatTanim"),
+           QStringLiteral("OgrenciAidatOdeme")};
     return s;
 }
 
@@ -72,9 +72,9 @@ base::Result<LogListesi> LogOku(store::Database &db, LogTablosu tablo, const QSt
     case LogTablosu::Ogrenci:
         columns = QStringLiteral("L.Kayit_Id, L.Donem, L.Ogr_Numarasi, L.Ogr_Soyadi, L.Ogr_Adi, "
                                  "L.Ogr_Sinif");
-        liste.basliklar = {QStringLiteral("Kayıt Id"), QStringLiteral("Dönem"),
-                           QStringLiteral("Numara"),   QStringLiteral("Soyadı"),
-                           QStringLiteral("Adı"),      QStringLiteral("Sınıf")};
+        liste.basliklar
+            = {QStringLiteral("Kayıt Id"), QStringLiteral("Dönem"), QStringLiteral("Numara"),
+               QStringLiteral("Soyadı"),   QStringLiteral("Adı"),   QStringLiteral("Sınıf")};
         break;
     case LogTablosu::Fatura:
         columns = ogrenci
@@ -82,21 +82,21 @@ base::Result<LogListesi> LogOku(store::Database &db, LogTablosu tablo, const QSt
                                    "L.OdenenTutar, L.FaturaNo, L.YTLCevrim, L.KDVOrani, "
                                    "L.KDVTutari, L.KDVsizTutar, L.ID, L.FaturaAdiSoyadi, "
                                    "L.FaturaAdres");
-        liste.basliklar = {QStringLiteral("Öğr. No"),        QStringLiteral("Öğr. Adı"),
-                           QStringLiteral("Öğr. Soyadı"),    QStringLiteral("Öğr. Kayıt Id"),
-                           QStringLiteral("Fatura Tarihi"),  QStringLiteral("Fatura Tutarı"),
-                           QStringLiteral("İskonto"),        QStringLiteral("Ödenen Tutar"),
-                           QStringLiteral("Fatura No"),      QStringLiteral("Ytl Çevrim"),
-                           QStringLiteral("KDV Oranı"),      QStringLiteral("KDV Tutarı"),
-                           QStringLiteral("KDVsiz Tutar"),   QStringLiteral("ID"),
+        liste.basliklar = {QStringLiteral("Öğr. No"),         QStringLiteral("Öğr. Adı"),
+                           QStringLiteral("Öğr. Soyadı"),     QStringLiteral("Öğr. Kayıt Id"),
+                           QStringLiteral("Fatura Tarihi"),   QStringLiteral("Fatura Tutarı"),
+                           QStringLiteral("İskonto"),         QStringLiteral("Ödenen Tutar"),
+                           QStringLiteral("Fatura No"),       QStringLiteral("Ytl Çevrim"),
+                           QStringLiteral("KDV Oranı"),       QStringLiteral("KDV Tutarı"),
+                           QStringLiteral("KDVsiz Tutar"),    QStringLiteral("ID"),
                            QStringLiteral("Fatura Ad-Soyad"), QStringLiteral("Fatura Adres")};
         break;
     case LogTablosu::OgrenciAidatTanim:
         columns = ogrenci
                   + QStringLiteral(", L.Borc, L.Kalan, L.AidatID, L.IskontoTutari, L.AidatTanim");
-        liste.basliklar = {QStringLiteral("Öğr. No"),   QStringLiteral("Öğr. Adı"),
-                           QStringLiteral("Öğr. Soyadı"), QStringLiteral("Borç"),
-                           QStringLiteral("Kalan"),     QStringLiteral("Aidat No"),
+        liste.basliklar = {QStringLiteral("Öğr. No"),        QStringLiteral("Öğr. Adı"),
+                           QStringLiteral("Öğr. Soyadı"),    QStringLiteral("Borç"),
+                           QStringLiteral("Kalan"),          QStringLiteral("Aidat No"),
                            QStringLiteral("İskonto Tutarı"), QStringLiteral("Aidat Adı")};
         break;
     case LogTablosu::OgrenciAidatOdeme:
@@ -116,7 +116,9 @@ base::Result<LogListesi> LogOku(store::Database &db, LogTablosu tablo, const QSt
                                       "WHERE L.Tarih >= ? AND L.Tarih < ? AND L.Kullanici = ? "
                                       "ORDER BY L.Tarih")
                            .arg(columns, log));
-    q.bind(QDateTime(ilk, QTime(0, 0))).bind(QDateTime(son.addDays(1), QTime(0, 0))).bind(kullanici);
+    q.bind(QDateTime(ilk, QTime(0, 0)))
+        .bind(QDateTime(son.addDays(1), QTime(0, 0)))
+        .bind(kullanici);
     if (!q.exec()) {
         return q.error(s_label);
     }

@@ -4,6 +4,7 @@
 #include "fees/discounts.h"
 #include "fees/frm_log.h"
 #include "fees/frm_ogrenci_aidat.h"
+#include "maintenance/school.h"
 #include "students/student_record.h"
 #include "ui/grid.h"
 #include "ui/screen_registry.h"
@@ -99,6 +100,7 @@ private slots:
     void anAutomaticPlanWithASiblingDiscount();
     void aStudentHeldByAnotherUserIsNotOpened();
     void theChangeLogListsAndExports();
+    void aLockedScreenTakesOneRowAtATime();
 };
 
 void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
@@ -343,6 +345,44 @@ void tst_FrmOgrenciAidat::theChangeLogListsAndExports()
     QVERIFY(reader.waitForFinished(20000));
     QCOMPARE(QString::fromUtf8(reader.readAllStandardOutput()).trimmed(),
              u"Öğr. No|1.800,00|Yeni Kayıt"_s);
+}
+
+void tst_FrmOgrenciAidat::aLockedScreenTakesOneRowAtATime()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    QVERIFY(saveTuition(o.db()) > 0);
+    const qint64 ogrenci = addStudent(o.db());
+    // An account given before the office locked the screen.
+    fees::HesapKaydi h;
+    h.satir.ogrKayitId = ogrenci;
+    h.satir.aidatTanim = u"Öğrenim"_s;
+    h.taksitler = {fees::DetaySatiri{1, QDateTime(QDate(2025, 9, 5), QTime(0, 0)), tl("1800")}};
+    QVERIFY(fees::HesapKaydet(o.db(), h, {u"Müdür"_s, 1, false}));
+    maintenance::OfisAyarlari ofis;
+    ofis.okKilit = true;
+    QVERIFY(maintenance::OfisAyarlariYaz(o.db(), ofis));
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    QVERIFY(screen->saltOkunur());
+    QVERIFY(screen->windowTitle().endsWith(u" - Değiştirme İzniniz Bulunmamaktadır."_s));
+    auto *odemeler = screen->findChild<ui::Grid *>(u"vaSpread3"_s);
+    QVERIFY(odemeler->isLocked());
+
+    testing::ModalDriver driver;
+    driver.then([](QWidget *d) {
+        QCOMPARE(d->windowTitle(), u"Yeni Ödeme Ekle"_s);
+        testing::typeInto(d, u"txtTarih"_s, u"05092025"_s);
+        testing::typeInto(d, u"txtTutar"_s, u"1800"_s);
+        testing::click(d, u"cmdEkle"_s);
+    });
+    odemeler->setFocus();
+    screen->SatirAc();
+    QCOMPARE(driver.remaining(), 0);
+    QCOMPARE(o.messages.texts().last(), u"Taksit bilgileri kaydedilsin mi?"_s);
+    QCOMPARE(count(o.db(), u"OgrenciAidatOdeme"_s), 1);
+    QCOMPARE(kalan(o.db()), Para().raw());
 }
 
 QTEST_MAIN(tst_FrmOgrenciAidat)
