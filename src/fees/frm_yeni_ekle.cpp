@@ -90,13 +90,15 @@ void FrmYeniEkle::ekle()
     }
     if (m_fisNo && !m_fisNo->text().trimmed().isEmpty()
         && !base::TamSayiCoz(m_fisNo->text().trimmed())) {
-        ui::notify(QStringLiteral("Dikkat"), QStringLiteral("Fiş numarası yalnız rakamlardan oluşur."),
-                   ui::Icon::Warning, this);
+        ui::notify(QStringLiteral("Dikkat"),
+                   QStringLiteral("Fiş numarası yalnız rakamlardan oluşur."), ui::Icon::Warning,
+                   this);
         m_fisNo->setFocus();
         return;
     }
-    if (!ui::ask({QStringLiteral("Taksit Kayıt"), QStringLiteral("Taksit bilgileri kaydedilsin mi?")},
-                 this))
+    if (!ui::ask(
+            {QStringLiteral("Taksit Kayıt"), QStringLiteral("Taksit bilgileri kaydedilsin mi?")},
+            this))
         return;
     accept();
 }
@@ -122,8 +124,8 @@ OdemeSatiri FrmYeniEkle::odeme() const
     }
     o.aciklama = m_aciklama ? m_aciklama->text().trimmed() : QString();
     o.fisNo = m_fisNo ? base::TamSayiCoz(m_fisNo->text().trimmed()).value_or(0) : 0;
-    o.vadeTarihi = m_vade && m_vade->date().isValid() ? QDateTime(m_vade->date(), QTime(0, 0))
-                                                      : QDateTime();
+    o.vadeTarihi
+        = m_vade && m_vade->date().isValid() ? QDateTime(m_vade->date(), QTime(0, 0)) : QDateTime();
     o.kullanici = users::durum().AktifKullanici;
     o.elle = true;
     return o;
