@@ -101,6 +101,7 @@ private slots:
     void aStudentHeldByAnotherUserIsNotOpened();
     void theChangeLogListsAndExports();
     void aLockedScreenTakesOneRowAtATime();
+    void anUnpaidFeeIsReplacedInItsAccount();
 };
 
 void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
@@ -383,6 +384,54 @@ void tst_FrmOgrenciAidat::aLockedScreenTakesOneRowAtATime()
     QCOMPARE(o.messages.texts().last(), u"Taksit bilgileri kaydedilsin mi?"_s);
     QCOMPARE(count(o.db(), u"OgrenciAidatOdeme"_s), 1);
     QCOMPARE(kalan(o.db()), Para().raw());
+}
+
+void tst_FrmOgrenciAidat::anUnpaidFeeIsReplacedInItsAccount()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    QVERIFY(saveTuition(o.db()) > 0);
+    fees::AidatTanimi yemek;
+    yemek.aidatTanim = u"Yemek"_s;
+    yemek.toplam = tl("3000");
+    yemek.birimFiyati = yemek.toplam;
+    yemek.birimAdeti = 1;
+    yemek.taksitSayisi = 2;
+    yemek.odemeBasTarihi = QDate(2025, 10, 1);
+    yemek.taksitler = {{QDate(2025, 10, 1), tl("1500")}, {QDate(2025, 11, 1), tl("1500")}};
+    QVERIFY(fees::AidatTaksitDetayKaydet(o.db(), yemek));
+    QVERIFY(addStudent(o.db()) > 0);
+    // The school lets an untouched fee be replaced.
+    QVERIFY(testing::scalar(o.db(), u"UPDATE Sabit SET OgrAOtoDeg = '1' RETURNING OgrAOtoDeg"_s)
+                .isValid());
+    QVERIFY(maintenance::SabitBilgileriOku(o.db()));
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    testing::ModalDriver driver;
+    for (int row : {0, 1}) {
+        driver.then([row](QWidget *d) {
+            d->findChild<ui::Grid *>(u"vaSpread1"_s)->setCurrentCell(row, 0);
+            testing::click(d, u"cmdTamam"_s);
+        });
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10);
+    QApplication::setActiveWindow(o.window.get());
+    const qint64 hesap = screen->hesap().satir.kayitId;
+    auto *hesaplar = screen->findChild<ui::Grid *>(u"vaSpread1"_s);
+    hesaplar->setFocus();
+    hesaplar->setCurrentCell(0, 0);
+    o.messages.clear();
+    QTest::keyClick(hesaplar, Qt::Key_F10);
+    QCOMPARE(driver.remaining(), 0);
+    // Asked first; the same account then holds the new fee and its plan only.
+    QVERIFY(o.messages.texts().value(0).startsWith(u"Öğrenim aidatını Yemek ile değiştirmek"_s));
+    QCOMPARE(count(o.db(), u"OgrenciAidatTanim"_s), 1);
+    QCOMPARE(screen->hesap().satir.kayitId, hesap);
+    QCOMPARE(testing::scalar(o.db(), u"SELECT AidatTanim FROM OgrenciAidatTanim"_s).toString(),
+             u"Yemek"_s);
+    QCOMPARE(count(o.db(), u"OgrenciAidatDetay"_s, u"Sira > 0"_s), 2);
+    QCOMPARE(kalan(o.db()), tl("3000").raw());
 }
 
 QTEST_MAIN(tst_FrmOgrenciAidat)
