@@ -10,13 +10,13 @@
 #include "fees/frm_otomatik_taksit.h"
 #include "fees/frm_yeni_ekle.h"
 #include "maintenance/school.h"
-#include "students/frm_ogrenci_list.h"
 #include "students/student_record.h"
 #include "ui/boxes.h"
 #include "ui/failure.h"
 #include "ui/grid.h"
 #include "ui/inputs.h"
 #include "ui/message.h"
+#include "ui/screen_registry.h"
 #include "users/record_lock.h"
 #include "users/session.h"
 
@@ -647,11 +647,7 @@ void FrmOgrenciAidat::ogrenciNumarasiGirildi()
 
 void FrmOgrenciAidat::ogrenciListesi()
 {
-    students::FrmOgrenciList liste(m_db, this);
-    qint64 secilen = 0;
-    connect(&liste, &students::FrmOgrenciList::ogrenciSecildi, this,
-            [&secilen](qint64 k) { secilen = k; });
-    liste.exec();
+    const qint64 secilen = ui::Sec(QStringLiteral("OgrenciListesi"), m_db, this).toLongLong();
     if (secilen > 0)
         OgrenciGoster(secilen);
     else

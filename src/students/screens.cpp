@@ -3,6 +3,7 @@
 #include "students/form_sinif_atlatma.h"
 #include "students/frm_hizli_ogrenci_kayit.h"
 #include "students/frm_ogrenci.h"
+#include "students/frm_ogrenci_list.h"
 #include "students/frm_toplu_sinif_degistirme.h"
 #include "ui/screen_registry.h"
 
@@ -18,6 +19,15 @@ void EkranlariKaydet()
                     [](const ui::EkranBaglami &b) { return new Form_Sinif_Atlatma(b.db); });
     ui::EkranKaydet(QStringLiteral("FrmTopluSinifDegistirme"),
                     [](const ui::EkranBaglami &b) { return new FrmTopluSinifDegistirme(b.db); });
+    // The pick-list of students, for the screens of other subsystems.
+    ui::SeciciKaydet(QStringLiteral("OgrenciListesi"), [](store::Database &db, QWidget *parent) {
+        FrmOgrenciList liste(db, parent);
+        QVariant secilen;
+        QObject::connect(&liste, &FrmOgrenciList::ogrenciSecildi,
+                         [&secilen](qint64 kayitId) { secilen = kayitId; });
+        liste.exec();
+        return secilen;
+    });
 }
 
 } // namespace students

@@ -24,7 +24,24 @@ EkranAcici &opener()
     return s_opener;
 }
 
+QHash<QString, Secici> &pickers()
+{
+    static QHash<QString, Secici> s_pickers;
+    return s_pickers;
+}
+
 } // namespace
+
+void SeciciKaydet(const QString &ad, Secici secici)
+{
+    pickers().insert(ad, std::move(secici));
+}
+
+QVariant Sec(const QString &ad, store::Database &db, QWidget *parent)
+{
+    const Secici secici = pickers().value(ad);
+    return secici ? secici(db, parent) : QVariant();
+}
 
 void EkranKaydet(const QString &formName, EkranYapici yapici)
 {

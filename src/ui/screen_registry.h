@@ -45,4 +45,11 @@ using EkranAcici
     = std::function<bool(const QString &formName, const QString &tool, const QVariantMap &ayar)>;
 void setEkranAcici(EkranAcici acici);
 
+// The pick-lists one subsystem offers another ("OgrenciListesi": a student's key): a modal
+// choice that gives its value back, or an invalid QVariant when nothing was chosen or no such
+// list is part of the program.
+using Secici = std::function<QVariant(store::Database &db, QWidget *parent)>;
+void SeciciKaydet(const QString &ad, Secici secici);
+QVariant Sec(const QString &ad, store::Database &db, QWidget *parent);
+
 } // namespace ui

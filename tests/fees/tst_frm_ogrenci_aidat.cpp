@@ -287,6 +287,23 @@ void tst_FrmOgrenciAidat::aStudentHeldByAnotherUserIsNotOpened()
         = qobject_cast<fees::FrmOgrenciAidat *>(o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
     QCOMPARE(screen->ogrKayitId(), qint64(0));
     QCOMPARE(o.messages.texts().value(0), users::KilitMesaji(u"Ayşe"_s));
+    screen->closeWindow();
+    QTRY_VERIFY(!o.w().screenWindow(u"FrmOgrenciAidat"_s));
+
+    // From the tool band the student comes from the pick-list; once free, he opens.
+    QVERIFY(testing::scalar(
+                o.db(), u"UPDATE Ogrenci SET Ogr_Islem_Yapan_Kullanici = '' RETURNING KayitID"_s)
+                .isValid());
+    testing::ModalDriver driver;
+    driver.then([](QWidget *d) {
+        QCOMPARE(d->objectName(), u"frmOgrenciList"_s);
+        testing::click(d, u"cmdTamam"_s);
+    });
+    o.w().ActBar_Click(u"btnCariDurum"_s);
+    QTRY_COMPARE(driver.remaining(), 0);
+    screen
+        = qobject_cast<fees::FrmOgrenciAidat *>(o.w().screenWindow(u"FrmOgrenciAidat"_s)->widget());
+    QTRY_COMPARE(screen->ogrKayitId(), ogrenci);
 }
 
 void tst_FrmOgrenciAidat::theChangeLogListsAndExports()
