@@ -60,6 +60,13 @@ base::Result<Para> IskontolariYenidenHesapla(QList<IskontoSecimi> &liste, Para a
             s.indirim = Para();
             continue;
         }
+        if (s.tipi == Oran && (s.deger < Para() || s.deger > Para::fromUnits(100))) {
+            return refused(QStringLiteral("%1 indiriminin oranı 0 ile 100 arasında olmalıdır.")
+                               .arg(s.aciklama));
+        }
+        if (s.tipi == Tutar && s.deger < Para()) {
+            return refused(QStringLiteral("%1 indiriminin tutarı eksi olamaz.").arg(s.aciklama));
+        }
         s.matrah = s.kalanTutardan == KalanTutardan ? kalan : aidatTutari;
         if (s.tipi == Oran) {
             const std::optional<Para> indirim = Para::mulDiv(

@@ -36,7 +36,8 @@ QList<IskontoSecimi> IskontoListesi(const QList<IskontoTanimi> &standart,
 // "İskontoları Yeniden Hesapla", down the list: a marked "Esas Tutardan" row works on the fee's
 // amount, a "Kalan Tutardan" one on what the rows above left; a rate is the exact product
 // rounded once to the money format's places before the next row; an amount is taken as it is.
-// Unmarked rows are emptied. Gives the total taken off ("İskontoToplamla").
+// Unmarked rows are emptied. Gives the total taken off ("İskontoToplamla"); a marked rate
+// outside 0–100 or a negative amount is refused, and the list is left as it was.
 base::Result<Para> IskontolariYenidenHesapla(QList<IskontoSecimi> &liste, Para aidatTutari,
                                              const QString &paraFormati);
 

@@ -923,11 +923,31 @@ bool FrmOgrenciAidat::Kaydet()
     m_hesap.satir.ogrKayitId = m_ogrKayitId;
     const base::Result<HesapKayitSonucu> sonuc = HesapKaydet(m_db, m_hesap, baglam);
     if (!sonuc) {
-        ui::HataBildir(sonuc.error());
-        if (sonuc.error().isRefusal()) {
-            // Written elsewhere since it was read: read again, and the operator types anew.
-            OgrenciAidatTanimGoster(m_aktifSatir);
+        if (!sonuc.error().isRefusal()) {
+            ui::HataBildir(sonuc.error());
+            return false;
         }
+        // Written elsewhere since it was read: what the operator typed is shown to him, to be
+        // entered again on the account read anew.
+        QStringList yazilanlar;
+        for (const DetaySatiri &d : m_hesap.taksitler) {
+            if (d.elle)
+                yazilanlar << QStringLiteral("Taksit: %1  %2")
+                                  .arg(base::TarihYaz(d.odemeTarihi),
+                                       base::Bicimle(d.odenecek, paraFormati()));
+        }
+        for (const OdemeSatiri &o : m_hesap.odemeler) {
+            if (o.elle)
+                yazilanlar << QStringLiteral("Ödeme: %1  %2  %3")
+                                  .arg(base::TarihYaz(o.odemeTarihi),
+                                       base::Bicimle(o.odenen, paraFormati()),
+                                       users::OdemeSekliAdi(o.odemeSekli));
+        }
+        QString metin = sonuc.error().text;
+        if (!yazilanlar.isEmpty())
+            metin += QStringLiteral("\n\nGirdiğiniz satırlar:\n") + yazilanlar.join(u'\n');
+        ui::notify(QStringLiteral("Dikkat"), metin, ui::Icon::Warning, this);
+        OgrenciAidatTanimGoster(m_aktifSatir);
         return false;
     }
     for (const QString &uyari : sonuc->uyarilar)

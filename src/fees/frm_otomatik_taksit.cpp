@@ -305,7 +305,17 @@ void FrmOtomatikTaksit::TaksitPlanla()
     PlanGirdisi g;
     g.toplam = toplam;
     g.pesinat = pesinat;
-    g.taksitSayisi = base::TamSayiCoz(m_taksitSayisi->text()).value_or(0);
+    const QString sayi = m_taksitSayisi->text().trimmed();
+    const std::optional<qint64> n = base::TamSayiCoz(sayi);
+    if (!sayi.isEmpty() && (!n || *n < 0 || *n > 360)) {
+        ui::notify(QStringLiteral("UYARI"),
+                   QStringLiteral("Taksit sayısı 0 ile 360 arasında bir tam sayı olmalıdır."),
+                   ui::Icon::Warning, this);
+        m_taksitSayisi->setFocus();
+        m_taksitSayisi->selectAll();
+        return;
+    }
+    g.taksitSayisi = int(n.value_or(0));
     g.baslangic = m_tarih->date();
     g.yuvarlama = users::durum().TaksitYuvarlama;
     g.paraFormati = m_bicim;

@@ -239,6 +239,9 @@ void tst_AccountRules::discountsInTheirOrder_data()
     QTest::newRow("more-than-the-fee") << "1KT12000"
                                        << "12000"
                                        << "12000";
+    QTest::newRow("rate-above-100-refused") << "1EO10 1KO100.5"
+                                            << "0 0"
+                                            << "refused";
 }
 
 void tst_AccountRules::discountsInTheirOrder()
@@ -257,6 +260,11 @@ void tst_AccountRules::discountsInTheirOrder()
     }
     const base::Result<Para> sum
         = fees::IskontolariYenidenHesapla(list, tl("10000"), u"#,##0.00"_s);
+    if (total == u"refused") {
+        QVERIFY(!sum && sum.error().isRefusal());
+        QCOMPARE(list.first().indirim, Para()); // nothing changed
+        return;
+    }
     QVERIFY(sum);
     QStringList got;
     for (const fees::IskontoSecimi &s : list)

@@ -102,6 +102,7 @@ private slots:
     void theChangeLogListsAndExports();
     void aLockedScreenTakesOneRowAtATime();
     void anUnpaidFeeIsReplacedInItsAccount();
+    void aSaveOverAnotherWriteShowsWhatWasTyped();
 };
 
 void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
@@ -449,6 +450,39 @@ void tst_FrmOgrenciAidat::anUnpaidFeeIsReplacedInItsAccount()
              u"Yemek"_s);
     QCOMPARE(count(o.db(), u"OgrenciAidatDetay"_s, u"Sira > 0"_s), 2);
     QCOMPARE(kalan(o.db()), tl("3000").raw());
+}
+
+void tst_FrmOgrenciAidat::aSaveOverAnotherWriteShowsWhatWasTyped()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    const qint64 ogrenci = addStudent(o.db());
+    fees::HesapKaydi h;
+    h.satir.ogrKayitId = ogrenci;
+    h.satir.aidatTanim = u"Öğrenim"_s;
+    h.taksitler = {fees::DetaySatiri{1, QDateTime(QDate(2025, 9, 5), QTime(0, 0)), tl("1800")}};
+    QVERIFY(fees::HesapKaydet(o.db(), h, {u"Müdür"_s, 1, false}));
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    // Meanwhile a bulk payment run writes the account.
+    fees::HesapKaydi bulk = *fees::HesapOku(o.db(), h.satir.kayitId, false);
+    fees::OdemeSatiri p;
+    p.elle = true;
+    p.sira = 1;
+    p.odemeTarihi = QDateTime(QDate(2025, 9, 6), QTime(0, 0));
+    p.odenen = tl("100");
+    bulk.odemeler.append(p);
+    QVERIFY(fees::HesapKaydet(o.db(), bulk, {u"Toplu"_s, 1, false}));
+
+    auto *odemeler = screen->findChild<ui::Grid *>(u"vaSpread3"_s);
+    // The first cell typed is saved at once, and refused.
+    testing::typeCell(odemeler, 0, 0, u"07.10.2025"_s);
+    QVERIFY(o.messages.texts().join(u' ').contains(u"Girdiğiniz satırlar:\nÖdeme: 07.10.2025"_s));
+    // The account is read anew: the other payment stands, the typed one waits to be entered.
+    QCOMPARE(screen->hesap().odemeler.size(), 1);
+    QCOMPARE(screen->hesap().odemeler.first().odenen, tl("100"));
+    QCOMPARE(kalan(o.db()), tl("1700").raw());
 }
 
 QTEST_MAIN(tst_FrmOgrenciAidat)
