@@ -1182,9 +1182,14 @@ void FrmOgrenciAidat::yeniEkle(bool odeme)
 
 void FrmOgrenciAidat::SatirSil()
 {
+    ui::Grid *liste = sonListe();
+    if (liste == m_odemeler && !m_yazma) {
+        ui::notify(QStringLiteral("UYARI"), QStringLiteral("Silme Yetkiniz yoktur."),
+                   ui::Icon::Warning, this);
+        return;
+    }
     if (m_ogrKayitId <= 0 || !ui::YazmaYetkisiVar())
         return;
-    ui::Grid *liste = sonListe();
     const int row = liste->currentRowIndex();
     if (liste == m_hesaplar) {
         if (m_saltOkunur || row < 0 || m_hesap.satir.kayitId <= 0)
