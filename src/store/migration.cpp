@@ -237,6 +237,129 @@ void bankalar(Migrator &m)
 
 using Step = std::function<void(Migrator &, Database &)>;
 
+// The month (yyyyMM) of a due or payment date, in each engine's own SQL.
+QString monthOf(Engine engine, const QString &column)
+{
+    return engine == Engine::SQLite
+               ? QStringLiteral("(CAST(substr(%1, 1, 4) AS INTEGER) * 100 + "
+                                "CAST(substr(%1, 6, 2) AS INTEGER))")
+                     .arg(column)
+               : QStringLiteral("CAST(EXTRACT(YEAR FROM %1) * 100 + EXTRACT(MONTH FROM %1) AS "
+                                "INTEGER)")
+                     .arg(column);
+}
+
+// The triggers that keep AyOzeti, and its first filling. A row without a date counts nowhere.
+base::Status AyOzetiKur(Database &db)
+{
+    const Engine engine = db.engine();
+    const QString ozet = db.table(Store::Year, QStringLiteral("AyOzeti"));
+    QStringList statements;
+    struct Source
+    {
+        const char *table;
+        const char *amount;
+        const char *count; // 1 for an installment, 0 for a payment
+        const char *column;
+    };
+    const Source sources[] = {{"OgrenciAidatDetay", "Odenecek", "1", "Odenecek"},
+                              {"OgrenciAidatOdeme", "Odenen", "0", "Odenen"}};
+    for (const Source &src : sources) {
+        const QString table = QString::fromLatin1(src.table);
+        const QString amount = QString::fromLatin1(src.amount);
+        const QString count = QString::fromLatin1(src.count);
+        const QString column = QString::fromLatin1(src.column);
+        if (engine == Engine::SQLite) {
+            const QString schemaName = ozet.section(QLatin1Char('.'), 0, 0);
+            const auto add = [&](const QString &row) {
+                return QStringLiteral("INSERT INTO AyOzeti (Ay, TaksitSayisi, Odenecek, Odenen) "
+                                      "SELECT %1, %2, %3, %4 WHERE %5.OdemeTarihi IS NOT NULL "
+                                      "ON CONFLICT(Ay) DO UPDATE SET TaksitSayisi = "
+                                      "TaksitSayisi + excluded.TaksitSayisi, Odenecek = "
+                                      "Odenecek + excluded.Odenecek, Odenen = Odenen + "
+                                      "excluded.Odenen;")
+                    .arg(monthOf(engine, row + QStringLiteral(".OdemeTarihi")), count,
+                         column == QLatin1String("Odenecek")
+                             ? QStringLiteral("COALESCE(%1.%2, 0)").arg(row, amount)
+                             : QStringLiteral("0"),
+                         column == QLatin1String("Odenen")
+                             ? QStringLiteral("COALESCE(%1.%2, 0)").arg(row, amount)
+                             : QStringLiteral("0"),
+                         row);
+            };
+            const auto take = [&](const QString &row) {
+                return QStringLiteral("UPDATE AyOzeti SET TaksitSayisi = TaksitSayisi - %1, "
+                                      "%2 = %2 - COALESCE(%3.%4, 0) WHERE %3.OdemeTarihi IS NOT "
+                                      "NULL AND Ay = %5;")
+                    .arg(count, column, row, amount,
+                         monthOf(engine, row + QStringLiteral(".OdemeTarihi")));
+            };
+            const QString name = QStringLiteral("%1.AyOzeti_%2").arg(schemaName, table);
+            statements << QStringLiteral("CREATE TRIGGER IF NOT EXISTS %1_ekle AFTER INSERT ON "
+                                         "%2 BEGIN %3 END")
+                              .arg(name, table, add(QStringLiteral("NEW")))
+                       << QStringLiteral("CREATE TRIGGER IF NOT EXISTS %1_sil AFTER DELETE ON %2 "
+                                         "BEGIN %3 END")
+                              .arg(name, table, take(QStringLiteral("OLD")))
+                       << QStringLiteral("CREATE TRIGGER IF NOT EXISTS %1_degistir AFTER UPDATE "
+                                         "ON %2 BEGIN %3 %4 END")
+                              .arg(name, table, take(QStringLiteral("OLD")),
+                                   add(QStringLiteral("NEW")));
+        } else {
+            const QString schemaName = ozet.section(QLatin1Char('.'), 0, 0);
+            const QString function
+                = QStringLiteral("%1.ayozeti_%2").arg(schemaName, table.toLower());
+            const QString month = [&](const QString &row) {
+                return monthOf(engine, row + QStringLiteral(".OdemeTarihi"));
+            }(QStringLiteral("%1"));
+            statements << QStringLiteral(
+                              "CREATE OR REPLACE FUNCTION %1() RETURNS trigger LANGUAGE plpgsql AS "
+                              "$f$ BEGIN "
+                              "IF TG_OP IN ('DELETE', 'UPDATE') AND OLD.OdemeTarihi IS NOT NULL "
+                              "THEN UPDATE %2 SET TaksitSayisi = TaksitSayisi - %3, %4 = %4 - "
+                              "COALESCE(OLD.%5, 0) WHERE Ay = %6; END IF; "
+                              "IF TG_OP IN ('INSERT', 'UPDATE') AND NEW.OdemeTarihi IS NOT NULL "
+                              "THEN INSERT INTO %2 (Ay, TaksitSayisi, Odenecek, Odenen) VALUES "
+                              "(%7, %3, %8, %9) ON CONFLICT (Ay) DO UPDATE SET TaksitSayisi = "
+                              "%2.TaksitSayisi + EXCLUDED.TaksitSayisi, Odenecek = %2.Odenecek + "
+                              "EXCLUDED.Odenecek, Odenen = %2.Odenen + EXCLUDED.Odenen; END IF; "
+                              "RETURN NULL; END $f$")
+                              .arg(function, ozet, count, column, amount,
+                                   month.arg(QStringLiteral("OLD")),
+                                   month.arg(QStringLiteral("NEW")),
+                                   column == QLatin1String("Odenecek")
+                                       ? QStringLiteral("COALESCE(NEW.%1, 0)").arg(amount)
+                                       : QStringLiteral("0"),
+                                   column == QLatin1String("Odenen")
+                                       ? QStringLiteral("COALESCE(NEW.%1, 0)").arg(amount)
+                                       : QStringLiteral("0"))
+                       << QStringLiteral("DROP TRIGGER IF EXISTS ayozeti ON %1")
+                              .arg(db.table(Store::Year, table))
+                       << QStringLiteral("CREATE TRIGGER ayozeti AFTER INSERT OR UPDATE OR DELETE "
+                                         "ON %1 FOR EACH ROW EXECUTE FUNCTION %2()")
+                              .arg(db.table(Store::Year, table), function);
+        }
+    }
+    // The first filling, from the rows there are.
+    statements << QStringLiteral("DELETE FROM %1").arg(ozet);
+    statements << QStringLiteral("INSERT INTO %1 (Ay, TaksitSayisi, Odenecek, Odenen) SELECT %2, "
+                                 "COUNT(*), CAST(SUM(COALESCE(Odenecek, 0)) AS BIGINT), 0 FROM %3 "
+                                 "WHERE OdemeTarihi IS NOT NULL GROUP BY %2")
+                      .arg(ozet, monthOf(engine, QStringLiteral("OdemeTarihi")),
+                           db.table(Store::Year, QStringLiteral("OgrenciAidatDetay")));
+    statements << QStringLiteral("INSERT INTO %1 (Ay, TaksitSayisi, Odenecek, Odenen) SELECT %2, "
+                                 "0, 0, CAST(SUM(COALESCE(Odenen, 0)) AS BIGINT) FROM %3 "
+                                 "WHERE OdemeTarihi IS NOT NULL GROUP BY %2 "
+                                 "ON CONFLICT (Ay) DO UPDATE SET Odenen = excluded.Odenen")
+                      .arg(ozet, monthOf(engine, QStringLiteral("OdemeTarihi")),
+                           db.table(Store::Year, QStringLiteral("OgrenciAidatOdeme")));
+    for (const QString &sql : statements) {
+        if (base::Status s = db.exec(sql, QStringLiteral("DatabaseGuncelle:AyOzeti")); !s)
+            return s;
+    }
+    return {};
+}
+
 const std::vector<Step> &steps()
 {
     static const std::vector<Step> s_steps = {
@@ -429,6 +552,15 @@ const std::vector<Step> &steps()
                     continue;
                 for (const schema::Index &ix : t.indexes)
                     m.index(t.name, ix.name);
+            }
+        },
+        // 27. the ledger's month sums, which the background's figures read in place of the
+        // whole ledger: kept by triggers at every write, filled once from the rows there are.
+        [](Migrator &m, Database &db) {
+            if (m.createIfMissing(QStringLiteral("AyOzeti"))) {
+                m.index(QStringLiteral("AyOzeti"), QStringLiteral("AyOzeti_Ay"));
+                if (m.ok())
+                    m.check(AyOzetiKur(db));
             }
         },
     };

@@ -370,6 +370,14 @@ std::vector<Table> yearTables()
                  false,
                  {f(QStringLiteral("KayitID"), T::Long), f(QStringLiteral("OzelBilgi"), T::Memo)},
                  {laterIndex(QStringLiteral("OgrenciOzel_KayitID"), {QStringLiteral("KayitID")})}});
+    // The ledger's sums by month (yyyyMM) of due date and of payment date, kept by the store
+    // itself at every write of an installment or a payment.
+    t.push_back({QStringLiteral("AyOzeti"),
+                 Store::Year,
+                 true,
+                 {f(QStringLiteral("Ay"), T::Long), f(QStringLiteral("TaksitSayisi"), T::Long),
+                  f(QStringLiteral("Odenecek"), T::Money), f(QStringLiteral("Odenen"), T::Money)},
+                 {index(QStringLiteral("AyOzeti_Ay"), {QStringLiteral("Ay")}, true)}});
     t.push_back(
         {QStringLiteral("OgrenciKardesler"),
          Store::Year,

@@ -1,6 +1,7 @@
 #include "fees_support.h"
 
 #include "fees/account.h"
+#include "fees/ledger.h"
 #include "fees/statement.h"
 #include "store/database.h"
 #include "users/session.h"
@@ -141,6 +142,8 @@ private slots:
     void inInvoiceModePaymentsTakeTheirInvoices();
     void theStatementLaysTheListsSideBySide_data() { testing::addEngineRows(); }
     void theStatementLaysTheListsSideBySide();
+    void theMonthSumsFollowEveryWrite_data() { testing::addEngineRows(); }
+    void theMonthSumsFollowEveryWrite();
     void cariDurum_data();
     void cariDurum();
 };
@@ -397,6 +400,54 @@ void tst_Account::theStatementLaysTheListsSideBySide()
     QCOMPARE(cell(5, 26), u"9.700,00"_s);
     QCOMPARE(cell(0, 28), u"6.149,50"_s);
     QCOMPARE(cell(0, 1), u"Çağrı"_s);
+}
+
+void tst_Account::theMonthSumsFollowEveryWrite()
+{
+    // The sums the store keeps by month equal the ledger's rows after saves that rewrite,
+    // remove and move rows, and after an account is deleted.
+    VORTEL_STORE_FOR_ROW(s);
+    store::Database &db = s.db();
+    QVERIFY(testing::openFeeYear(s));
+    addStudent(db, 1);
+    HesapKaydi h = tuition();
+    QVERIFY(kaydet(db, h));
+    HesapKaydi other = tuition();
+    QVERIFY(kaydet(db, other));
+    h.taksitler[1].odemeTarihi = gun(2026, 2, 5); // moved to another month
+    h.taksitler[1].elle = true;
+    h.taksitler.removeAt(2);
+    h.odemeler[0].odenen = tl("1200");
+    h.odemeler[0].elle = true;
+    QVERIFY(kaydet(db, h));
+    QVERIFY(fees::AidatSil(db, other.satir, u"Müdür"_s));
+    const base::Result<QList<fees::AyToplami>> r = fees::AyToplamlari(db, QDate(2026, 3, 1), {});
+    QVERIFY(r);
+    QStringList got;
+    for (const fees::AyToplami &m : *r)
+        got << u"%1-%2 %3/%4"_s.arg(m.yil).arg(m.ay).arg(m.odenecek.toDecimalString(),
+                                                         m.odenen.toDecimalString());
+    // The months with installments: Sep, Dec, Jan and Feb of the saved account (October went to
+    // February, November was removed); the down payment's row counts in the month of its save.
+    QStringList want;
+    store::Query q(db, u"SELECT year(OdemeTarihi) * 100 + month(OdemeTarihi), "
+                       "CAST(SUM(Odenecek) AS BIGINT) FROM OgrenciAidatDetay WHERE OdemeTarihi < ? "
+                       "GROUP BY year(OdemeTarihi) * 100 + month(OdemeTarihi) ORDER BY 1"_s);
+    q.bind(QDate(2026, 3, 1));
+    QVERIFY(q.exec());
+    while (q.next()) {
+        const int ay = int(q.integer(0));
+        const QVariant paid
+            = testing::scalar(db,
+                              u"SELECT CAST(SUM(Odenen) AS BIGINT) FROM OgrenciAidatOdeme WHERE "
+                              "year(OdemeTarihi) * 100 + month(OdemeTarihi) = ?"_s,
+                              {ay});
+        want << u"%1-%2 %3/%4"_s.arg(ay / 100).arg(ay % 100).arg(
+            q.para(1).toDecimalString(),
+            Para::fromRaw(paid.isNull() ? 0 : paid.toLongLong()).toDecimalString());
+    }
+    QCOMPARE(got, want);
+    QVERIFY(got.size() >= 4);
 }
 
 void tst_Account::cariDurum_data()
