@@ -380,7 +380,7 @@ const std::vector<Step> &steps()
             addFilled(m, t, QStringLiteral("IskontoTutari"), QStringLiteral("0"));
             m.index(t, QStringLiteral("OgrenciAidatTanim_index2"));
             m.add(t, QStringLiteral("Aidatiptal"));
-            addFilled(m, t, QStringLiteral("Surum"), QStringLiteral("0"));
+            addNew(m, t, QStringLiteral("Surum"), QStringLiteral("0"));
         },
         // 3. payments
         [](Migrator &m, Database &) {
