@@ -166,6 +166,34 @@ FaturaDagilimi FaturaEslestir(const HesapKaydi &hesap, const QHash<qint64, Para>
     return d;
 }
 
+base::Result<AidatTanimi> AdetliTanim(const AidatTanimi &tanim, Para toplam, Para yuvarlama,
+                                      const QString &paraFormati)
+{
+    PlanGirdisi g;
+    g.toplam = toplam;
+    g.pesinat = tanim.pesinat;
+    g.taksitSayisi = tanim.taksitSayisi;
+    g.baslangic = tanim.odemeBasTarihi;
+    g.yuvarlama = yuvarlama;
+    g.paraFormati = paraFormati;
+    const base::Result<PlanSonucu> plan = TaksitPlanla(g);
+    if (!plan) {
+        return plan.error();
+    }
+    if (plan->durum != PlanDurumu::Planlandi) {
+        return base::Error::refusal(
+            QStringLiteral("Dikkat"),
+            QStringLiteral("%1 aidatının ödeme başlangıç tarihi ya da taksit sayısı tanımlı "
+                           "değil; adet ve fiyatla taksitlendirilemez.")
+                .arg(tanim.aidatTanim),
+            base::Icon::Warning);
+    }
+    AidatTanimi sonuc = tanim;
+    sonuc.toplam = toplam;
+    sonuc.taksitler = plan->taksitler;
+    return sonuc;
+}
+
 QList<Para> OdenmemisKisimlar(const QList<Para> &tutarlar, Para odenen)
 {
     QList<Para> kalan;

@@ -48,6 +48,13 @@ struct FaturaDagilimi
 };
 FaturaDagilimi FaturaEslestir(const HesapKaydi &hesap, const QHash<qint64, Para> &faturaOdenen);
 
+// A fee chosen with another count or unit price: the definition's plan made anew over
+// `toplam` (count × price), from its down payment, count and start date, as the automatic plan
+// makes it. The definition itself is not changed. Refused when the definition has no start
+// date or no count to plan by.
+base::Result<AidatTanimi> AdetliTanim(const AidatTanimi &tanim, Para toplam, Para yuvarlama,
+                                      const QString &paraFormati);
+
 // First in, first out: `odenen` laid over the amounts in their order. Gives, for each amount,
 // what is left unpaid of it (0 for one fully covered); an overpayment covers them all.
 QList<Para> OdenmemisKisimlar(const QList<Para> &tutarlar, Para odenen);

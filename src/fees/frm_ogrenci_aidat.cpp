@@ -1052,8 +1052,19 @@ void FrmOgrenciAidat::AidatPenceresi()
     }
     if (!*tanim)
         return;
+    AidatTanimi verilen = **tanim;
+    if (secim->degistirildi) {
+        // Another count or price: the total they make, planned anew.
+        const base::Result<AidatTanimi> adetli
+            = AdetliTanim(verilen, secim->toplam, users::durum().TaksitYuvarlama, paraFormati());
+        if (!adetli) {
+            ui::HataBildir(adetli.error());
+            return;
+        }
+        verilen = *adetli;
+    }
     HesapKaydi yeni = m_hesap;
-    if (!ui::passed(AidatEkle(yeni, **tanim)))
+    if (!ui::passed(AidatEkle(yeni, verilen)))
         return;
     m_hesap = yeni;
     listeleriDoldur();

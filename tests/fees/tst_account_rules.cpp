@@ -206,6 +206,21 @@ void tst_AccountRules::replacingTheFee()
     QCOMPARE(h.satir.iskontoTutari, Para());
     QCOMPARE(h.odemeler.size(), 1);
 
+    // Chosen as 3 × 4.000: the total planned anew from the definition's down payment, count
+    // and start; the definition itself keeps its own.
+    tanim.taksitSayisi = 2;
+    tanim.odemeBasTarihi = QDate(2025, 9, 1);
+    const base::Result<fees::AidatTanimi> adetli
+        = fees::AdetliTanim(tanim, tl("12000"), Para(), u"#,##0.00"_s);
+    QVERIFY(adetli);
+    QCOMPARE(adetli->toplam, tl("12000"));
+    QCOMPARE(adetli->taksitler.size(), 2);
+    QCOMPARE(adetli->taksitler.at(0).tutar + adetli->taksitler.at(1).tutar, tl("11700"));
+    QCOMPARE(adetli->taksitler.at(1).odemeTarihi, QDate(2025, 10, 1));
+    QCOMPARE(tanim.taksitler.size(), 2);
+    tanim.taksitSayisi = 0;
+    QVERIFY(!fees::AdetliTanim(tanim, tl("12000"), Para(), u"#,##0.00"_s));
+
     // Once an installment is invoiced the plan stays.
     h.taksitler[0].faturaNo = 41;
     const HesapKaydi invoiced = h;

@@ -115,6 +115,7 @@ private slots:
     void aLockedScreenTakesOneRowAtATime();
     void anUnpaidFeeIsReplacedInItsAccount();
     void aSaveOverAnotherWriteShowsWhatWasTyped();
+    void inInvoiceModePaymentsMeetTheirInvoices();
 };
 
 void tst_FrmOgrenciAidat::anOfficeTakesAFeeAndItsPayments()
@@ -477,6 +478,49 @@ void tst_FrmOgrenciAidat::aSaveOverAnotherWriteShowsWhatWasTyped()
     QCOMPARE(screen->hesap().odemeler.size(), 1);
     QCOMPARE(screen->hesap().odemeler.first().odenen, tl("100"));
     QCOMPARE(kalan(o.db()), tl("1700").raw());
+}
+
+void tst_FrmOgrenciAidat::inInvoiceModePaymentsMeetTheirInvoices()
+{
+    testing::OfficeWindow o;
+    QVERIFY(o.prepare(u"Müdür"_s, u"202511"_s));
+    const qint64 ogrenci = addStudent(o.db());
+    QVERIFY(testing::scalar(o.db(), u"UPDATE Sabit SET TaksitFatura = '1' RETURNING TaksitFatura"_s)
+                .isValid());
+    QVERIFY(maintenance::SabitBilgileriOku(o.db()));
+    // Two installments of 1.800, each invoiced (numbers 41 and 42, 1.800 each).
+    fees::HesapKaydi h;
+    h.satir.ogrKayitId = ogrenci;
+    h.satir.aidatTanim = u"Öğrenim"_s;
+    for (int i = 0; i < 2; ++i)
+        h.taksitler << fees::DetaySatiri{
+            i + 1, QDateTime(QDate(2025, 9 + i, 5), QTime(0, 0)), tl("1800"), {}, 41 + i};
+    QVERIFY(fees::HesapKaydet(o.db(), h, {u"Müdür"_s, 1, true}));
+    for (int no : {41, 42}) {
+        store::Query f(o.db(), u"INSERT INTO Fatura (OgrKayitID, KayitID, FaturaNo, OdenenTutar) "
+                               "VALUES (?, ?, ?, ?)"_s);
+        f.bind(ogrenci).bind(h.satir.kayitId).bind(no).bind(tl("1800"));
+        QVERIFY(f.exec());
+    }
+    o.start();
+    fees::FrmOgrenciAidat *screen = openAccount(o);
+    QVERIFY(screen);
+    QCOMPARE(screen->findChild<ui::Grid *>(u"vaSpreadFatura"_s)->rowCount(), 2);
+    // The first installment paid: the payment takes its invoice; a payment of 2.000 typed by
+    // hand is 200 more than the next invoice, written all the same, with a note.
+    auto *taksitler = screen->findChild<ui::Grid *>(u"vaSpread2"_s);
+    taksitler->setFocus();
+    taksitler->setCurrentCell(0, 0);
+    pressLetter(screen, Qt::Key_D);
+    auto *odemeler = screen->findChild<ui::Grid *>(u"vaSpread3"_s);
+    testing::typeCell(odemeler, 1, 1, u"2000"_s);
+    testing::typeCell(odemeler, 1, 0, u"06.10.2025"_s);
+    QVERIFY(o.messages.texts().join(u' ').contains(
+        u"2. satırda yazmış olduğunuz ödeme kesilen fatura tutarından 200,00 TL büyüktür."_s));
+    QCOMPARE(testing::scalar(o.db(), u"SELECT count(*) FROM OgrenciAidatOdeme WHERE "
+                                     "Fatura_ID = 41 OR Fatura_ID = 42"_s)
+                 .toInt(),
+             2);
 }
 
 QTEST_MAIN(tst_FrmOgrenciAidat)
