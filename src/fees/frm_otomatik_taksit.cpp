@@ -155,12 +155,53 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
     });
     auto *yeniden = ui::button(QStringLiteral("cmdYenidenHesapla"),
                                QStringLiteral("İskontoları &Yeniden Hesapla"), indirimler);
-    auto *standartlar
-        = ui::button(QStringLiteral("cmdStandartGuncelle"),
-                     QStringLiteral("Standart İskontoları Öğrenciye &Güncelle"), indirimler);
+    auto *standartlar = ui::button(QStringLiteral("cmdStandartGoster"),
+                                   QStringLiteral("Standart İskontoları &Göster"), indirimler);
     connect(yeniden, &QPushButton::clicked, this, &FrmOtomatikTaksit::IskontolariYenidenHesapla);
-    connect(standartlar, &QPushButton::clicked, this,
-            &FrmOtomatikTaksit::StandartIskontolariGuncelle);
+
+    // " [ İndirim Tanımları ]": the school's standard list, to be put in place of the student's.
+    auto *tanimlar = new QGroupBox(QStringLiteral(" [ İndirim Tanımları ]"), this);
+    tanimlar->setObjectName(QStringLiteral("frmIndirimTanimlari"));
+    auto *std = new ui::Grid(tanimlar);
+    std->setObjectName(QStringLiteral("Spr_Indirim_Std"));
+    std->setColumns({{QStringLiteral("İndirim Sırası"), ui::ColumnKind::Text, 200, false},
+                     {QStringLiteral("Hesaplanacak Tutar Türü"), ui::ColumnKind::Text, 180, false},
+                     {QStringLiteral("Tipi"), ui::ColumnKind::Text, 70, false},
+                     {QStringLiteral("İskonto"),
+                      ui::ColumnKind::Money,
+                      90,
+                      false,
+                      false,
+                      0,
+                      {},
+                      QStringLiteral("#,##0.00##")}});
+    for (const IskontoTanimi &t : standart) {
+        const int r = std->appendRow();
+        std->setValue(r, 0, t.aciklama);
+        std->setValue(r, 1, esaslar().value(t.kalanTutardan));
+        std->setValue(r, 2, tipler().value(t.tipi));
+        std->setValue(r, 3, QVariant::fromValue(t.deger));
+    }
+    auto *guncelle
+        = ui::button(QStringLiteral("cmdStandartGuncelle"),
+                     QStringLiteral("Standart İskontoları Öğrenciye Güncel&le"), tanimlar);
+    auto *kapat
+        = ui::button(QStringLiteral("cmdStandartKapat"), QStringLiteral("&Kapat"), tanimlar);
+    auto *tl = new QVBoxLayout(tanimlar);
+    tl->addWidget(std);
+    auto *tb = new QHBoxLayout;
+    tb->addStretch();
+    tb->addWidget(guncelle);
+    tb->addWidget(kapat);
+    tl->addLayout(tb);
+    tanimlar->hide();
+    connect(standartlar, &QPushButton::clicked, this, [tanimlar, std] {
+        tanimlar->setVisible(!tanimlar->isVisible());
+        if (tanimlar->isVisible())
+            std->setFocus();
+    });
+    connect(guncelle, &QPushButton::clicked, this, &FrmOtomatikTaksit::StandartIskontolariGuncelle);
+    connect(kapat, &QPushButton::clicked, tanimlar, &QWidget::hide);
     auto *il = new QVBoxLayout(indirimler);
     il->addWidget(m_indirimler);
     auto *ib = new QHBoxLayout;
@@ -170,7 +211,7 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
     il->addLayout(ib);
 
     auto *planla
-        = ui::button(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme &Planı"), this);
+        = ui::button(QStringLiteral("cmdOdemePlani"), QStringLiteral("Ödeme Pla&nı"), this);
     auto *tamam = ui::button(QStringLiteral("cmdTamam"), QStringLiteral("&Tamam"), this);
     auto *iptal = ui::button(QStringLiteral("cmdIptal"), QStringLiteral("İ&ptal"), this);
     connect(planla, &QPushButton::clicked, this, &FrmOtomatikTaksit::TaksitPlanla);
@@ -193,6 +234,7 @@ FrmOtomatikTaksit::FrmOtomatikTaksit(const HesapKaydi &hesap, const AidatTanimi 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(top, 1);
     layout->addWidget(indirimler, 1);
+    layout->addWidget(tanimlar);
     layout->addLayout(buttons);
     ui::moveWithEnter(this);
     resize(920, 600);

@@ -10,6 +10,7 @@
 #include "ui/screen_registry.h"
 #include "users/record_lock.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
@@ -238,8 +239,21 @@ void tst_FrmOgrenciAidat::anAutomaticPlanWithASiblingDiscount()
             if (indirimler->text(r, 2) != u"Serbest İndirim"_s)
                 indirimler->setValue(r, 1, true);
         }
+        // The standard list put in place keeps the marks.
+        testing::click(d, u"cmdStandartGoster"_s);
+        testing::click(d, u"cmdStandartGuncelle"_s);
         testing::click(d, u"cmdYenidenHesapla"_s);
         kalan = d->findChild<QLineEdit *>(u"txtKalan"_s)->text();
+        // No two of the dialog's controls answer to one Alt+letter.
+        QStringList letters;
+        for (QAbstractButton *b : d->findChildren<QAbstractButton *>())
+            letters << b->text().section(u'&', 1, 1).left(1).toUpper();
+        for (QLabel *l : d->findChildren<QLabel *>())
+            letters << l->text().section(u'&', 1, 1).left(1).toUpper();
+        letters.removeAll(QString());
+        const qsizetype all = letters.size();
+        letters.removeDuplicates();
+        QCOMPARE(letters.size(), all);
         testing::click(d, u"cmdTamam"_s);
     });
     screen->findChild<QPushButton *>(u"cmdOtomatikTaksit"_s)->click();
