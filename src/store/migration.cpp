@@ -1108,6 +1108,14 @@ base::Status DatabaseGuncelle(Database &db)
 void SonAlanlariEkle(Database &db)
 {
     const WriteGuardExemption own;
+    // The fields are there on every year opened before: two statements that name them tell so
+    // without reading the catalogue.
+    if (db.tryExec(QStringLiteral("SELECT AidatBirimFiyati, AidatBirimAdeti FROM %1 WHERE 1 = 0")
+                       .arg(db.table(Store::Year, QStringLiteral("AidatTanim"))))
+        && db.tryExec(QStringLiteral("SELECT OgrKayitSilinenRapordaGoster FROM %1 WHERE 1 = 0")
+                          .arg(db.table(Store::Year, QStringLiteral("Sabit"))))) {
+        return;
+    }
     // One reading of the two tables' columns serves the three tests; an add is refused,
     // quietly, when the field is there after all.
     base::Result<Catalog> c = db.dialect().readColumns(
